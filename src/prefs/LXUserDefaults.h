@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <QVariantMap>
+
+#include <mutex>
+
+// The per-user defaults store: a property-list file written atomically on
+// every change, registered defaults kept in memory only, and the
+// administrator's kiosk file, read afresh on every forced lookup, whose keys
+// override the user's values.
+//
+// A store that cannot be read or parsed counts as empty; it is set aside
+// (renamed with a ".corrupt" suffix) before the first change is written, so
+// the user's file is never silently replaced by nothing.
+class LXUserDefaults final
+{
+public:
+    // The store at Paths::userDefaultsFile() with the kiosk file at
+    // Paths::kioskFile().
+    static LXUserDefaults &standard();
+
+    LXUserDefaults(const QString &storePath, const QString &kioskPath);
+    LXUserDefaults(const LXUserDefaults &) = delete;
+    LXUserDefaults &operator=(const LXUserDefaults &) = delete;
+
+    // The stored value, else the registered default, else invalid.
+    QVariant objectForKey(const QString &key) const;
+    // Stores and writes at once; an invalid value removes the key.
+    void setObject(const QVariant &value, const QString &key);
+    void removeObject(const QString &key);
+    void registerDefaults(const QVariantMap &defaults);
+
+    qint64 integerForKey(const QString &key) const;
+    QString stringForKey(const QString &key) const;
+    QVariantMap dictionaryForKey(const QString &key) const;
+
+    // Writes anything a failed write left pending; true when the file on disk
+    // holds the store.
+    bool synchronize();
+
+    // The kiosk value when the kiosk file holds the key, else objectForKey().
+    QVariant objectForLumexKey(const QString &key) const;
+    // True when the kiosk file holds the key, whatever its value. Linux has no
+    // managed-settings source beyond it.
+    bool objectIsForcedForLumexKey(const QString &key) const;
+
+    QString storePath() const { return m_storePath; }
+
+private:
+    void loadLocked() const;
+    bool writeLocked();
+    QVariantMap kioskValues() const;
+
+    const QString m_storePath;
+    const QString m_kioskPath;
+    mutable std::mutex m_mutex;
+    mutable bool m_loaded = false;
+    mutable bool m_storeDamaged = false;
+    mutable QVariantMap m_values;
+    QVariantMap m_registered;
+    bool m_dirty = false;
+};

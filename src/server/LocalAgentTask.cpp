@@ -1,0 +1,107 @@
+#include "LocalAgentTask.h"
+
+#include <cerrno>
+#include <csignal>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <thread>
+#include <vector>
+
+extern char **environ;
+
+std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(const QString &program, const QStringList &arguments,
+                                                       int *errnoOut)
+{
+    const QByteArray path = program.toLocal8Bit();
+    std::vector<QByteArray> storage;
+    storage.reserve(arguments.size() + 1);
+    storage.push_back(path);
+    for (const QString &arg : arguments)
+        storage.push_back(arg.toLocal8Bit());
+    std::vector<char *> argv;
+    for (QByteArray &s : storage)
+        argv.push_back(s.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    // The agent gets our standard streams and nothing else we hold open.
+    posix_spawn_file_actions_addclosefrom_np(&actions, 3);
+    pid_t pid = -1;
+    const int rc = posix_spawn(&pid, path.constData(), &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (rc != 0) {
+        if (errnoOut)
+            *errnoOut = rc;
+        return nullptr;
+    }
+    return std::make_shared<LocalAgentTask>(pid);
+}
+
+LocalAgentTask::LocalAgentTask(pid_t pid)
+    : m_pid(pid)
+{
+}
+
+LocalAgentTask::~LocalAgentTask()
+{
+    std::lock_guard locker(m_mutex);
+    if (m_pid <= 0 || m_reaped || !pollLocked())
+        return;
+    // Nobody will ask about this child again, but it must not stay a zombie
+    // once it ends: reap it from a thread of its own.
+    const pid_t pid = m_pid;
+    std::thread([pid] {
+        int status = 0;
+        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+        }
+    }).detach();
+}
+
+bool LocalAgentTask::pollLocked()
+{
+    if (m_pid <= 0 || m_reaped)
+        return false;
+    int status = 0;
+    pid_t rc;
+    do {
+        rc = waitpid(m_pid, &status, WNOHANG);
+    } while (rc < 0 && errno == EINTR);
+    if (rc == 0)
+        return true;
+    m_reaped = true;
+    if (rc == m_pid)
+        m_status = WIFEXITED(status) ? WEXITSTATUS(status) : WIFSIGNALED(status) ? WTERMSIG(status) : -1;
+    // rc < 0: not (or no longer) our child, so nothing of ours is running.
+    return false;
+}
+
+bool LocalAgentTask::isRunning()
+{
+    std::lock_guard locker(m_mutex);
+    return pollLocked();
+}
+
+int LocalAgentTask::terminationStatus()
+{
+    std::lock_guard locker(m_mutex);
+    pollLocked();
+    return m_reaped ? m_status : -1;
+}
+
+int LocalAgentTask::sendSignal(int signal)
+{
+    std::lock_guard locker(m_mutex);
+    // Checking under the lock means a reaped id, which the system may already
+    // have handed to another process, is never signalled.
+    if (!pollLocked()) {
+        errno = ESRCH;
+        return -1;
+    }
+    return ::kill(m_pid, signal);
+}
+
+int LocalAgentTask::terminate()
+{
+    return sendSignal(SIGTERM);
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <stdexcept>
+
+// XML property lists in and out, as QVariant trees: dictionaries are
+// QVariantMap, arrays QVariantList, strings QString, integers qint64, reals
+// double, booleans bool, dates QDateTime (UTC, whole seconds), data QByteArray.
+namespace PropertyList {
+
+// Raised by findPropertyList when the text holds no property list.
+class ParseError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Parses an XML property list. On failure returns an invalid QVariant and
+// describes the problem in `error`.
+QVariant fromXml(const char *data, qsizetype size, QString *error = nullptr);
+inline QVariant fromXml(const QByteArray &xml, QString *error = nullptr)
+{
+    return fromXml(xml.constData(), xml.size(), error);
+}
+
+// Serialises `value` as an XML property list (version 1.0). On failure (a
+// value with no property-list form, such as an invalid QVariant or a date
+// outside 1933 to 2069) returns a null QByteArray and describes it in `error`.
+QByteArray toXml(const QVariant &value, QString *error = nullptr);
+
+// Reads and parses a file. Returns an invalid QVariant when the file cannot be
+// read or is not a property list, and says which in `error`.
+QVariant readFile(const QString &path, QString *error = nullptr);
+
+// Serialises and writes a file; with `atomic`, through a temporary file that
+// replaces the old one only when complete.
+bool writeFile(const QString &path, const QVariant &value, bool atomic, QString *error = nullptr);
+
+} // namespace PropertyList
+
+// The property list in `text` that starts at its first "<?xml" and runs to
+// its end; text before the marker (progress lines, warnings) is ignored.
+// Throws PropertyList::ParseError when there is no marker or what follows it
+// is not a property list.
+QVariant findPropertyList(const QString &text);
