@@ -9,6 +9,9 @@
 #include <plist/plist.h>
 
 #include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
 #include <limits>
 #include <memory>
 
@@ -23,7 +26,29 @@ struct PlistDeleter
 };
 using PlistPtr = std::unique_ptr<void, PlistDeleter>;
 
-QVariant toVariant(plist_t node)
+// Dictionaries in tool output repeat the same few keys thousands of times;
+// sharing one QString per key saves an allocation and a free for each.
+class KeyCache
+{
+public:
+    QString key(const char *utf8)
+    {
+        for (const auto &[bytes, string] : m_entries) {
+            if (std::strcmp(bytes.c_str(), utf8) == 0)
+                return string;
+        }
+        QString string = QString::fromUtf8(utf8);
+        if (m_entries.size() < kMaxEntries)
+            m_entries.emplace_back(utf8, string);
+        return string;
+    }
+
+private:
+    static constexpr size_t kMaxEntries = 64;
+    std::vector<std::pair<std::string, QString>> m_entries;
+};
+
+QVariant toVariant(plist_t node, KeyCache &keys)
 {
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
@@ -70,7 +95,7 @@ QVariant toVariant(plist_t node)
         const uint32_t n = plist_array_get_size(node);
         list.reserve(n);
         for (uint32_t i = 0; i < n; ++i)
-            list.append(toVariant(plist_array_get_item(node, i)));
+            list.append(toVariant(plist_array_get_item(node, i), keys));
         return list;
     }
     case PLIST_DICT: {
@@ -85,7 +110,7 @@ QVariant toVariant(plist_t node)
                 std::free(key);
                 break;
             }
-            map.insert(QString::fromUtf8(key), toVariant(value));
+            map.insert(keys.key(key), toVariant(value, keys));
             std::free(key);
         }
         std::free(it);
@@ -202,7 +227,8 @@ QVariant fromXml(const char *data, qsizetype size, QString *error)
             *error = QStringLiteral("the data is not a valid XML property list");
         return QVariant();
     }
-    return toVariant(root);
+    KeyCache keys;
+    return toVariant(root, keys);
 }
 
 QByteArray toXml(const QVariant &value, QString *error)

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDir>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+#include <QtTest>
+
+// A private HOME and LUMEX_SYSROOT for one test, so nothing it does reaches
+// the real user's files. Set before the first use of any path that the
+// process computes once.
+class TestSandbox final
+{
+public:
+    TestSandbox()
+        : m_dir(tempBase() + QStringLiteral("/sandbox-XXXXXX"))
+    {
+        QDir().mkpath(home());
+        QDir().mkpath(sysroot());
+        qputenv("HOME", home().toUtf8());
+        qputenv("LUMEX_SYSROOT", sysroot().toUtf8());
+    }
+
+    QString path() const { return m_dir.path(); }
+    QString home() const { return m_dir.path() + QStringLiteral("/home"); }
+    QString sysroot() const { return m_dir.path() + QStringLiteral("/root"); }
+
+    static QString tempBase()
+    {
+        QString base = qEnvironmentVariable("LUMEX_TEST_TMP");
+        if (base.isEmpty())
+            base = QDir::tempPath();
+        QDir().mkpath(base);
+        return base;
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// Runs python3 with a script and standard input; returns its standard output.
+inline QByteArray runPython(const QString &script, const QByteArray &input = {}, int *exitCode = nullptr)
+{
+    QProcess python;
+    python.start(QStringLiteral("python3"), {QStringLiteral("-c"), script});
+    python.waitForStarted();
+    python.write(input);
+    python.closeWriteChannel();
+    python.waitForFinished(30000);
+    if (exitCode)
+        *exitCode = python.exitCode();
+    const QByteArray err = python.readAllStandardError();
+    if (!err.isEmpty())
+        qWarning("python3: %s", err.constData());
+    return python.readAllStandardOutput();
+}
