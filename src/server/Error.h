@@ -30,3 +30,6 @@ inline void setError(Error *out, const QString &domain, qint64 code, const QStri
 
 // "%@" of an error, as it appears in log lines.
 QString describeError(const Error &error);
+
+// File-system failures, with errno as the code.
+inline const QString kPosixErrorDomain = QStringLiteral("NSPOSIXErrorDomain");

@@ -1,0 +1,174 @@
+#include "OrvaneServerInterface.h"
+
+#include "Format.h"
+#include "Log.h"
+#include "Paths.h"
+#include "ProcessRunner.h"
+#include "prefs/LXDefaultsKeys.h"
+#include "prefs/LXUserDefaults.h"
+
+#include <QMetaObject>
+
+#include <exception>
+#include <thread>
+
+void runOnWorkerThread(std::function<void()> work, std::function<void(const QString &)> onException)
+{
+    std::thread([work = std::move(work), onException = std::move(onException)] {
+        QString failure;
+        try {
+            work();
+            return;
+        } catch (const std::exception &e) {
+            failure = QString::fromLocal8Bit(e.what());
+        } catch (...) {
+            failure = QStringLiteral("unknown exception");
+        }
+        Log::format(QStringLiteral("Uncaught exception in a worker thread: %@"), {failure});
+        if (onException)
+            onException(failure);
+    }).detach();
+}
+
+void deliverOnMainThread(const QPointer<QObject> &context, std::function<void()> fn)
+{
+    QCoreApplication *app = QCoreApplication::instance();
+    if (!app)
+        return;
+    QMetaObject::invokeMethod(
+        app,
+        [context, fn = std::move(fn)] {
+            if (context)
+                fn();
+        },
+        Qt::QueuedConnection);
+}
+
+std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(const QVariantMap &credentials,
+                                                                     const std::shared_ptr<PodcastJob> &job)
+{
+    initialize();
+    std::shared_ptr<OrvaneServerInterface> interface(new OrvaneServerInterface);
+    interface->m_user = credentials.value(QStringLiteral("user")).toString();
+    interface->m_password = credentials.value(QStringLiteral("password")).toString();
+    interface->m_server = credentials.value(QStringLiteral("server")).toString();
+    interface->m_job = job;
+    return interface;
+}
+
+OrvaneServerInterface::~OrvaneServerInterface() = default;
+
+void OrvaneServerInterface::initialize()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        LXUserDefaults::standard().registerDefaults(
+            {{LXDefaultsKeys::LocalRecordSpoolPath, Paths::applicationSupport()}});
+    });
+}
+
+#define LX_INTERFACE_ACCESSORS(Type, getter, setter, member) \
+    Type OrvaneServerInterface::getter() const               \
+    {                                                        \
+        std::lock_guard locker(m_mutex);                     \
+        return member;                                       \
+    }                                                        \
+    void OrvaneServerInterface::setter(const Type &value)    \
+    {                                                        \
+        std::lock_guard locker(m_mutex);                     \
+        member = value;                                      \
+    }
+
+LX_INTERFACE_ACCESSORS(QString, server, setServer, m_server)
+LX_INTERFACE_ACCESSORS(QString, user, setUser, m_user)
+LX_INTERFACE_ACCESSORS(QString, password, setPassword, m_password)
+LX_INTERFACE_ACCESSORS(QString, cameraName, setCameraName, m_cameraName)
+LX_INTERFACE_ACCESSORS(QString, cameraGUID, setCameraGUID, m_cameraGUID)
+LX_INTERFACE_ACCESSORS(std::shared_ptr<PodcastJob>, job, setJob, m_job)
+
+#undef LX_INTERFACE_ACCESSORS
+
+QString OrvaneServerInterface::serverURL() const
+{
+    return QStringLiteral("https://") + lxFormat(QStringLiteral("%@:%@/orvane"), {server(), kServerPort});
+}
+
+int32_t OrvaneServerInterface::launchCommand(const QString &command, const std::optional<QStringList> &args,
+                                             QString *output, QString *error)
+{
+    const QString tool = Paths::orvxexec();
+    if (!isExecutableFile(tool)) {
+        if (output)
+            *output = lxFormat(tr("%@ tool cannot be found."), {tool});
+        return 10;
+    }
+    QStringList arguments{QStringLiteral("--server"), serverURL(), QStringLiteral("--user"), user(), command};
+    if (args)
+        arguments += *args;
+
+    QByteArray outputBytes;
+    const int32_t status = runExecutable(tool, arguments, password(), &outputBytes, error);
+    if (output)
+        *output = outputBytes.isEmpty() ? QStringLiteral("") : QString::fromUtf8(outputBytes); // empty, not nil
+    if (status != 0 && error && !error->isEmpty())
+        Log::format(QStringLiteral("/usr/bin/orvx (%@) error (%d):\n%@"), {command, status, *error});
+    return status;
+}
+
+int32_t OrvaneServerInterface::makeFolder(const QString &path)
+{
+    return runExecutable(Paths::mkdirTool(), QStringList{QStringLiteral("-p"), path}, QString(), nullptr, nullptr);
+}
+
+void OrvaneServerInterface::performSelectorInBackgroundThread(JobOperation operation, QObject *delegate,
+                                                              JobCallback didEnd)
+{
+    // The thread holds the interface and the job until it has finished.
+    auto job = this->job();
+    auto self = shared_from_this();
+    runWithErrorInBackground([self, job, operation](Error *error) { return (self.get()->*operation)(job.get(), error); },
+                             delegate, std::move(didEnd));
+}
+
+void OrvaneServerInterface::runWithErrorInBackground(std::function<int32_t(Error *)> operation, QObject *delegate,
+                                                     JobCallback didEnd)
+{
+    const QPointer<QObject> context(delegate);
+    auto self = shared_from_this();
+    runOnWorkerThread(
+        [self, operation, context, didEnd] {
+            Error error; // set when it has a domain
+            operation(&error); // the status never reaches the delegate
+            const std::optional<Error> result = error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error);
+            deliverOnMainThread(context, [didEnd, result] { didEnd(result); });
+        },
+        [context, didEnd](const QString &failure) {
+            const Error error{kServerInterfaceErrorDomain, -1, failure};
+            deliverOnMainThread(context, [didEnd, error] { didEnd(error); });
+        });
+}
+
+#define LX_ASYNC_JOB_OPERATION(name, operation)                                      \
+    void OrvaneServerInterface::name(QObject *delegate, JobCallback didEnd)           \
+    {                                                                                 \
+        performSelectorInBackgroundThread(&OrvaneServerInterface::operation, delegate, \
+                                          std::move(didEnd));                          \
+    }
+
+LX_ASYNC_JOB_OPERATION(startRemoteVideoJobWithDelegate, startRemoteVideoJob)
+LX_ASYNC_JOB_OPERATION(startRemoteAudioJobWithDelegate, startRemoteAudioJob)
+LX_ASYNC_JOB_OPERATION(stopRemoteJobWithDelegate, stopRemoteJob)
+LX_ASYNC_JOB_OPERATION(pauseRemoteJobWithDelegate, pauseRemoteJob)
+LX_ASYNC_JOB_OPERATION(resumeRemoteJobWithDelegate, resumeRemoteJob)
+LX_ASYNC_JOB_OPERATION(cancelRemoteJobWithDelegate, cancelRemoteJob)
+LX_ASYNC_JOB_OPERATION(startLocalVideoJobWithDelegate, startLocalVideoJob)
+LX_ASYNC_JOB_OPERATION(startLocalAudioJobWithDelegate, startLocalAudioJob)
+LX_ASYNC_JOB_OPERATION(startLocalScreenCapJobWithDelegate, startLocalScreenCapJob)
+LX_ASYNC_JOB_OPERATION(stopLocalJobWithDelegate, stopLocalJob)
+LX_ASYNC_JOB_OPERATION(pauseLocalJobWithDelegate, pauseLocalJob)
+LX_ASYNC_JOB_OPERATION(resumeLocalJobWithDelegate, resumeLocalJob)
+LX_ASYNC_JOB_OPERATION(cancelLocalJobWithDelegate, cancelLocalJob)
+LX_ASYNC_JOB_OPERATION(submitJobFilesWithDelegate, submitJobFiles)
+LX_ASYNC_JOB_OPERATION(submitAndDeleteJobFilesWithDelegate, submitAndDeleteJobFiles)
+
+#undef LX_ASYNC_JOB_OPERATION

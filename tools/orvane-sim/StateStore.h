@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+// The simulator's state folder: one property-list file per concern, the
+// library of received recordings and the lock file.
+class StateStore final
+{
+public:
+    static inline const QString kUsers = QStringLiteral("users.plist");
+    static inline const QString kWorkflows = QStringLiteral("workflows.plist");
+    static inline const QString kCameras = QStringLiteral("cameras.plist");
+    static inline const QString kRecordings = QStringLiteral("recordings.plist");
+    static inline const QString kUploads = QStringLiteral("uploads.plist");
+    static inline const QString kAgent = QStringLiteral("agent.plist");
+    static inline const QString kFaults = QStringLiteral("faults.plist");
+
+    explicit StateStore(QString folder) : m_folder(std::move(folder)) {}
+
+    QString folder() const { return m_folder; }
+    QString filePath(const QString &name) const { return m_folder + QLatin1Char('/') + name; }
+    QString lockFile() const { return filePath(QStringLiteral("lock")); }
+    QString libraryFolder() const { return filePath(QStringLiteral("library")); }
+
+    // Creates the folder; needed before the lock file can exist.
+    void ensureFolder() const;
+
+    // Writes every seed file that is missing, so a test may replace or
+    // delete one file and keep the others. Call with the lock held.
+    void ensureSeeded() const;
+
+    // The dictionary in `name`; empty when the file is missing or broken.
+    QVariantMap read(const QString &name) const;
+
+    // Replaces `name` atomically; throws ToolFailure when it cannot.
+    void write(const QString &name, const QVariantMap &contents) const;
+
+private:
+    QString m_folder;
+};

@@ -1,0 +1,88 @@
+#include "UploadQueue.h"
+
+#include <cmath>
+
+namespace {
+
+const QString kStatus = QStringLiteral("status");
+const QString kPercentDone = QStringLiteral("percent_done");
+const QString kTimeLeft = QStringLiteral("estimated_time_left");
+const QString kSubmittedAt = QStringLiteral("submitted_at");
+const QString kTotalBytes = QStringLiteral("total_bytes");
+const QString kFails = QStringLiteral("simulated_failure");
+
+// Where a failing upload gives up.
+constexpr double kFailingFraction = 0.5;
+
+} // namespace
+
+UploadQueue::UploadQueue(const StateStore &store)
+    : m_store(store)
+    , m_uploads(store.read(StateStore::kUploads))
+{
+}
+
+void UploadQueue::add(const QVariantMap &record)
+{
+    m_uploads.insert(record.value(QStringLiteral("upload_uuid")).toString(), record);
+}
+
+QVariantMap UploadQueue::listing(const QDateTime &now) const
+{
+    QVariantMap result;
+    for (auto it = m_uploads.cbegin(); it != m_uploads.cend(); ++it)
+        result.insert(it.key(), withProgress(it.value().toMap(), now));
+    return result;
+}
+
+int UploadQueue::clearCompleted(const QDateTime &now)
+{
+    int cleared = 0;
+    for (auto it = m_uploads.begin(); it != m_uploads.end();) {
+        if (withProgress(it.value().toMap(), now).value(kStatus).toString() == QLatin1String("completed")) {
+            it = m_uploads.erase(it);
+            ++cleared;
+        } else {
+            ++it;
+        }
+    }
+    return cleared;
+}
+
+void UploadQueue::save() const
+{
+    m_store.write(StateStore::kUploads, m_uploads);
+}
+
+QVariantMap UploadQueue::withProgress(QVariantMap record, const QDateTime &now)
+{
+    const bool fails = record.take(kFails).toBool();
+    const double bytes = record.value(kTotalBytes).toDouble();
+    const double duration = qMax(kMinimumUploadSeconds, bytes / kBytesPerSecond);
+    const QDateTime submitted = record.value(kSubmittedAt).toDateTime();
+    const double age = submitted.isValid() ? submitted.msecsTo(now) / 1000.0 : 0.0;
+    const double fraction = qBound(0.0, (age - kPendingSeconds) / duration, 1.0);
+
+    QString status;
+    double percent = 0;
+    double left = duration;
+    if (age < kPendingSeconds) {
+        status = QStringLiteral("pending");
+    } else if (fails && fraction >= kFailingFraction) {
+        status = QStringLiteral("error");
+        percent = kFailingFraction * 100;
+        left = 0;
+    } else if (fraction >= 1.0) {
+        status = QStringLiteral("completed");
+        percent = 100;
+        left = 0;
+    } else {
+        status = QStringLiteral("uploading");
+        percent = std::floor(fraction * 1000) / 10;
+        left = duration * (1.0 - fraction);
+    }
+    record.insert(kStatus, status);
+    record.insert(kPercentDone, percent);
+    record.insert(kTimeLeft, qint64(std::ceil(left)));
+    return record;
+}
