@@ -1,14 +1,11 @@
-#include "app/LXMainWindow.h"
-
-#include <QApplication>
+#include "app/LXApplication.h"
+#include "app/LXController.h"
 
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Lumex"));
-    QApplication::setOrganizationDomain(QStringLiteral("tarn.com"));
-
-    LXMainWindow window;
-    window.show();
+    LXApplication app(argc, argv);
+    LXController controller;
+    QObject::connect(&controller, &LXController::terminateRequested, &app, &QApplication::quit, Qt::QueuedConnection);
+    controller.awakeFromNib();
     return app.exec();
 }

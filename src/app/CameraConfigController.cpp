@@ -1,0 +1,31 @@
+#include "CameraConfigController.h"
+
+#include "views/LXPanelWindow.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QVBoxLayout>
+
+CameraConfigController::CameraConfigController(QObject *parent)
+    : QObject(parent)
+{
+}
+
+CameraConfigController::~CameraConfigController() = default;
+
+QWidget *CameraConfigController::window()
+{
+    if (!m_window) {
+        m_window = std::make_unique<LXPanelWindow>();
+        m_window->setWindowTitle(tr("Camera Configuration"));
+        m_window->setObjectName(QStringLiteral("CameraConfig"));
+        auto *layout = new QVBoxLayout(m_window.get());
+        layout->addWidget(new QLabel(tr("Camera binding and device choice will appear here."), m_window.get()));
+        m_window->resize(520, 360);
+        if (QScreen *screen = QGuiApplication::primaryScreen())
+            m_window->move(screen->availableGeometry().center() - m_window->rect().center());
+        connect(m_window.get(), &LXPanelWindow::willClose, this, &CameraConfigController::windowWillClose);
+    }
+    return m_window.get();
+}

@@ -1,0 +1,164 @@
+#include "LXController.h"
+
+#include "LXMainWindow.h"
+#include "LXNotificationCenter.h"
+#include "LXWorkflowMenu.h"
+#include "server/Format.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+
+void LXController::showLoginPanel()
+{
+    if (m_loginPanel)
+        m_loginPanel->deleteLater();
+    m_loginPanel = new LXUserLoginPanelController(this);
+    m_loginPanel->setDelegate(this);
+    m_loginPanel->beginLoginSheet();
+    m_inBetweenMainWindowAndLoginPanel = false;
+}
+
+void LXController::loginPanelDidClickConnect(LXLoginPanelController *panel)
+{
+    const QString user = panel->usernameField()->text();
+    const QString host = panel->hostnameField()->text();
+    const QString password = panel->passwordField()->text();
+    if (user.isNull() || host.isNull() || password.isNull())
+        return;
+    m_currentCredentials = QVariantMap{
+        {QStringLiteral("user"), user},
+        {QStringLiteral("password"), password},
+        {QStringLiteral("server"), host},
+    };
+    loginToServer();
+}
+
+void LXController::loginToServer()
+{
+    m_server = OrvaneServerInterface::create(m_currentCredentials, m_job);
+    QPointer<LXController> self(this);
+    m_server->getWorkflowsForDelegate(this, [self](const std::optional<QVariantList> &workflows,
+                                                   const std::optional<Error> &error) {
+        if (self)
+            self->didGetWorkflows(workflows, error);
+    });
+}
+
+void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error)
+{
+    if (error) {
+        alertUserToError(*error);
+        return;
+    }
+    if (!workflows) {
+        // Neither a list nor an error: the tool's answer could not be read.
+        alertUserToError(Error{kServerInterfaceErrorDomain, -1, tr("The server's list of workflows could not be read.")});
+        return;
+    }
+    QVariantList prepared;
+    prepared.reserve(workflows->size());
+    for (const QVariant &entry : *workflows) {
+        QVariantMap workflow = entry.toMap();
+        workflow.insert(QStringLiteral("titleAndDescription"),
+                        lxFormat(QStringLiteral("%@\n$$$$\n%@"), {workflow.value(QStringLiteral("title")),
+                                                                  workflow.value(QStringLiteral("description"))}));
+        prepared.append(workflow);
+    }
+    m_currentCredentials.insert(QStringLiteral("workflows"), prepared);
+    fillWorkflowMenu();
+
+    QPointer<LXController> self(this);
+    m_server->getCamerasForDelegate(this, [self](const std::optional<QVariantList> &cameras,
+                                                 const std::optional<Error> &cameraError) {
+        if (self)
+            self->didGetCameras(cameras, cameraError);
+    });
+}
+
+QVariantList LXController::workflows() const
+{
+    return m_currentCredentials.value(QStringLiteral("workflows")).toList();
+}
+
+void LXController::fillWorkflowMenu()
+{
+    if (!m_window)
+        return;
+    LXWorkflowMenu *menu = m_window->workflowMenu;
+    menu->clear();
+    const QVariantList list = workflows();
+    for (int i = 0; i < list.size(); ++i) {
+        const QVariantMap workflow = list.at(i).toMap();
+        QAction *item = menu->insertItemWithTitle(workflow.value(QStringLiteral("titleAndDescription")).toString(), i);
+        connect(item, &QAction::triggered, this, [this, workflow, item] {
+            if (m_job)
+                m_job->setWorkflow(workflow);
+            m_window->workflowPopUpButton->setText(item->text());
+        });
+    }
+    m_window->workflowPopUpButton->setText(menu->actions().isEmpty() ? QString() : menu->actions().first()->text());
+}
+
+void LXController::didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error)
+{
+    if (m_loginPanel) {
+        m_loginPanel->endLoginSheet();
+        m_loginPanel->deleteLater();
+        m_loginPanel = nullptr;
+    }
+    if (error) {
+        alertUserToError(*error);
+        return;
+    }
+    setRemoteCameras(cameras.value_or(QVariantList()));
+    rebuildInputDevicesList();
+    // Observers run before post() returns: the job reset they do would stop
+    // timers started before it.
+    LXNotificationCenter::defaultCenter().post(kUserDidConnectNotice, m_currentCredentials);
+
+    refreshAllCameraPreviewImages();
+    m_remoteCameraSnapshotRefreshTimer = new QTimer(this);
+    m_remoteCameraSnapshotRefreshTimer->setInterval(2000);
+    connect(m_remoteCameraSnapshotRefreshTimer, &QTimer::timeout, this, &LXController::refreshAllCameraPreviewImages);
+    m_remoteCameraSnapshotRefreshTimer->start();
+
+    requestPreviewUpdateOfSelectedRemoteCamera();
+    m_selectedRemoteCameraPreviewUpdateTimer = new QTimer(this);
+    m_selectedRemoteCameraPreviewUpdateTimer->setInterval(5000);
+    connect(m_selectedRemoteCameraPreviewUpdateTimer, &QTimer::timeout, this,
+            &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
+    m_selectedRemoteCameraPreviewUpdateTimer->start();
+}
+
+void LXController::userDidConnectWithNotice(const QVariant &)
+{
+    m_connected = true;
+    m_window->setConnected(true, m_currentCredentials.value(QStringLiteral("user")).toString(),
+                           m_currentCredentials.value(QStringLiteral("server")).toString());
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+    resetJobAndRecordingState();
+}
+
+void LXController::refreshAllCameraPreviewImages()
+{
+    if (m_localRecordingChosen)
+        return;
+    // Snapshot downloads of each camera's "preview_url" come with the remote
+    // camera previews.
+}
+
+void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
+{
+    if (m_localRecordingChosen || !m_job || !m_server)
+        return;
+    const QVariantMap camera = m_job->camera();
+    if (camera.value(QStringLiteral("isLocalDevice")).toBool())
+        return;
+    const QString name = camera.value(QStringLiteral("name")).toString();
+    if (name.isEmpty())
+        return;
+    m_server->requestPreviewUpdateForCameraName(name);
+}

@@ -1,0 +1,203 @@
+#pragma once
+
+#include "LXLoginPanelController.h"
+#include "server/Error.h"
+#include "server/OrvaneServerInterface.h"
+#include "server/PodcastJob.h"
+#include "timing/StopWatch.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QVariantMap>
+
+#include <memory>
+#include <optional>
+
+#include "app/CameraConfigController.h"
+#include "prefs/PreferencesController.h"
+#include "transfers/TransfersController.h"
+
+#include <QMessageBox>
+
+class QTimer;
+class LXMainWindow;
+
+// The spine of the application: the main window's controller and the
+// application's delegate. It owns the current job, the server interface, the
+// credentials, the stop-watch and the secondary windows, and keeps the two
+// values everything else is derived from: the controller state and the
+// source mode. Main thread only.
+class LXController final : public QObject, public LXLoginPanelDelegate
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(LXController)
+
+    Q_PROPERTY(State state READ state WRITE setState NOTIFY stateChanged)
+    Q_PROPERTY(Mode mode READ mode WRITE setMode NOTIFY modeChanged)
+    Q_PROPERTY(bool localRecordingChosen READ localRecordingChosen WRITE setLocalRecordingChosen NOTIFY
+                   localRecordingChosenChanged)
+    Q_PROPERTY(QString recordPauseMenuTitle READ recordPauseMenuTitle NOTIFY recordPauseMenuTitleChanged)
+    Q_PROPERTY(bool canRecordOrPause READ canRecordOrPause NOTIFY canRecordOrPauseChanged)
+    Q_PROPERTY(bool hasBegunRecording READ hasBegunRecording NOTIFY hasBegunRecordingChanged)
+    Q_PROPERTY(bool canBeginRecording READ canBeginRecording NOTIFY canBeginRecordingChanged)
+    Q_PROPERTY(bool videoModeIsSelected READ videoModeIsSelected NOTIFY videoModeIsSelectedChanged)
+    Q_PROPERTY(bool audioModeIsSelected READ audioModeIsSelected NOTIFY audioModeIsSelectedChanged)
+    Q_PROPERTY(bool screenModeIsSelected READ screenModeIsSelected NOTIFY screenModeIsSelectedChanged)
+    Q_PROPERTY(bool isSmallerPreviewHidden READ isSmallerPreviewHidden NOTIFY isSmallerPreviewHiddenChanged)
+    Q_PROPERTY(QString recordOrPauseImage READ recordOrPauseImage NOTIFY recordOrPauseImageChanged)
+    Q_PROPERTY(bool microphoneListShouldBeHidden READ microphoneListShouldBeHidden NOTIFY
+                   microphoneListShouldBeHiddenChanged)
+    Q_PROPERTY(QString currentModeString READ currentModeString)
+
+public:
+    enum class State : qint32 { Idle = 0, Starting = 1, Recording = 2, Paused = 3, Submitted = 4 };
+    Q_ENUM(State)
+    enum class Mode : qint32 { Video = 0, Audio = 1, Screen = 2, File = 3, NoSource = 4 };
+    Q_ENUM(Mode)
+    enum class TerminateReply { Now, Later, Cancel };
+
+    LXController();
+    ~LXController() override;
+
+    // Loads the main window and starts the application: state Idle, mode
+    // NoSource, defaults registered, notices observed, login panel shown.
+    void awakeFromNib();
+
+    State state() const { return m_state; }
+    void setState(State state);
+    Mode mode() const { return m_mode; }
+    void setMode(Mode mode);
+    bool localRecordingChosen() const { return m_localRecordingChosen; }
+    void setLocalRecordingChosen(bool chosen);
+
+    QString recordPauseMenuTitle() const;
+    bool canRecordOrPause() const;
+    bool hasBegunRecording() const;
+    bool canBeginRecording() const;
+    bool videoModeIsSelected() const { return m_mode == Mode::Video; }
+    bool audioModeIsSelected() const { return m_mode == Mode::Audio; }
+    bool screenModeIsSelected() const { return m_mode == Mode::Screen; }
+    bool isSmallerPreviewHidden() const { return m_mode == Mode::Audio || m_mode == Mode::Screen; }
+    QString recordOrPauseImage() const;
+    bool microphoneListShouldBeHidden() const;
+    QString currentModeString() const;
+
+    std::shared_ptr<PodcastJob> job() const { return m_job; }
+    void setJob(const std::shared_ptr<PodcastJob> &job);
+    // Changes of the job's camera and audio device go through these, so the
+    // properties that depend on them are announced.
+    void setJobCamera(const QVariantMap &camera);
+    void setJobLocalAudioDeviceName(const QString &name);
+
+    std::shared_ptr<OrvaneServerInterface> server() const { return m_server; }
+    QVariantMap currentCredentials() const { return m_currentCredentials; }
+    QVariantList remoteCameras() const { return m_remoteCameras; }
+    void setRemoteCameras(const QVariantList &cameras) { m_remoteCameras = cameras; }
+    StopWatch *recordingTime() const { return m_recordingTime.get(); }
+    QString timerValue() const { return m_timerValue; }
+    bool timerTextHidden() const { return m_timerTextHidden; }
+
+    LXMainWindow *window() const { return m_window.get(); }
+    LXUserLoginPanelController *loginPanel() const { return m_loginPanel; }
+    QTimer *remoteCameraSnapshotRefreshTimer() const { return m_remoteCameraSnapshotRefreshTimer; }
+    QTimer *selectedRemoteCameraPreviewUpdateTimer() const { return m_selectedRemoteCameraPreviewUpdateTimer; }
+    TransfersController *transfersController() const { return m_transfersController; }
+    PreferencesController *preferencesController() const { return m_preferencesController; }
+    CameraConfigController *cameraConfigController() const { return m_cameraConfigController; }
+
+    void resetJobAndRecordingState();
+    void alertUserToError(const Error &error);
+    void alertDidEnd();
+
+    // Quitting.
+    bool applicationShouldTerminateAfterLastWindowClosed() const;
+    TerminateReply applicationShouldTerminate();
+    void quitWarningSheetDidEnd(int returnCode);
+    // Asks to quit; quits at once unless a recording has begun.
+    void requestQuit();
+    QMessageBox *quitWarningSheet() const { return m_quitSheet; }
+
+    // Login.
+    void showLoginPanel();
+    void loginPanelDidClickConnect(LXLoginPanelController *panel) override;
+    void loginToServer();
+    void didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error);
+    void didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error);
+    void userDidConnectWithNotice(const QVariant &credentials);
+    QVariantList workflows() const;
+
+    // Remote cameras.
+    void refreshAllCameraPreviewImages();
+    void requestPreviewUpdateOfSelectedRemoteCamera();
+
+    // Sources and devices.
+    void sourceClicked(Mode mode);
+    void rebuildInputDevicesList();
+    void tearDownLocalCameraAndMicrophone();
+
+    // Job callbacks.
+    void jobDidPause(const std::optional<Error> &error);
+    void jobDidResume(const std::optional<Error> &error);
+    void jobDidStop(const std::optional<Error> &error);
+    void localJobDidStop(const std::optional<Error> &error);
+
+    void updateDockIcon();
+
+    // Secondary windows.
+    void configureLocalCamera();
+    void cameraConfigWindowClosed();
+    void showPreferencesWindow();
+    void showTransfersWindow();
+    void transfersWindowClosed();
+
+signals:
+    void stateChanged();
+    void modeChanged();
+    void localRecordingChosenChanged();
+    void recordPauseMenuTitleChanged();
+    void canRecordOrPauseChanged();
+    void hasBegunRecordingChanged();
+    void canBeginRecordingChanged();
+    void videoModeIsSelectedChanged();
+    void audioModeIsSelectedChanged();
+    void screenModeIsSelectedChanged();
+    void isSmallerPreviewHiddenChanged();
+    void recordOrPauseImageChanged();
+    void microphoneListShouldBeHiddenChanged();
+    // The application should end now (the quit flow has agreed).
+    void terminateRequested();
+
+private:
+    // Emits the change signal of every derived property that depends on `key`.
+    void announceDependents(const char *key);
+    void observeValueForKeyPath(const char *keyPath);
+    void showPage(QWidget *page);
+    void updateBoundControls();
+    void fillWorkflowMenu();
+    QWidget *alertParent() const;
+
+    std::unique_ptr<LXMainWindow> m_window;
+    QPointer<LXUserLoginPanelController> m_loginPanel;
+    QVariantMap m_currentCredentials;
+    std::unique_ptr<StopWatch> m_recordingTime;
+    QString m_timerValue;
+    bool m_timerTextHidden = false;
+    bool m_localRecordingChosen = false;
+    Mode m_mode = Mode::NoSource;
+    State m_state = State::Idle;
+    std::shared_ptr<PodcastJob> m_job;
+    std::shared_ptr<OrvaneServerInterface> m_server;
+    QVariantList m_remoteCameras;
+    QTimer *m_everySecondTimer = nullptr;
+    QTimer *m_remoteCameraSnapshotRefreshTimer = nullptr;
+    QTimer *m_selectedRemoteCameraPreviewUpdateTimer = nullptr;
+    QPointer<CameraConfigController> m_cameraConfigController;
+    QPointer<PreferencesController> m_preferencesController;
+    QPointer<TransfersController> m_transfersController;
+    QPointer<QMessageBox> m_quitSheet;
+    int m_sheetsOnMainWindow = 0;
+    bool m_currentJobCompletedUploading = false;
+    bool m_waitingOnRecordOrPauseResponse = false;
+    bool m_inBetweenMainWindowAndLoginPanel = false;
+    bool m_connected = false;
+};

@@ -1,0 +1,40 @@
+#include "VKPopUpButton.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+VKPopUpButton::VKPopUpButton(QWidget *parent)
+    : QComboBox(parent)
+{
+    setCursor(Qt::PointingHandCursor);
+    setMinimumHeight(28);
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+}
+
+void VKPopUpButton::paintEvent(QPaintEvent *)
+{
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    QPainterPath shape;
+    shape.addRoundedRect(r, r.height() / 2, r.height() / 2);
+    p.fillPath(shape, isEnabled() ? QColor(12, 12, 14, 235) : QColor(12, 12, 14, 140));
+    p.setPen(QPen(QColor(255, 255, 255, hasFocus() ? 120 : 55), 1));
+    p.drawPath(shape);
+
+    const QColor textColor = isEnabled() ? QColor(238, 238, 242) : QColor(130, 130, 135);
+    p.setPen(textColor);
+    const qreal arrowSpace = r.height() * 0.9;
+    const QRectF textRect = r.adjusted(r.height() / 2, 0, -arrowSpace, 0);
+    p.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft,
+               fontMetrics().elidedText(currentText(), Qt::ElideRight, int(textRect.width())));
+
+    // Two small chevrons, as pop-up buttons show.
+    const qreal cx = r.right() - arrowSpace / 2 - 2;
+    const qreal cy = r.center().y();
+    const qreal s = r.height() * 0.12;
+    QPen pen(textColor, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    p.setPen(pen);
+    p.drawPolyline(QPolygonF{{cx - s, cy - s * 0.6}, {cx, cy - s * 1.6}, {cx + s, cy - s * 0.6}});
+    p.drawPolyline(QPolygonF{{cx - s, cy + s * 0.6}, {cx, cy + s * 1.6}, {cx + s, cy + s * 0.6}});
+}
