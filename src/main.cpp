@@ -1,9 +1,52 @@
 #include "app/LXApplication.h"
 #include "app/LXController.h"
 
+#include <QFile>
+#include <QWidget>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+// LUMEX_STARTUP_PROBE=1: print "painted RSS_KB" once the login panel has
+// first been painted, then exit. The start-up benchmark times exec to here.
+class StartupProbe final : public QObject
+{
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && watched->objectName() == QLatin1String("LoginPanel")) {
+            qApp->removeEventFilter(this);
+            QMetaObject::invokeMethod(
+                qApp,
+                [] {
+                    long rss = 0;
+                    QFile status(QStringLiteral("/proc/self/status"));
+                    if (status.open(QIODevice::ReadOnly)) {
+                        for (const QByteArray &line : status.readAll().split('\n')) {
+                            if (line.startsWith("VmRSS:"))
+                                rss = line.mid(6).trimmed().split(' ').first().toLong();
+                        }
+                    }
+                    std::printf("painted %ld\n", rss);
+                    std::fflush(stdout);
+                    std::_Exit(0);
+                },
+                Qt::QueuedConnection);
+        }
+        return false;
+    }
+};
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
     LXApplication app(argc, argv);
+    StartupProbe probe;
+    if (qEnvironmentVariable("LUMEX_STARTUP_PROBE") == QLatin1String("1"))
+        app.installEventFilter(&probe);
     LXController controller;
     QObject::connect(&controller, &LXController::terminateRequested, &app, &QApplication::quit, Qt::QueuedConnection);
     controller.awakeFromNib();

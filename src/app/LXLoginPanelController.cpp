@@ -37,6 +37,8 @@ LXLoginPanelController::LXLoginPanelController(QObject *parent)
     heading.setWeight(QFont::DemiBold);
     m_ui->headingLabel->setFont(heading);
     m_ui->explanationLabel->setForegroundRole(QPalette::PlaceholderText);
+    m_panel->setMinimumWidth(440);
+    m_panel->adjustSize();
 
     connect(m_ui->connectButton, &QPushButton::clicked, this, &LXLoginPanelController::doConnect);
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &LXLoginPanelController::doCancel);

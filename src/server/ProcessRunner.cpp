@@ -158,6 +158,9 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
     if (!input.isNull()) {
         in = makePipe();
         childIn = std::move(in.read);
+        // Never block in write(): a child that answers while it still reads
+        // must have its output drained in between.
+        ::fcntl(in.write.get(), F_SETFL, ::fcntl(in.write.get(), F_GETFL) | O_NONBLOCK);
     }
     if (output) {
         out = makePipe();

@@ -1,0 +1,483 @@
+#include "app/LXController.h"
+#include "app/LXLoginPanelController.h"
+#include "app/LXMainWindow.h"
+#include "app/LXNotificationCenter.h"
+#include "app/LXWorkflowMenu.h"
+#include "prefs/LXDefaultsKeys.h"
+#include "prefs/LXUserDefaults.h"
+#include "server/Log.h"
+#include "views/LXProgressSpinner.h"
+#include "views/LXPushView.h"
+#include "views/LXSourceTile.h"
+
+#include "SimSandbox.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include <memory>
+
+namespace {
+
+using State = LXController::State;
+using Mode = LXController::Mode;
+
+// The message box currently shown on `parent`, if any.
+QMessageBox *alertOn(QWidget *parent)
+{
+    if (!parent)
+        return nullptr;
+    for (QMessageBox *box : parent->findChildren<QMessageBox *>()) {
+        if (box->isVisible())
+            return box;
+    }
+    return nullptr;
+}
+
+// Counts paint events of a widget.
+class PaintCounter final : public QObject
+{
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
+
+QStringList serverWorkflowTitles(const QString &sysroot)
+{
+    Q_UNUSED(sysroot);
+    auto server = OrvaneServerInterface::create({{QStringLiteral("server"), SimSandbox::kServerHost},
+                                                 {QStringLiteral("user"), QStringLiteral("demo")},
+                                                 {QStringLiteral("password"), QStringLiteral("lumex")}},
+                                                nullptr);
+    Error error;
+    QStringList titles;
+    for (const QVariant &w : server->getWorkflowsError(&error).value_or(QVariantList()))
+        titles << w.toMap().value(QStringLiteral("title")).toString();
+    return titles;
+}
+
+} // namespace
+
+class TestLXController : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<SimSandbox> m_sim;
+    std::unique_ptr<LXController> m_controller;
+
+    void signIn(const QString &password)
+    {
+        LXUserLoginPanelController *panel = m_controller->loginPanel();
+        QVERIFY(panel);
+        QVERIFY(panel->loginPanel()->isVisible());
+        panel->hostnameField()->setText(SimSandbox::kServerHost);
+        panel->usernameField()->setText(QStringLiteral("demo"));
+        QVERIFY(!panel->connectButton()->isEnabled()); // no password yet
+        panel->passwordField()->setText(password);
+        QVERIFY(panel->connectButton()->isEnabled());
+        QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_sim = std::make_unique<SimSandbox>();
+        QVERIFY(m_sim->installTools());
+    }
+
+    void init()
+    {
+        m_sim->clearFaults();
+        LXUserDefaults::standard().removeObject(LXDefaultsKeys::PreviousWorkflowChosen);
+        m_controller = std::make_unique<LXController>();
+        m_controller->awakeFromNib();
+    }
+
+    void cleanup()
+    {
+        m_controller.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void startsIdleWithTheLoginPanelAndNoSource()
+    {
+        QCOMPARE(m_controller->state(), State::Idle);
+        QCOMPARE(m_controller->mode(), Mode::NoSource);
+        QCOMPARE(m_controller->currentModeString(), QStringLiteral(""));
+        QCOMPARE(m_controller->window()->contentBox->contentView(), m_controller->window()->sourceChooserView);
+        QVERIFY(m_controller->loginPanel()->loginPanel()->isVisible());
+        QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyCode), 120);
+        QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyModifiers), 0x100000);
+    }
+
+    void goodLoginConnectsWithWorkflowsInServerOrder()
+    {
+        QStringList notices;
+        QObject observer;
+        LXNotificationCenter::defaultCenter().addObserver(&observer, kUserDidConnectNotice, [&](const QVariant &o) {
+            notices << o.toMap().value(QStringLiteral("user")).toString();
+        });
+        signIn(QStringLiteral("lumex"));
+        QTRY_COMPARE_WITH_TIMEOUT(notices, QStringList{QStringLiteral("demo")}, 10000);
+        QVERIFY(!m_controller->loginPanel());
+
+        const QStringList serverTitles = serverWorkflowTitles(m_sim->sysroot());
+        QVERIFY(serverTitles.size() >= 3);
+        QStringList menuTitles;
+        for (QAction *a : m_controller->window()->workflowMenu->actions())
+            menuTitles << a->text();
+        QStringList expected;
+        for (const QString &t : serverTitles)
+            expected << t.split(LXWorkflowMenu::kSeparator).first();
+        QCOMPARE(menuTitles, expected); // server order, duplicates kept
+        QVERIFY(expected.count(QStringLiteral("Publish to Course Site")) == 2);
+
+        // A fresh job with the first workflow, the credentials kept, timers running.
+        QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("title")).toString(), serverTitles.first());
+        QCOMPARE(m_controller->server()->job(), m_controller->job());
+        QVERIFY(m_controller->currentCredentials().contains(QStringLiteral("workflows")));
+        QVERIFY(!m_controller->currentCredentials().value(QStringLiteral("cameras")).toList().isEmpty());
+        QVERIFY(m_controller->remoteCameraSnapshotRefreshTimer());
+        QVERIFY(m_controller->remoteCameraSnapshotRefreshTimer()->isActive());
+        QCOMPARE(m_controller->selectedRemoteCameraPreviewUpdateTimer()->interval(), 5000);
+        QVERIFY(m_controller->window()->videoTile->isEnabled());
+        QCOMPARE(LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost), SimSandbox::kServerHost);
+    }
+
+    void wrongPasswordShowsAuthenticationFailedOnThePanel()
+    {
+        signIn(QStringLiteral("not-the-password"));
+        LXUserLoginPanelController *panel = m_controller->loginPanel();
+        QVERIFY(!panel->hostnameField()->isEnabled());
+        QVERIFY(panel->progressIndicator()->isAnimating());
+        QTRY_VERIFY_WITH_TIMEOUT(alertOn(panel->loginPanel()), 10000);
+        QMessageBox *alert = alertOn(panel->loginPanel());
+        QCOMPARE(alert->text(), QStringLiteral("Authentication Failed"));
+        QVERIFY(alert->informativeText().startsWith(QStringLiteral("The username or password you entered")));
+        QTest::mouseClick(alert->button(QMessageBox::Ok), Qt::LeftButton);
+        QTRY_VERIFY(!alertOn(panel->loginPanel()));
+        QVERIFY(panel->hostnameField()->isEnabled());
+        QVERIFY(panel->passwordField()->isEnabled());
+        QVERIFY(panel->connectButton()->isEnabled());
+        QVERIFY(!panel->progressIndicator()->isAnimating());
+        QVERIFY(panel->loginPanel()->isVisible());
+    }
+
+    void failingCameraQueryAlertsOnMainWindowWithoutConnecting()
+    {
+        m_sim->setFaults({{QStringLiteral("--listcameras"),
+                           QVariantMap{{QStringLiteral("status"), 1}, {QStringLiteral("stderr"), QStringLiteral("camera registry offline")}}}});
+        bool connected = false;
+        QObject observer;
+        LXNotificationCenter::defaultCenter().addObserver(&observer, kUserDidConnectNotice,
+                                                          [&](const QVariant &) { connected = true; });
+        Log::Capture log;
+        signIn(QStringLiteral("lumex"));
+        QTRY_VERIFY_WITH_TIMEOUT(alertOn(m_controller->window()), 10000);
+        QCOMPARE(alertOn(m_controller->window())->text(), QStringLiteral("Server communication error."));
+        QVERIFY(!m_controller->loginPanel());
+        QVERIFY(!connected);
+        QVERIFY(!m_controller->remoteCameraSnapshotRefreshTimer());
+        QVERIFY(log.contains(QStringLiteral("OrvaneServerInterface error: camera registry offline")));
+    }
+
+    void unreadableWorkflowListIsAFailureOfItsOwn()
+    {
+        m_sim->setFaults({{QStringLiteral("--listworkflows"), QVariantMap{{QStringLiteral("no_plist"), true}}}});
+        signIn(QStringLiteral("lumex"));
+        LXUserLoginPanelController *panel = m_controller->loginPanel();
+        QTRY_VERIFY_WITH_TIMEOUT(alertOn(panel->loginPanel()), 10000);
+        QMessageBox *alert = alertOn(panel->loginPanel());
+        QCOMPARE(alert->text(), QStringLiteral("Server communication error."));
+        QCOMPARE(alert->detailedText(), QStringLiteral("The server's list of workflows could not be read."));
+        alert->accept();
+        QTRY_VERIFY(panel->connectButton()->isEnabled());
+    }
+
+    void hangingServerNeverFreezesTheWindowAndCancelCloses()
+    {
+        m_sim->setFaults({{QStringLiteral("--listworkflows"), QVariantMap{{QStringLiteral("hang"), 10.0}}}});
+        LXUserLoginPanelController *panel = m_controller->loginPanel();
+        PaintCounter counter;
+        panel->loginPanel()->installEventFilter(&counter);
+        int ticks = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+        ticker.start(50);
+        signIn(QStringLiteral("lumex"));
+        const int paintsBefore = counter.paints;
+        for (int i = 0; i < 10; ++i) {
+            panel->loginPanel()->update();
+            QTest::qWait(100);
+        }
+        QVERIFY2(ticks >= 10, qPrintable(QStringLiteral("ticks: %1").arg(ticks)));
+        QVERIFY(counter.paints > paintsBefore);
+        QTest::mouseClick(panel->cancelButton(), Qt::LeftButton);
+        QVERIFY(!panel->loginPanel()->isVisible());
+        QVERIFY(panel->passwordField()->text().isEmpty());
+    }
+
+    void quitAsksOnlyOnceRecordingHasBegun_data()
+    {
+        QTest::addColumn<State>("state");
+        QTest::addColumn<bool>("asks");
+        QTest::newRow("idle") << State::Idle << false;
+        QTest::newRow("starting") << State::Starting << true;
+        QTest::newRow("recording") << State::Recording << true;
+        QTest::newRow("paused") << State::Paused << true;
+        QTest::newRow("submitted") << State::Submitted << false;
+    }
+
+    void quitAsksOnlyOnceRecordingHasBegun()
+    {
+        QFETCH(State, state);
+        QFETCH(bool, asks);
+        QSignalSpy terminate(m_controller.get(), &LXController::terminateRequested);
+        m_controller->setState(state);
+        m_controller->requestQuit();
+        QCOMPARE(terminate.size(), asks ? 0 : 1);
+        QCOMPARE(bool(m_controller->quitWarningSheet()), asks);
+        if (!asks)
+            return;
+        QMessageBox *sheet = m_controller->quitWarningSheet();
+        QCOMPARE(sheet->text(), QStringLiteral("Do you want to delete the recording and Quit?"));
+        QVERIFY(!m_controller->canRecordOrPause()); // a sheet is attached
+        // Cancel keeps everything as it was.
+        QTest::mouseClick(sheet->defaultButton(), Qt::LeftButton);
+        QTRY_VERIFY(!m_controller->quitWarningSheet());
+        QCOMPARE(terminate.size(), 0);
+        QCOMPARE(m_controller->state(), state);
+        // Quit ends the application.
+        m_controller->requestQuit();
+        QMessageBox *again = m_controller->quitWarningSheet();
+        QVERIFY(again);
+        for (QAbstractButton *b : again->buttons()) {
+            if (b->text() == QStringLiteral("Quit"))
+                QTest::mouseClick(b, Qt::LeftButton);
+        }
+        QCOMPARE(terminate.size(), 1);
+    }
+
+    void closingTheWindowQuitsOnlyWithoutThePanel()
+    {
+        QSignalSpy terminate(m_controller.get(), &LXController::terminateRequested);
+        QVERIFY(!m_controller->applicationShouldTerminateAfterLastWindowClosed()); // the panel is up
+        m_controller->window()->close();
+        QCOMPARE(terminate.size(), 0);
+        m_controller->loginPanel()->doCancel();
+        QVERIFY(m_controller->applicationShouldTerminateAfterLastWindowClosed());
+        m_controller->window()->show();
+        m_controller->window()->close();
+        QCOMPARE(terminate.size(), 1);
+    }
+
+    void alertsNameTheCause_data()
+    {
+        QTest::addColumn<QString>("domain");
+        QTest::addColumn<qint64>("code");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("auth in any domain") << QStringLiteral("elsewhere") << qint64(26) << QString()
+                                            << QStringLiteral("Authentication Failed");
+        QTest::newRow("server failure") << kServerInterfaceErrorDomain << qint64(1) << QStringLiteral("x")
+                                        << QStringLiteral("Server communication error.");
+        QTest::newRow("local capture code 1") << kLumexErrorDomain << qint64(1) << QStringLiteral("x")
+                                              << QStringLiteral("Server communication error.");
+        QTest::newRow("capture layer") << QStringLiteral("gst-resource-error-quark") << qint64(3)
+                                       << QStringLiteral("Could not open the camera.")
+                                       << QStringLiteral("Could not open the camera.");
+        QTest::newRow("capture layer, auth code") << QStringLiteral("gst-resource-error-quark") << qint64(26)
+                                                  << QStringLiteral("busy") << QStringLiteral("Authentication Failed");
+    }
+
+    void alertsNameTheCause()
+    {
+        QFETCH(QString, domain);
+        QFETCH(qint64, code);
+        QFETCH(QString, text);
+        QFETCH(QString, shown);
+        m_controller->loginPanel()->doCancel();
+        m_controller->showLoginPanel();
+        // With a login panel the alert goes there; without one, to the window.
+        m_controller->alertUserToError(Error{domain, code, text});
+        QMessageBox *alert = alertOn(m_controller->loginPanel()->loginPanel());
+        QVERIFY(alert);
+        QCOMPARE(alert->text(), shown);
+        QVERIFY(!alertOn(m_controller->window()));
+    }
+
+    void derivedPropertiesFollowStateAndMode()
+    {
+        // The dependency table: which announcements a change of each key makes.
+        const QStringList all{"recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "canBeginRecording",
+                              "videoModeIsSelected", "audioModeIsSelected", "screenModeIsSelected",
+                              "isSmallerPreviewHidden", "recordOrPauseImage", "microphoneListShouldBeHidden"};
+        const QHash<QString, QStringList> dependents{
+            {"state", {"recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage"}},
+            {"mode",
+             {"recordPauseMenuTitle", "canRecordOrPause", "canBeginRecording", "videoModeIsSelected",
+              "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden", "recordOrPauseImage",
+              "microphoneListShouldBeHidden"}},
+            {"localRecordingChosen", {"microphoneListShouldBeHidden"}},
+        };
+        LXController *c = m_controller.get();
+        std::map<QString, std::unique_ptr<QSignalSpy>> spies;
+        for (const QString &name : all) {
+            const QMetaProperty p = c->metaObject()->property(c->metaObject()->indexOfProperty(name.toLatin1()));
+            spies[name] = std::make_unique<QSignalSpy>(c, p.notifySignal());
+        }
+        auto announced = [&] {
+            QStringList names;
+            for (auto &[name, spy] : spies) {
+                if (!spy->isEmpty())
+                    names << name;
+                spy->clear();
+            }
+            return names;
+        };
+        auto sorted = [](QStringList l) {
+            l.sort();
+            return l;
+        };
+
+        const QList<State> states{State::Idle, State::Starting, State::Recording, State::Paused, State::Submitted};
+        const QList<Mode> modes{Mode::Video, Mode::Audio, Mode::Screen, Mode::File, Mode::NoSource};
+        for (Mode mode : modes) {
+            c->setMode(mode);
+            announced();
+            for (State state : states) {
+                if (c->state() != state) {
+                    c->setState(state);
+                    QCOMPARE(announced(), sorted(dependents.value("state")));
+                }
+                const bool begun = state == State::Starting || state == State::Recording || state == State::Paused;
+                QCOMPARE(c->hasBegunRecording(), begun);
+                QCOMPARE(c->recordPauseMenuTitle(),
+                         state == State::Paused ? QStringLiteral("Resume Recording")
+                         : (state == State::Starting || state == State::Recording) ? QStringLiteral("Pause Recording")
+                                                                                 : QStringLiteral("Record Podcast"));
+                const QString image = (state == State::Starting || state == State::Recording) ? "PausedOff"
+                    : mode == Mode::Audio                                                    ? "RecordAudio"
+                    : mode == Mode::Screen                                                   ? "RecordScreen"
+                                                                                             : "RecordVideo";
+                QCOMPARE(c->recordOrPauseImage(), image);
+                QCOMPARE(c->videoModeIsSelected(), mode == Mode::Video);
+                QCOMPARE(c->audioModeIsSelected(), mode == Mode::Audio);
+                QCOMPARE(c->screenModeIsSelected(), mode == Mode::Screen);
+                QCOMPARE(c->isSmallerPreviewHidden(), mode == Mode::Audio || mode == Mode::Screen);
+                QCOMPARE(c->microphoneListShouldBeHidden(), mode == Mode::Audio || mode == Mode::Screen);
+                QVERIFY(!c->canRecordOrPause()); // the source chooser is the current page
+            }
+            c->setState(State::Idle);
+            announced();
+            const Mode next = modes.at((modes.indexOf(mode) + 1) % modes.size());
+            c->setMode(next);
+            QCOMPARE(announced(), sorted(dependents.value("mode")));
+            c->setMode(mode);
+            announced();
+
+            const bool hiddenBefore = c->microphoneListShouldBeHidden();
+            c->setLocalRecordingChosen(!c->localRecordingChosen());
+            QCOMPARE(announced(), dependents.value("localRecordingChosen"));
+            QCOMPARE(c->microphoneListShouldBeHidden(), hiddenBefore); // announced, yet unchanged
+            c->setLocalRecordingChosen(false);
+            announced();
+        }
+
+        // canBeginRecording follows the job's camera and audio device.
+        c->setMode(Mode::Video);
+        c->resetJobAndRecordingState();
+        c->setMode(Mode::Video);
+        QVERIFY(!c->canBeginRecording());
+        announced();
+        c->setJobCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
+        QCOMPARE(announced(), QStringList{"canBeginRecording"});
+        QVERIFY(c->canBeginRecording());
+        c->setMode(Mode::Audio);
+        QVERIFY(c->canBeginRecording()); // remote audio uses the camera
+        c->setLocalRecordingChosen(true);
+        QVERIFY(!c->canBeginRecording());
+        c->setJobLocalAudioDeviceName(QStringLiteral("mic-1"));
+        QVERIFY(c->canBeginRecording());
+        c->setMode(Mode::Screen);
+        QVERIFY(c->canBeginRecording());
+        c->setMode(Mode::File);
+        QVERIFY(!c->canBeginRecording());
+        announced();
+        c->setJob(std::make_shared<PodcastJob>());
+        QCOMPARE(announced(), QStringList{"canBeginRecording"});
+
+        // On the record page, without a sheet, recording is possible except while starting.
+        c->sourceClicked(Mode::Video);
+        QVERIFY(c->canRecordOrPause());
+        c->setState(State::Starting);
+        QVERIFY(!c->canRecordOrPause());
+    }
+
+    void resetPicksTheRememberedWorkflowLastMatchWinning()
+    {
+        signIn(QStringLiteral("lumex"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
+        LXUserDefaults::standard().setObject(QStringLiteral("Publish to Course Site"),
+                                             LXDefaultsKeys::PreviousWorkflowChosen);
+        m_controller->resetJobAndRecordingState();
+        QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("name")).toString(),
+                 QStringLiteral("course-site-hd"));
+        // A reset stops the camera timers until the next sign-in.
+        QVERIFY(!m_controller->remoteCameraSnapshotRefreshTimer());
+        LXUserDefaults::standard().setObject(QStringLiteral("No Such Workflow"), LXDefaultsKeys::PreviousWorkflowChosen);
+        m_controller->resetJobAndRecordingState();
+        QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("name")).toString(),
+                 QStringLiteral("lecture-capture"));
+    }
+
+    void closedTransfersWindowCannotBeShownAgain()
+    {
+        m_controller->showTransfersWindow();
+        QWidget *window = m_controller->transfersController()->window();
+        QVERIFY(window->isVisible());
+        window->close();
+        QVERIFY(!m_controller->transfersController());
+        m_controller->showTransfersWindow(); // goes to no one
+        QVERIFY(!m_controller->transfersController());
+
+        m_controller->showPreferencesWindow();
+        QPointer<PreferencesController> prefs = m_controller->preferencesController();
+        m_controller->showPreferencesWindow();
+        QCOMPARE(m_controller->preferencesController(), prefs.data()); // kept for the run
+
+        m_controller->configureLocalCamera();
+        QVERIFY(m_controller->cameraConfigController());
+        m_controller->cameraConfigController()->window()->close();
+        QVERIFY(!m_controller->cameraConfigController());
+    }
+
+    void workflowMenuSplitsTitleAndToolTip()
+    {
+        LXWorkflowMenu menu;
+        QAction *plain = menu.insertItemWithTitle(QStringLiteral("Plain"), 0);
+        QAction *split = menu.insertItemWithTitle(QStringLiteral("T\n$$$$\nD"), 0);
+        QAction *nested = menu.insertItemWithTitle(QStringLiteral("A\n$$$$\nB\n$$$$\nC"), 0);
+        QAction *first = menu.insertItemWithTitle(QStringLiteral("First"), 0);
+        QCOMPARE(split->text(), QStringLiteral("T"));
+        QCOMPARE(split->toolTip(), QStringLiteral("D"));
+        QCOMPARE(nested->toolTip(), QStringLiteral("B"));
+        // Items with the separator go to the end whatever index was asked.
+        QCOMPARE(menu.actions(), (QList<QAction *>{first, plain, split, nested}));
+    }
+};
+
+QTEST_MAIN(TestLXController)
+#include "tst_lxcontroller.moc"
