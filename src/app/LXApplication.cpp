@@ -2,7 +2,9 @@
 
 #include "server/Log.h"
 
+#include <QLocale>
 #include <QPalette>
+#include <QTranslator>
 #include <QStyleFactory>
 
 #include <exception>
@@ -16,6 +18,11 @@ LXApplication::LXApplication(int &argc, char **argv)
     setDesktopFileName(QStringLiteral("com.tarn.Lumex"));
     setQuitOnLastWindowClosed(false); // the controller decides
     applyLook(*this);
+    // The English texts are the keys and the fallback; a table for the
+    // user's language replaces what it translates.
+    auto *translator = new QTranslator(this);
+    if (translator->load(QLocale(), QStringLiteral("lumex"), QStringLiteral("_"), QStringLiteral(":/translations")))
+        installTranslator(translator);
 }
 
 bool LXApplication::notify(QObject *receiver, QEvent *event)
