@@ -7,6 +7,7 @@
 #include "views/LXSourceTile.h"
 #include "views/LXTimerBackgroundView.h"
 #include "views/VKColorBox.h"
+#include "views/VKMetalButton.h"
 #include "views/VKPopUpButton.h"
 
 #include <QAction>
@@ -68,8 +69,8 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     buttonBox->setFixedHeight(76);
     auto *buttons = new QHBoxLayout(buttonBox);
     buttons->setContentsMargins(18, 10, 18, 10);
-    startOver = new QPushButton(tr("Start Over"), buttonBox);
-    publish = new QPushButton(tr("Publish"), buttonBox);
+    startOver = new VKMetalButton(tr("Start Over"), buttonBox);
+    publish = new VKMetalButton(tr("Publish"), buttonBox);
     recordPauseButton = new LXRecordButton(buttonBox);
     recordPauseButton->setToolTip(tr("Record"));
     buttons->addWidget(startOver);

@@ -21,6 +21,8 @@
 #include <QTimer>
 
 #include <memory>
+#include <pwd.h>
+#include <unistd.h>
 
 namespace {
 
@@ -120,6 +122,20 @@ private slots:
         QVERIFY(m_controller->loginPanel()->loginPanel()->isVisible());
         QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyCode), 120);
         QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyModifiers), 0x100000);
+    }
+
+    void offersTheSystemLoginNameWhenNoneIsStored()
+    {
+        LXUserDefaults::standard().removeObject(LXDefaultsKeys::LoginPanelLastLoginUsername);
+        const QByteArray user = qgetenv("USER");
+        qunsetenv("USER"); // the name must come from the password database
+        LXUserLoginPanelController panel;
+        qputenv("USER", user);
+        const passwd *entry = ::getpwuid(::getuid());
+        QVERIFY(entry);
+        QCOMPARE(panel.usernameField()->text(), QString::fromLocal8Bit(entry->pw_name));
+        QVERIFY(panel.passwordField()->text().isEmpty());
+        QVERIFY(!panel.connectButton()->isEnabled());
     }
 
     void goodLoginConnectsWithWorkflowsInServerOrder()
