@@ -69,15 +69,15 @@ QString lxFormat(const QString &format, std::initializer_list<FormatArg> args)
         }
         // Collect the conversion specification: flags, width, precision, length.
         qsizetype j = i + 1;
-        QString spec = QStringLiteral("%");
+        QString conversion = QStringLiteral("%");
         while (j < n && QStringLiteral("-+ #0").contains(format.at(j)))
-            spec += format.at(j++);
+            conversion += format.at(j++);
         while (j < n && format.at(j).isDigit())
-            spec += format.at(j++);
+            conversion += format.at(j++);
         if (j < n && format.at(j) == QLatin1Char('.')) {
-            spec += format.at(j++);
+            conversion += format.at(j++);
             while (j < n && format.at(j).isDigit())
-                spec += format.at(j++);
+                conversion += format.at(j++);
         }
         while (j < n && QStringLiteral("hlqLzjt").contains(format.at(j)))
             ++j; // the argument's own width decides; length modifiers are dropped
@@ -93,7 +93,7 @@ QString lxFormat(const QString &format, std::initializer_list<FormatArg> args)
         }
         const QVariant arg = next != args.end() ? (next++)->value() : QVariant();
         char buf[128];
-        const QByteArray s = spec.toLatin1();
+        const QByteArray s = conversion.toLatin1();
         switch (conv.toLatin1()) {
         case '@':
         case 's':
@@ -119,7 +119,7 @@ QString lxFormat(const QString &format, std::initializer_list<FormatArg> args)
             out += QString::fromLatin1(buf);
             break;
         default:
-            out += spec + conv;
+            out += conversion + conv;
             break;
         }
     }

@@ -1,5 +1,7 @@
 #include "LocalAgentTask.h"
 
+#include "CStringArray.h"
+
 #include <cerrno>
 #include <csignal>
 #include <spawn.h>
@@ -12,23 +14,14 @@ extern char **environ;
 std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(const QString &program, const QStringList &arguments,
                                                        int *errnoOut)
 {
-    const QByteArray path = program.toLocal8Bit();
-    std::vector<QByteArray> storage;
-    storage.reserve(arguments.size() + 1);
-    storage.push_back(path);
-    for (const QString &arg : arguments)
-        storage.push_back(arg.toLocal8Bit());
-    std::vector<char *> argv;
-    for (QByteArray &s : storage)
-        argv.push_back(s.data());
-    argv.push_back(nullptr);
+    CStringArray argv(QStringList{program} + arguments);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     // The agent gets our standard streams and nothing else we hold open.
     posix_spawn_file_actions_addclosefrom_np(&actions, 3);
     pid_t pid = -1;
-    const int rc = posix_spawn(&pid, path.constData(), &actions, nullptr, argv.data(), environ);
+    const int rc = posix_spawn(&pid, argv.first(), &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (rc != 0) {
         if (errnoOut)

@@ -1,5 +1,6 @@
 #include "PrivilegedLauncher.h"
 
+#include "CStringArray.h"
 #include "Paths.h"
 
 #include <QFile>
@@ -25,19 +26,13 @@ struct SpawnResult
 // Starts `argv` with one end of a socketpair as its standard input and
 // output, talks over the other end as the platform's privileged pipe did,
 // and waits for it.
-SpawnResult runOverSocketPair(const std::vector<QByteArray> &args, char **envp, const QByteArray *input,
-                              QByteArray *output)
+SpawnResult runOverSocketPair(CStringArray &argv, char **envp, const QByteArray *input, QByteArray *output)
 {
     // Writing to a helper that has gone must not end this process.
     ::signal(SIGPIPE, SIG_IGN);
     int sv[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sv) != 0)
         return {};
-    std::vector<QByteArray> storage = args;
-    std::vector<char *> argv;
-    for (QByteArray &a : storage)
-        argv.push_back(a.data());
-    argv.push_back(nullptr);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -45,7 +40,7 @@ SpawnResult runOverSocketPair(const std::vector<QByteArray> &args, char **envp, 
     posix_spawn_file_actions_adddup2(&actions, sv[1], STDOUT_FILENO);
     posix_spawn_file_actions_addclosefrom_np(&actions, 3);
     pid_t pid = -1;
-    const int rc = ::posix_spawn(&pid, storage.front().constData(), &actions, nullptr, argv.data(), envp);
+    const int rc = ::posix_spawn(&pid, argv.first(), &actions, nullptr, argv.data(), envp);
     posix_spawn_file_actions_destroy(&actions);
     ::close(sv[1]);
     if (rc != 0) {
@@ -86,14 +81,14 @@ SpawnResult runOverSocketPair(const std::vector<QByteArray> &args, char **envp, 
     return result;
 }
 
-std::vector<QByteArray> argumentVector(const QString &first, const QString &helper, const QStringList &arguments)
+CStringArray argumentVector(const QString &first, const QString &helper, const QStringList &arguments)
 {
-    std::vector<QByteArray> args;
+    CStringArray args;
     if (!first.isEmpty())
-        args.push_back(QFile::encodeName(first));
-    args.push_back(QFile::encodeName(helper));
+        args.append(first);
+    args.append(helper);
     for (const QString &a : arguments)
-        args.push_back(a.toLocal8Bit());
+        args.append(a);
     return args;
 }
 
@@ -109,8 +104,8 @@ std::shared_ptr<PrivilegedLauncher> PrivilegedLauncher::standard()
 int32_t PkexecLauncher::execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
                                 QByteArray *output)
 {
-    const SpawnResult result =
-        runOverSocketPair(argumentVector(QStringLiteral("/usr/bin/pkexec"), helper, arguments), environ, input, output);
+    CStringArray argv = argumentVector(QStringLiteral("/usr/bin/pkexec"), helper, arguments);
+    const SpawnResult result = runOverSocketPair(argv, environ, input, output);
     if (!result.started)
         return kCannotLaunch;
     if (WIFEXITED(result.status)) {
@@ -129,14 +124,9 @@ int32_t PkexecLauncher::execute(const QString &helper, const QStringList &argume
 int32_t DirectLauncher::execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
                                 QByteArray *output)
 {
-    std::vector<QByteArray> env;
-    for (char **e = environ; *e; ++e)
-        env.emplace_back(*e);
-    env.push_back(QByteArray(Paths::kPrivilegedRunVariable) + "=1");
-    std::vector<char *> envp;
-    for (QByteArray &e : env)
-        envp.push_back(e.data());
-    envp.push_back(nullptr);
-    const SpawnResult result = runOverSocketPair(argumentVector(QString(), helper, arguments), envp.data(), input, output);
+    CStringArray env = CStringArray::environment();
+    env.append(QByteArray(Paths::kPrivilegedRunVariable) + "=1");
+    CStringArray argv = argumentVector(QString(), helper, arguments);
+    const SpawnResult result = runOverSocketPair(argv, env.data(), input, output);
     return result.started ? 0 : kCannotLaunch;
 }

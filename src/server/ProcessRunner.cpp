@@ -1,5 +1,7 @@
 #include "ProcessRunner.h"
 
+#include "CStringArray.h"
+
 #include <QFile>
 
 #include <QFileInfo>
@@ -89,24 +91,6 @@ void ignoreSigpipeOnce()
     Q_UNUSED(done);
 }
 
-class ArgVector
-{
-public:
-    void add(const QString &s) { m_storage.push_back(s.toLocal8Bit()); }
-    char **data()
-    {
-        m_pointers.clear();
-        for (QByteArray &s : m_storage)
-            m_pointers.push_back(s.data());
-        m_pointers.push_back(nullptr);
-        return m_pointers.data();
-    }
-
-private:
-    std::vector<QByteArray> m_storage;
-    std::vector<char *> m_pointers;
-};
-
 int32_t waitForExit(pid_t pid)
 {
     int status = 0;
@@ -138,16 +122,16 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
     ignoreSigpipeOnce();
 
     const QByteArray program = QFile::encodeName(launchPath);
-    ArgVector argv;
-    argv.add(launchPath);
+    CStringArray argv;
+    argv.append(launchPath);
     if (arguments) {
         for (const QString &arg : *arguments)
-            argv.add(arg);
+            argv.append(arg);
     }
-    ArgVector envp;
+    CStringArray envp;
     if (environment) {
         for (const QString &entry : *environment)
-            envp.add(entry);
+            envp.append(entry);
     }
 
     // Parent ends of the pipes the caller asked for; the rest is /dev/null.
