@@ -69,7 +69,7 @@ private slots:
     void faultTextsStatusAndCountdown();
     void faultBeforeOrAfterAuthentication();
     void faultFloodSignalAndMissingPlist();
-    void agentPlaceholderRecording();
+    void agentRecordsAMovie();
     void agentFault();
 
 private:
@@ -575,32 +575,35 @@ void TestSimulator::faultFloodSignalAndMissingPlist()
     QCOMPARE(r.plist().value(uuid).toMap().value(QStringLiteral("status")).toString(), QStringLiteral("error"));
 }
 
-void TestSimulator::agentPlaceholderRecording()
+void TestSimulator::agentRecordsAMovie()
 {
-    writePlist(userConfig(), {{QStringLiteral("Capture"), QStringLiteral("Audio:Better")}});
+    // The recording itself is checked in tests/capture; here only the
+    // contract the client relies on: signals steer it, SIGTERM ends it with
+    // status 0 and a movie file.
+    writePlist(userConfig(), {{QStringLiteral("Capture"), QStringLiteral("Audio:Better")},
+                              {QStringLiteral("AudioDevice"), QStringLiteral("test:mic1")}});
     const QString movie = m_home + QStringLiteral("/LocalAudio.mov");
 
     QProcess agent;
-    agent.setProcessEnvironment(environment());
+    QProcessEnvironment env = environment();
+    env.insert(QStringLiteral("LUMEX_CAPTURE_HARDWARE"), QStringLiteral("0"));
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("microphone:mic1"));
+    agent.setProcessEnvironment(env);
     agent.start(tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
     QVERIFY(agent.waitForStarted());
-    const auto contents = [&] {
-        QFile file(movie);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    QTRY_VERIFY(contents().contains("Capture: Audio:Better\n"));
-    QVERIFY(contents().startsWith("orvxagentd placeholder recording\n"));
-
+    QTRY_VERIFY(QFileInfo(movie).size() > 0);
     ::kill(pid_t(agent.processId()), SIGUSR1);
-    QTRY_VERIFY(contents().endsWith("paused\n"));
+    QTest::qWait(300);
     ::kill(pid_t(agent.processId()), SIGUSR2);
-    QTRY_VERIFY(contents().endsWith("resumed\n"));
+    QTest::qWait(700);
     QCOMPARE(agent.state(), QProcess::Running);
     agent.terminate();
-    QVERIFY(agent.waitForFinished(10000));
+    QVERIFY(agent.waitForFinished(20000));
     QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
     QCOMPARE(agent.exitCode(), 0);
-    QVERIFY(contents().endsWith("paused\nresumed\nstopped\n"));
+    QFile file(movie);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.read(8).mid(4), QByteArray("ftyp"));
 
     QCOMPARE(run(QStringLiteral("orvxagentd"), {QStringLiteral("movie.mov")}).status, 2);
 }

@@ -1,13 +1,12 @@
-#include "PlaceholderRecorder.h"
+#include "AgentRecorder.h"
 #include "SimEnvironment.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 int main(int argc, char **argv)
 {
-    PlaceholderRecorder::blockControlSignals();
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return PlaceholderRecorder(SimEnvironment::detect()).run(arguments);
+    AgentRecorder::blockControlSignals();
+    QCoreApplication app(argc, argv);
+    return AgentRecorder(SimEnvironment::detect()).run(app.arguments().mid(1));
 }

@@ -1,0 +1,151 @@
+// Cost of a local 640x480@30 recording through CaptureDevicesController,
+// next to gst-launch-1.0 running the same elements: CPU seconds per recorded
+// second, peak resident memory, frames written against frames expected.
+// Targets: at most 1.15x the bare pipeline's CPU, no dropped frame, under
+// 120 MB resident for the whole application.
+//
+// Usage: bench_capture [SECONDS]   (default 10)
+
+#include "CaptureDevicesController.h"
+#include "CaptureDevicesControllerDelegate.h"
+#include "CaptureMovieFileOutput.h"
+#include "prefs/LXDefaultsKeys.h"
+#include "prefs/LXUserDefaults.h"
+#include "server/PodcastJob.h"
+
+#include <gst/gst.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+
+#include <csignal>
+
+#include <cstdio>
+#include <sys/resource.h>
+
+namespace {
+
+double cpuSeconds(int who)
+{
+    rusage usage{};
+    getrusage(who, &usage);
+    return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+long peakResidentKiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    status.open(QIODevice::ReadOnly);
+    for (const QByteArray &line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLong();
+    return 0;
+}
+
+int countVideoFrames(const QString &path)
+{
+    const QByteArray description = "filesrc location=\"" + path.toUtf8() +
+                                   "\" ! qtdemux name=d d.video_0 ! fakesink name=sink signal-handoffs=true";
+    GstElement *pipeline = gst_parse_launch(description.constData(), nullptr);
+    if (!pipeline)
+        return -1;
+    int frames = 0;
+    GstElement *sink = gst_bin_get_by_name(GST_BIN(pipeline), "sink");
+    g_signal_connect(sink, "handoff", G_CALLBACK(+[](GstElement *, GstBuffer *, GstPad *, gpointer n) { ++*static_cast<int *>(n); }), &frames);
+    gst_object_unref(sink);
+    gst_element_set_state(pipeline, GST_STATE_PLAYING);
+    GstBus *bus = gst_element_get_bus(pipeline);
+    if (GstMessage *m = gst_bus_timed_pop_filtered(bus, 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)))
+        gst_message_unref(m);
+    gst_object_unref(bus);
+    gst_element_set_state(pipeline, GST_STATE_NULL);
+    gst_object_unref(pipeline);
+    return frames;
+}
+
+class BenchController final : public CaptureDevicesControllerDelegate
+{
+public:
+    std::shared_ptr<PodcastJob> theJob = std::make_shared<PodcastJob>();
+    bool stopped = false;
+    std::shared_ptr<PodcastJob> job() override { return theJob; }
+    void rebuildInputDevicesList() override {}
+    void alertUserToError(const Error &error) override
+    {
+        std::fprintf(stderr, "alert: %s\n", qPrintable(error.localizedDescription));
+    }
+    void localJobDidStop(const std::optional<Error> &) override { stopped = true; }
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LUMEX_CAPTURE_HARDWARE", "0");
+    qputenv("LUMEX_TEST_DEVICES", "camera:cam1;microphone:mic1");
+    QApplication app(argc, argv);
+    const int seconds = argc > 1 ? std::max(2, atoi(argv[1])) : 10;
+    QTemporaryDir dir;
+    qputenv("HOME", dir.path().toUtf8());
+    qputenv("LUMEX_SYSROOT", dir.path().toUtf8());
+    LXUserDefaults::standard().setObject(dir.path(), LXDefaultsKeys::LocalRecordSpoolPath);
+
+    // Through the client.
+    BenchController controller;
+    CaptureDevicesController devices;
+    devices.setController(&controller);
+    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
+    if (!devices.captureSession())
+        return 1;
+    const QString path = controller.theJob->movieFilePaths()->last();
+    const double cpuBefore = cpuSeconds(RUSAGE_SELF);
+    QElapsedTimer wall;
+    wall.start();
+    devices.beginRecording();
+    QTimer::singleShot(seconds * 1000, [&] { devices.stopRecording(); });
+    QEventLoop loop;
+    QTimer poll;
+    poll.callOnTimeout([&] {
+        if (controller.stopped)
+            loop.quit();
+    });
+    poll.start(50);
+    loop.exec();
+    const double clientCpu = cpuSeconds(RUSAGE_SELF) - cpuBefore;
+    const double recorded = wall.elapsed() / 1000.0;
+    const long peakKiB = peakResidentKiB();
+    const int frames = countVideoFrames(path);
+
+    // The bare pipeline.
+    const QString barePath = dir.path() + QStringLiteral("/bare.mov");
+    QProcess launch;
+    launch.start(QStringLiteral("gst-launch-1.0"),
+                 {QStringLiteral("-e"), QStringLiteral("-q"),
+                  QString::fromUtf8(
+                      "videotestsrc is-live=true pattern=smpte ! video/x-raw,width=640,height=480,framerate=30/1 ! "
+                      "timeoverlay ! videoconvert ! videoscale ! video/x-raw,format=I420 ! "
+                      "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 ! queue ! mux. "
+                      "audiotestsrc is-live=true wave=sine ! audio/x-raw,rate=48000,channels=2 ! audioconvert ! "
+                      "audioresample ! voaacenc bitrate=192000 ! queue ! mux. qtmux name=mux fragment-duration=500 ! "
+                      "filesink location=") + barePath});
+    launch.waitForStarted();
+    QThread::sleep(seconds);
+    ::kill(pid_t(launch.processId()), SIGINT); // with -e: end-of-stream, a finished file
+    launch.waitForFinished(30000);
+    const double bareCpu = cpuSeconds(RUSAGE_CHILDREN);
+
+    std::printf("recorded seconds              %8.2f\n", recorded);
+    std::printf("client CPU s per recorded s   %8.3f\n", clientCpu / recorded);
+    std::printf("gst-launch CPU s per s        %8.3f\n", bareCpu / seconds);
+    std::printf("ratio client / bare           %8.2f   (target <= 1.15)\n", bareCpu > 0 ? (clientCpu / recorded) / (bareCpu / seconds) : 0.0);
+    std::printf("client peak resident MB       %8.1f   (target < 120)\n", peakKiB / 1024.0);
+    std::printf("frames written / expected     %5d / %d\n", frames, int(recorded * 30));
+    return 0;
+}

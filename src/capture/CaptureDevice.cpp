@@ -1,0 +1,243 @@
+#include "CaptureDevice.h"
+
+#include <QByteArray>
+
+namespace {
+
+QString stringProperty(const GstStructure *props, const char *key)
+{
+    if (!props)
+        return {};
+    const gchar *value = gst_structure_get_string(props, key);
+    return value ? QString::fromUtf8(value) : QString();
+}
+
+// A source bin from a launch description with one ghost pad per media type.
+Gst::ElementRef binFromDescription(const QByteArray &description, Error *error)
+{
+    GError *raw = nullptr;
+    Gst::ElementRef bin(gst_parse_bin_from_description(description.constData(), FALSE, &raw), Gst::Ref::Adopt);
+    Gst::ErrorPtr parseError(raw);
+    if (!bin || parseError) {
+        setError(error, QString::fromUtf8(g_quark_to_string(parseError ? parseError->domain : GST_CORE_ERROR)),
+                 parseError ? parseError->code : GST_CORE_ERROR_FAILED,
+                 parseError ? QString::fromUtf8(parseError->message) : QStringLiteral("Cannot build capture source"));
+        return {};
+    }
+    return bin;
+}
+
+void addGhost(GstElement *bin, const char *childName, const char *padName)
+{
+    Gst::ElementRef child(gst_bin_get_by_name(GST_BIN(bin), childName), Gst::Ref::Adopt);
+    Gst::PadRef target(gst_element_get_static_pad(child.element(), "src"), Gst::Ref::Adopt);
+    gst_element_add_pad(bin, gst_ghost_pad_new(padName, target.get()));
+}
+
+// Takes an element to READY on a private bus, so that the device's own
+// refusal (busy, missing, no permission) comes back as its GError.
+bool bringToReady(GstElement *element, Error *error)
+{
+    Gst::BusRef bus(gst_bus_new(), Gst::Ref::Adopt);
+    gst_element_set_bus(element, bus.get());
+    const GstStateChangeReturn result = gst_element_set_state(element, GST_STATE_READY);
+    bool ok = result != GST_STATE_CHANGE_FAILURE;
+    if (!ok) {
+        Gst::MessagePtr message(gst_bus_pop_filtered(bus.get(), GST_MESSAGE_ERROR));
+        if (const auto e = Gst::errorFromMessage(message.get()))
+            setError(error, e->domain, e->code, e->localizedDescription);
+        else
+            *error = Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The device refused to open"));
+        gst_element_set_state(element, GST_STATE_NULL);
+    }
+    gst_element_set_bus(element, nullptr);
+    return ok;
+}
+
+} // namespace
+
+CaptureDevice::CaptureDevice(GstDevice *device, QString uniqueID)
+    : m_kind(Kind::Hardware)
+    , m_uniqueID(std::move(uniqueID))
+    , m_gstDevice(device, Gst::Ref::Add)
+{
+    Gst::CharPtr name(gst_device_get_display_name(device));
+    m_displayName = QString::fromUtf8(name.get());
+    m_isVideo = gst_device_has_classes(device, "Video/Source");
+    Gst::StructurePtr props(gst_device_get_properties(device));
+    gboolean isDefault = FALSE;
+    if (props && gst_structure_get_boolean(props.get(), "is-default", &isDefault))
+        m_isDefault = isDefault;
+}
+
+CaptureDevice::CaptureDevice(Kind kind, QString uniqueID, QString displayName)
+    : m_kind(kind)
+    , m_uniqueID(std::move(uniqueID))
+    , m_displayName(std::move(displayName))
+    , m_isVideo(kind != Kind::TestMicrophone)
+{
+}
+
+CaptureDevice::~CaptureDevice()
+{
+    close();
+}
+
+QStringList CaptureDevice::mediaTypes() const
+{
+    switch (m_kind) {
+    case Kind::TestMuxed:
+        return {MediaType::Muxed};
+    case Kind::Hardware:
+        return {m_isVideo ? MediaType::Video : MediaType::Sound};
+    case Kind::TestMicrophone:
+        return {MediaType::Sound};
+    case Kind::TestCamera:
+    case Kind::TestBroken:
+    case Kind::Screen:
+        return {MediaType::Video};
+    }
+    return {};
+}
+
+// Identity of a monitored device, most stable first:
+// - PipeWire and PulseAudio name their nodes from the card's udev identity
+//   (bus, vendor, model and serial), which survives replugging and restarts;
+// - V4L2 devices carry udev's ID_SERIAL (vendor, model, serial number), the
+//   same for a camera on any port; without one, the physical port path, the
+//   same for any camera on that port; the /dev node (which moves between
+//   plug-ins) only as a last resort;
+// - anything else: its class and display name.
+// The registry appends the port path when two devices would share an ID (two
+// identical cameras without serial numbers).
+QString CaptureDevice::uniqueIDForGstDevice(GstDevice *device)
+{
+    Gst::StructurePtr props(gst_device_get_properties(device));
+    const QString nodeName = stringProperty(props.get(), "node.name");
+    if (!nodeName.isEmpty())
+        return QStringLiteral("pipewire:") + nodeName;
+    if (g_object_class_find_property(G_OBJECT_GET_CLASS(device), "internal-name")) {
+        gchar *internal = nullptr;
+        g_object_get(device, "internal-name", &internal, nullptr);
+        Gst::CharPtr owned(internal);
+        if (internal && *internal)
+            return QStringLiteral("pulse:") + QString::fromUtf8(internal);
+    }
+    const QString api = stringProperty(props.get(), "device.api");
+    const QString serial = stringProperty(props.get(), "device.serial");
+    if (!serial.isEmpty())
+        return api + QStringLiteral(":serial:") + serial;
+    const QString busPath = stringProperty(props.get(), "device.bus_path");
+    if (!busPath.isEmpty())
+        return api + QStringLiteral(":port:") + busPath;
+    const QString path = stringProperty(props.get(), "device.path");
+    if (!path.isEmpty())
+        return api + QStringLiteral(":path:") + path;
+    Gst::CharPtr classes(gst_device_get_device_class(device));
+    Gst::CharPtr name(gst_device_get_display_name(device));
+    return QStringLiteral("device:%1:%2").arg(QString::fromUtf8(classes.get()), QString::fromUtf8(name.get()));
+}
+
+Gst::ElementRef CaptureDevice::buildSource(Error *error) const
+{
+    // Test sources are live so that they pace themselves like hardware and
+    // time-stamp with the pipeline clock.
+    static const QByteArray testVideo =
+        "videotestsrc name=v is-live=true pattern=smpte ! video/x-raw,width=640,height=480,framerate=30/1 "
+        "! timeoverlay name=vout";
+    static const QByteArray testAudio = "audiotestsrc name=a is-live=true wave=sine freq=440 volume=0.3 "
+                                        "! audio/x-raw,rate=48000,channels=2 ! identity name=aout";
+    Gst::ElementRef bin;
+    switch (m_kind) {
+    case Kind::TestCamera:
+        if ((bin = binFromDescription(testVideo, error)))
+            addGhost(bin.element(), "vout", kVideoPad);
+        break;
+    case Kind::TestMicrophone:
+        if ((bin = binFromDescription(testAudio, error)))
+            addGhost(bin.element(), "aout", kAudioPad);
+        break;
+    case Kind::TestMuxed:
+        if ((bin = binFromDescription(testVideo + ' ' + testAudio, error))) {
+            addGhost(bin.element(), "vout", kVideoPad);
+            addGhost(bin.element(), "aout", kAudioPad);
+        }
+        break;
+    case Kind::TestBroken:
+        if ((bin = binFromDescription("v4l2src name=v device=/dev/lumex-missing-camera ! identity name=vout", error)))
+            addGhost(bin.element(), "vout", kVideoPad);
+        break;
+    case Kind::Screen: {
+        const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;
+        // Damage events only help when little changes; a steady rate keeps
+        // the encoder's timing simple.
+        const QByteArray description = "ximagesrc name=v use-damage=false show-pointer=true display-name=\"" +
+                                       display.toUtf8() +
+                                       "\" ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
+        if ((bin = binFromDescription(description, error)))
+            addGhost(bin.element(), "vout", kVideoPad);
+        break;
+    }
+    case Kind::Hardware: {
+        Gst::ElementRef element(gst_device_create_element(m_gstDevice.get(), nullptr), Gst::Ref::Adopt);
+        if (!element) {
+            *error = Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("No source element for %1").arg(m_displayName));
+            return {};
+        }
+        bin = Gst::ElementRef(gst_bin_new(nullptr), Gst::Ref::Adopt);
+        // Cameras may give compressed frames (MJPEG); decodebin turns any of
+        // them into raw video, and a plain converter follows for the rest.
+        Gst::ElementRef tail = m_isVideo ? Gst::make("decodebin") : Gst::make("audioconvert");
+        gst_bin_add_many(GST_BIN(bin.element()), element.element(), tail.element(), nullptr);
+        if (m_isVideo) {
+            Gst::ElementRef convert = Gst::make("videoconvert");
+            gst_bin_add(GST_BIN(bin.element()), convert.element());
+            gst_element_link(element.element(), tail.element());
+            GstElement *convertElement = convert.element();
+            g_signal_connect(tail.element(), "pad-added", G_CALLBACK(+[](GstElement *, GstPad *pad, gpointer data) {
+                                 Gst::PadRef sink(gst_element_get_static_pad(GST_ELEMENT(data), "sink"), Gst::Ref::Adopt);
+                                 if (!gst_pad_is_linked(sink.get()))
+                                     gst_pad_link(pad, sink.get());
+                             }),
+                             convertElement);
+            Gst::PadRef target(gst_element_get_static_pad(convertElement, "src"), Gst::Ref::Adopt);
+            gst_element_add_pad(bin.element(), gst_ghost_pad_new(kVideoPad, target.get()));
+        } else {
+            gst_element_link(element.element(), tail.element());
+            Gst::PadRef target(gst_element_get_static_pad(tail.element(), "src"), Gst::Ref::Adopt);
+            gst_element_add_pad(bin.element(), gst_ghost_pad_new(kAudioPad, target.get()));
+        }
+        break;
+    }
+    }
+    return bin;
+}
+
+bool CaptureDevice::open(Error *error)
+{
+    if (isOpen())
+        return true;
+    Gst::ensureInitialized();
+    Error local;
+    Error *out = error ? error : &local;
+    Gst::ElementRef bin = buildSource(out);
+    if (!bin)
+        return false;
+    if (!bringToReady(bin.element(), out))
+        return false;
+    m_source = std::move(bin);
+    return true;
+}
+
+void CaptureDevice::close()
+{
+    if (!m_source)
+        return;
+    gst_element_set_state(m_source.element(), GST_STATE_NULL);
+    // A session that still holds the bin in its pipeline drops it there.
+    if (GstObject *parent = gst_object_get_parent(GST_OBJECT(m_source.get()))) {
+        gst_bin_remove(GST_BIN(parent), m_source.element());
+        gst_object_unref(parent);
+    }
+    m_source = {};
+}

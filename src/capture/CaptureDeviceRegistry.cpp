@@ -1,0 +1,175 @@
+#include "CaptureDeviceRegistry.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+CaptureDeviceRegistry &CaptureDeviceRegistry::instance()
+{
+    static CaptureDeviceRegistry *s_instance = new CaptureDeviceRegistry;
+    return *s_instance;
+}
+
+CaptureDeviceRegistry::CaptureDeviceRegistry()
+{
+    Gst::ensureInitialized();
+    qRegisterMetaType<CaptureDevicePtr>("CaptureDevicePtr");
+    if (qEnvironmentVariable(kHardwareVariable) != QLatin1String("0"))
+        startMonitor();
+    const QStringList entries = qEnvironmentVariable(kTestDevicesVariable).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    for (const QString &entry : entries) {
+        if (!addTestDevice(entry.trimmed()))
+            qWarning("Ignoring malformed test device entry \"%s\"", qPrintable(entry));
+    }
+}
+
+CaptureDeviceRegistry::~CaptureDeviceRegistry()
+{
+    if (m_monitor)
+        gst_device_monitor_stop(m_monitor.get());
+}
+
+void CaptureDeviceRegistry::startMonitor()
+{
+    m_monitor = Gst::ObjectRef<GstDeviceMonitor>(gst_device_monitor_new(), Gst::Ref::Adopt);
+    gst_device_monitor_add_filter(m_monitor.get(), "Video/Source", nullptr);
+    gst_device_monitor_add_filter(m_monitor.get(), "Audio/Source", nullptr);
+    m_bus = Gst::BusRef(gst_device_monitor_get_bus(m_monitor.get()), Gst::Ref::Adopt);
+    if (!gst_device_monitor_start(m_monitor.get())) {
+        m_monitor = {};
+        m_bus = {};
+        return;
+    }
+    GList *list = gst_device_monitor_get_devices(m_monitor.get());
+    for (GList *l = list; l; l = l->next)
+        addHardware(GST_DEVICE(l->data));
+    g_list_free_full(list, gst_object_unref);
+
+    GPollFD pollFd;
+    gst_bus_get_pollfd(m_bus.get(), &pollFd);
+    m_busNotifier = new QSocketNotifier(pollFd.fd, QSocketNotifier::Read, this);
+    connect(m_busNotifier, &QSocketNotifier::activated, this, &CaptureDeviceRegistry::readMonitorBus);
+}
+
+void CaptureDeviceRegistry::readMonitorBus()
+{
+    while (Gst::MessagePtr message{gst_bus_pop(m_bus.get())}) {
+        GstDevice *raw = nullptr;
+        switch (GST_MESSAGE_TYPE(message.get())) {
+        case GST_MESSAGE_DEVICE_ADDED: {
+            gst_message_parse_device_added(message.get(), &raw);
+            Gst::ObjectRef<GstDevice> device(raw, Gst::Ref::Adopt);
+            if (CaptureDevicePtr added = addHardware(device.get()))
+                emit deviceWasConnected(added);
+            break;
+        }
+        case GST_MESSAGE_DEVICE_REMOVED: {
+            gst_message_parse_device_removed(message.get(), &raw);
+            Gst::ObjectRef<GstDevice> device(raw, Gst::Ref::Adopt);
+            removeHardware(device.get());
+            break;
+        }
+        default:
+            break;
+        }
+    }
+}
+
+CaptureDevicePtr CaptureDeviceRegistry::addHardware(GstDevice *device)
+{
+    for (const CaptureDevicePtr &known : std::as_const(m_hardware))
+        if (known->gstDevice() == device)
+            return nullptr;
+    QString id = CaptureDevice::uniqueIDForGstDevice(device);
+    if (deviceWithUniqueID(id)) {
+        // Two identical devices without serial numbers: the port tells them
+        // apart, and stays the same while they stay plugged where they are.
+        Gst::StructurePtr props(gst_device_get_properties(device));
+        const gchar *port = props ? gst_structure_get_string(props.get(), "device.bus_path") : nullptr;
+        const gchar *path = props ? gst_structure_get_string(props.get(), "device.path") : nullptr;
+        id += QLatin1Char('@') + QString::fromUtf8(port ? port : path ? path : "duplicate");
+        if (deviceWithUniqueID(id))
+            return nullptr;
+    }
+    auto captureDevice = std::make_shared<CaptureDevice>(device, id);
+    m_hardware.append(captureDevice);
+    return captureDevice;
+}
+
+void CaptureDeviceRegistry::removeHardware(GstDevice *device)
+{
+    for (qsizetype i = 0; i < m_hardware.size(); ++i) {
+        if (m_hardware[i]->gstDevice() == device) {
+            const CaptureDevicePtr gone = m_hardware.takeAt(i);
+            emit deviceWasDisconnected(gone);
+            return;
+        }
+    }
+}
+
+QList<CaptureDevicePtr> CaptureDeviceRegistry::devices() const
+{
+    return m_hardware + m_testDevices;
+}
+
+QList<CaptureDevicePtr> CaptureDeviceRegistry::devicesWithMediaType(const QString &mediaType) const
+{
+    QList<CaptureDevicePtr> result;
+    for (const CaptureDevicePtr &device : devices())
+        if (device->hasMediaType(mediaType))
+            result.append(device);
+    return result;
+}
+
+CaptureDevicePtr CaptureDeviceRegistry::deviceWithUniqueID(const QString &uniqueID) const
+{
+    for (const CaptureDevicePtr &device : devices())
+        if (device->uniqueID() == uniqueID)
+            return device;
+    return nullptr;
+}
+
+CaptureDevicePtr CaptureDeviceRegistry::defaultMicrophone() const
+{
+    QList<CaptureDevicePtr> microphones = devicesWithMediaType(MediaType::Sound);
+    for (const CaptureDevicePtr &device : std::as_const(microphones))
+        if (device->isDefault())
+            return device;
+    return microphones.isEmpty() ? nullptr : microphones.first();
+}
+
+CaptureDevicePtr CaptureDeviceRegistry::addTestDevice(const QString &entry)
+{
+    const QStringList parts = entry.split(QLatin1Char(':'));
+    if (parts.size() < 2 || parts[1].isEmpty())
+        return nullptr;
+    static const QHash<QString, CaptureDevice::Kind> kinds{
+        {QStringLiteral("camera"), CaptureDevice::Kind::TestCamera},
+        {QStringLiteral("microphone"), CaptureDevice::Kind::TestMicrophone},
+        {QStringLiteral("muxed"), CaptureDevice::Kind::TestMuxed},
+        {QStringLiteral("broken"), CaptureDevice::Kind::TestBroken},
+    };
+    const auto kind = kinds.find(parts[0]);
+    if (kind == kinds.end())
+        return nullptr;
+    const QString id = QStringLiteral("test:") + parts[1];
+    if (deviceWithUniqueID(id))
+        return nullptr;
+    const QString name = parts.size() > 2 ? parts.mid(2).join(QLatin1Char(':'))
+                                          : QStringLiteral("Test %1 %2").arg(parts[0], parts[1]);
+    auto device = std::make_shared<CaptureDevice>(kind.value(), id, name);
+    m_testDevices.append(device);
+    emit deviceWasConnected(device);
+    return device;
+}
+
+bool CaptureDeviceRegistry::removeTestDevice(const QString &uniqueID)
+{
+    for (qsizetype i = 0; i < m_testDevices.size(); ++i) {
+        if (m_testDevices[i]->uniqueID() == uniqueID) {
+            const CaptureDevicePtr gone = m_testDevices.takeAt(i);
+            emit deviceWasDisconnected(gone);
+            return true;
+        }
+    }
+    return false;
+}

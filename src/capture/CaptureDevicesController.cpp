@@ -1,0 +1,283 @@
+#include "CaptureDevicesController.h"
+
+#include "CaptureDeviceRegistry.h"
+#include "QTCaptureDeviceAdditions.h"
+#include "prefs/LXDefaultsKeys.h"
+#include "prefs/LXUserDefaults.h"
+#include "server/Log.h"
+#include "server/PodcastJob.h"
+
+#include <QDateTime>
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
+namespace {
+
+QString deviceText(const CaptureDevicePtr &device)
+{
+    return device ? device->localizedDisplayName() : QString();
+}
+
+} // namespace
+
+CaptureDevicesController::CaptureDevicesController(QObject *parent)
+    : QObject(parent)
+{
+    refreshDevices();
+    auto &registry = CaptureDeviceRegistry::instance();
+    connect(&registry, &CaptureDeviceRegistry::deviceWasConnected, this, &CaptureDevicesController::refreshDevices);
+    connect(&registry, &CaptureDeviceRegistry::deviceWasDisconnected, this, &CaptureDevicesController::refreshDevices);
+    m_deleteMovieFileWhenItFinishesRecording = false;
+}
+
+CaptureDevicesController::~CaptureDevicesController()
+{
+    if (m_movieFileOutput)
+        m_movieFileOutput->setDelegate(nullptr);
+    setCameras({});
+    setMicrophones({});
+}
+
+QList<CaptureDevicePtr> CaptureDevicesController::unboundDevicesWithMediaTypes(const QStringList &mediaTypes)
+{
+    QList<CaptureDevicePtr> kept;
+    for (const CaptureDevicePtr &device : QTCaptureDeviceAdditions::inputDevicesWithMediaTypes(mediaTypes))
+        if (!QTCaptureDeviceAdditions::isBoundToOrvaneServer(*device))
+            kept.append(device);
+    return kept;
+}
+
+void CaptureDevicesController::refreshDevices()
+{
+    setCameras(unboundDevicesWithMediaTypes({MediaType::Video, MediaType::Muxed}));
+    setMicrophones(unboundDevicesWithMediaTypes({MediaType::Sound, MediaType::Muxed}));
+    if (m_controller)
+        m_controller->rebuildInputDevicesList();
+}
+
+void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QString &videoID, const QString &audioID)
+{
+    CaptureDevicePtr camera, microphone;
+    for (const CaptureDevicePtr &device : std::as_const(m_cameras)) {
+        if (device->uniqueID() == videoID) {
+            camera = device;
+            break;
+        }
+    }
+    for (const CaptureDevicePtr &device : std::as_const(m_microphones)) {
+        if (device->uniqueID() == audioID) {
+            microphone = device;
+            break;
+        }
+    }
+    setCaptureSession(std::make_shared<CaptureSession>());
+    const std::optional<Error> error = initAudioDevice(microphone, camera);
+    if (!error) {
+        initOutputFile();
+        m_captureSession->startRunning();
+        return;
+    }
+    // Devices opened on the way stay open; the next setup reuses them.
+    setCaptureSession(nullptr);
+    if (m_controller)
+        m_controller->alertUserToError(*error);
+}
+
+std::optional<Error> CaptureDevicesController::initAudioDevice(const CaptureDevicePtr &audioDevice,
+                                                               const CaptureDevicePtr &videoDevice)
+{
+    Error error;
+    const bool audioIsMuxed = audioDevice && audioDevice->hasMediaType(MediaType::Muxed);
+    const bool videoIsMuxed = videoDevice && videoDevice->hasMediaType(MediaType::Muxed);
+    if (!audioDevice || !videoDevice) {
+        Log::format(QStringLiteral("initAudioDevice:%@ videoDevice:%@ -- cannot be nil"),
+                    {deviceText(audioDevice), deviceText(videoDevice)});
+        return Error{kLumexErrorDomain, 1, tr("Cannot find the audio and video devices")};
+    }
+
+    if (audioDevice->uniqueID() == videoDevice->uniqueID()) {
+        if (!videoDevice->open(&error)) {
+            Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing audio/video device: %@"),
+                        {error.localizedDescription});
+            return error;
+        }
+        const auto input = std::make_shared<CaptureDeviceInput>(videoDevice);
+        if (!m_captureSession->addInput(input, &error)) {
+            // Only logged, unlike every other failure here: the session runs
+            // without the input and the user sees an empty preview.
+            Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding audio/video device input: %@"),
+                        {error.localizedDescription});
+        }
+        return std::nullopt;
+    }
+
+    if (!audioDevice->open(&error)) {
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing audio device: %@"), {error.localizedDescription});
+        return error;
+    }
+    if (!videoDevice->open(&error)) {
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing video device: %@"), {error.localizedDescription});
+        return error;
+    }
+    const auto audioInput = std::make_shared<CaptureDeviceInput>(audioDevice);
+    const auto videoInput = std::make_shared<CaptureDeviceInput>(videoDevice);
+    if (audioIsMuxed)
+        for (const CaptureConnectionPtr &connection : audioInput->connections())
+            if (connection->mediaType() != MediaType::Sound)
+                connection->setEnabled(false);
+
+    const auto addAudio = [&]() -> std::optional<Error> {
+        if (m_captureSession->addInput(audioInput, &error))
+            return std::nullopt;
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding audio device input: %@"), {error.localizedDescription});
+        return error;
+    };
+    const auto addVideo = [&]() -> std::optional<Error> {
+        if (m_captureSession->addInput(videoInput, &error))
+            return std::nullopt;
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding video device input: %@"), {error.localizedDescription});
+        return error;
+    };
+    // A muxed camera's own sound would otherwise be the session's first
+    // sound stream; adding the chosen microphone first keeps it in front.
+    if (videoIsMuxed) {
+        for (const CaptureConnectionPtr &connection : videoInput->connections())
+            if (connection->mediaType() != MediaType::Video)
+                connection->setEnabled(false);
+        if (auto failure = addAudio())
+            return failure;
+        if (auto failure = addVideo())
+            return failure;
+    } else {
+        if (auto failure = addVideo())
+            return failure;
+        if (auto failure = addAudio())
+            return failure;
+    }
+    return std::nullopt;
+}
+
+void CaptureDevicesController::initOutputFile()
+{
+    const QString spoolPath = LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LocalRecordSpoolPath);
+    // The time of set-up, not of the start of recording.
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
+    const QString fileName = lxFormat(QStringLiteral("LocalVideo-%@.mov"), {stamp});
+    const QString path = spoolPath + lxFormat(QStringLiteral("/%@"), {fileName});
+    if (m_controller)
+        if (const auto job = m_controller->job())
+            job->setMovieFilePaths(QStringList{path});
+
+    m_movieFileOutput = std::make_shared<CaptureMovieFileOutput>();
+    Error error;
+    if (!m_captureSession->addOutput(m_movieFileOutput, &error))
+        throw InitOutputFileError(lxFormat(QStringLiteral("Error adding movie file output: %@"), {error.localizedDescription}));
+
+    const QStringList videoIdentifiers = CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Video);
+    const QStringList soundIdentifiers = CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Sound);
+    for (const CaptureConnectionPtr &connection : m_movieFileOutput->connections()) {
+        QString wanted;
+        const QStringList *available = nullptr;
+        if (connection->mediaType() == MediaType::Video) {
+            wanted = CompressionOptions::SD480SizeMPEG4Video;
+            available = &videoIdentifiers;
+        } else if (connection->mediaType() == MediaType::Sound) {
+            wanted = CompressionOptions::HighQualityAACAudio;
+            available = &soundIdentifiers;
+        } else {
+            Log::format(QStringLiteral("No compression requested for %@"), {connection->mediaType()});
+            continue;
+        }
+        // Missing on this machine: the platform default stays, silently.
+        if (available->contains(wanted))
+            m_movieFileOutput->setCompressionOptions(CompressionOptions::compressionOptionsWithIdentifier(wanted), connection);
+    }
+    m_movieFileOutput->setDelegate(this);
+}
+
+void CaptureDevicesController::beginRecording()
+{
+    QString path;
+    if (m_controller)
+        if (const auto job = m_controller->job())
+            if (const auto paths = job->movieFilePaths(); paths && !paths->isEmpty())
+                path = paths->last();
+    const QUrl url = path.isNull() ? QUrl() : QUrl::fromLocalFile(path);
+    Log::format(QStringLiteral("Starting capture: %@"), {url.isEmpty() ? QString() : url.toString()});
+    if (m_movieFileOutput)
+        m_movieFileOutput->recordToOutputFileURL(url);
+}
+
+void CaptureDevicesController::pauseRecording()
+{
+    Log::format(QStringLiteral("Pausing capture"));
+    if (m_movieFileOutput)
+        m_movieFileOutput->pauseRecording();
+}
+
+void CaptureDevicesController::resumeRecording()
+{
+    Log::format(QStringLiteral("Resuming capture"));
+    if (m_movieFileOutput)
+        m_movieFileOutput->resumeRecording();
+}
+
+void CaptureDevicesController::stopRecording()
+{
+    Log::format(QStringLiteral("Stopping capture"));
+    m_deleteMovieFileWhenItFinishesRecording = false;
+    if (m_movieFileOutput)
+        m_movieFileOutput->recordToOutputFileURL(QUrl());
+}
+
+void CaptureDevicesController::cancelRecording()
+{
+    Log::format(QStringLiteral("Stopping capture and discarding movie file"));
+    m_deleteMovieFileWhenItFinishesRecording = true;
+    if (m_movieFileOutput)
+        m_movieFileOutput->recordToOutputFileURL(QUrl());
+}
+
+void CaptureDevicesController::teardown()
+{
+    if (m_captureSession && m_captureSession->isRunning())
+        m_captureSession->stopRunning();
+    if (m_captureSession) {
+        m_captureSession->removeOutput(m_movieFileOutput);
+        for (const CaptureInputPtr &input : m_captureSession->inputs()) {
+            m_captureSession->removeInput(input);
+            if (input->device()->isOpen())
+                input->device()->close();
+        }
+    }
+    setCaptureSession(nullptr);
+}
+
+void CaptureDevicesController::captureOutputWillFinishRecording(CaptureMovieFileOutput *, const QUrl &url,
+                                                                const QList<CaptureConnectionPtr> &,
+                                                                const std::optional<Error> &)
+{
+    Log::format(QStringLiteral("Will finish recording to: %@"), {url.toString()});
+}
+
+void CaptureDevicesController::captureOutputDidFinishRecording(CaptureMovieFileOutput *, const QUrl &url,
+                                                               const QList<CaptureConnectionPtr> &,
+                                                               const std::optional<Error> &error)
+{
+    Log::format(QStringLiteral("Finished recording to: %@"), {url.toString()});
+    if (error)
+        Log::format(QStringLiteral("Stopped due to error: %@: %@"), {describeError(*error), error->localizedDescription});
+    if (m_deleteMovieFileWhenItFinishesRecording) {
+        const QString path = url.toLocalFile();
+        if (::unlink(QFile::encodeName(path).constData()) == 0)
+            Log::format(QStringLiteral("Successfully deleted cancelled recording at %@"), {path});
+        else
+            Log::format(QStringLiteral("Could not delete recording at %@ (%@)"), {path, QString::fromLocal8Bit(std::strerror(errno))});
+    }
+    teardown();
+    if (!m_deleteMovieFileWhenItFinishesRecording && m_controller)
+        m_controller->localJobDidStop(error);
+}

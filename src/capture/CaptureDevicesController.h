@@ -1,0 +1,82 @@
+#pragma once
+
+#include "CaptureDevicesControllerDelegate.h"
+#include "CaptureMovieFileOutput.h"
+#include "CaptureSession.h"
+
+#include <QList>
+#include <QObject>
+
+#include <stdexcept>
+
+// Raised when the movie file output cannot join the session; it is not
+// caught on the way up, as a broken capture stack is a programming error.
+class InitOutputFileError final : public std::runtime_error
+{
+public:
+    explicit InitOutputFileError(const QString &reason)
+        : std::runtime_error(reason.toStdString()), m_reason(reason)
+    {
+    }
+    static QString name() { return QStringLiteral("initOutputFile Error"); }
+    QString reason() const { return m_reason; }
+
+private:
+    QString m_reason;
+};
+
+// The application's own recorder for local camera recordings: the lists of
+// cameras and microphones the user may choose from (without the devices the
+// camera agent uses), a capture session from one chosen pair, and its movie
+// file in the local spool folder. Main thread only.
+class CaptureDevicesController final : public QObject, public CaptureFileOutputDelegate
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(CaptureDevicesController)
+
+public:
+    // Refreshes the device lists at once, before any controller is set.
+    explicit CaptureDevicesController(QObject *parent = nullptr);
+    ~CaptureDevicesController() override;
+
+    CaptureDevicesControllerDelegate *controller() const { return m_controller; }
+    void setController(CaptureDevicesControllerDelegate *controller) { m_controller = controller; }
+    QList<CaptureDevicePtr> cameras() const { return m_cameras; }
+    void setCameras(const QList<CaptureDevicePtr> &cameras) { m_cameras = cameras; }
+    QList<CaptureDevicePtr> microphones() const { return m_microphones; }
+    void setMicrophones(const QList<CaptureDevicePtr> &microphones) { m_microphones = microphones; }
+    // Present while a camera and microphone are set up; the live preview
+    // attaches to it.
+    std::shared_ptr<CaptureSession> captureSession() const { return m_captureSession; }
+    void setCaptureSession(const std::shared_ptr<CaptureSession> &session) { m_captureSession = session; }
+    bool deleteMovieFileWhenItFinishesRecording() const { return m_deleteMovieFileWhenItFinishesRecording; }
+
+    void refreshDevices();
+    void setupRecordingForVideoDeviceUniqueID(const QString &videoID, const QString &audioID);
+    std::optional<Error> initAudioDevice(const CaptureDevicePtr &audioDevice, const CaptureDevicePtr &videoDevice);
+    // Throws InitOutputFileError.
+    void initOutputFile();
+    void beginRecording();
+    void pauseRecording();
+    void resumeRecording();
+    void stopRecording();
+    void cancelRecording();
+    void teardown();
+
+    void captureOutputWillFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
+                                          const QList<CaptureConnectionPtr> &connections,
+                                          const std::optional<Error> &error) override;
+    void captureOutputDidFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
+                                         const QList<CaptureConnectionPtr> &connections,
+                                         const std::optional<Error> &error) override;
+
+private:
+    static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);
+
+    CaptureDevicesControllerDelegate *m_controller = nullptr;
+    QList<CaptureDevicePtr> m_cameras;
+    QList<CaptureDevicePtr> m_microphones;
+    std::shared_ptr<CaptureSession> m_captureSession;
+    std::shared_ptr<CaptureMovieFileOutput> m_movieFileOutput;
+    bool m_deleteMovieFileWhenItFinishesRecording = false;
+};

@@ -1,0 +1,313 @@
+#include "CaptureSession.h"
+
+#include <QSocketNotifier>
+
+#include <cmath>
+
+CaptureDeviceInput::CaptureDeviceInput(CaptureDevicePtr device)
+    : m_device(std::move(device))
+{
+    const bool muxed = m_device->hasMediaType(MediaType::Muxed);
+    if (muxed || m_device->hasMediaType(MediaType::Video))
+        m_connections.append(std::make_shared<CaptureConnection>(this, MediaType::Video, CaptureDevice::kVideoPad));
+    if (muxed || m_device->hasMediaType(MediaType::Sound))
+        m_connections.append(std::make_shared<CaptureConnection>(this, MediaType::Sound, CaptureDevice::kAudioPad));
+}
+
+QList<CaptureConnectionPtr> CaptureOutput::connections() const
+{
+    return m_session ? m_session->activeConnections() : QList<CaptureConnectionPtr>();
+}
+
+CaptureSession::CaptureSession()
+{
+    Gst::ensureInitialized();
+    qRegisterMetaType<Error>("Error");
+}
+
+CaptureSession::~CaptureSession()
+{
+    stopRunning();
+    for (const CaptureOutputPtr &output : std::as_const(m_outputs))
+        output->m_session = nullptr;
+}
+
+bool CaptureSession::addInput(const CaptureInputPtr &input, Error *error)
+{
+    if (!input || !input->device()->isOpen()) {
+        setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_NOT_FOUND,
+                 QStringLiteral("The capture device is not open."));
+        return false;
+    }
+    for (const CaptureInputPtr &present : std::as_const(m_inputs)) {
+        if (present == input || present->device() == input->device()) {
+            setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_BUSY,
+                     QStringLiteral("The capture device is already an input of this session."));
+            return false;
+        }
+    }
+    const bool wasRunning = isRunning();
+    stopRunning();
+    m_inputs.append(input);
+    if (wasRunning)
+        startRunning();
+    return true;
+}
+
+void CaptureSession::removeInput(const CaptureInputPtr &input)
+{
+    if (!m_inputs.contains(input))
+        return;
+    const bool wasRunning = isRunning();
+    stopRunning();
+    m_inputs.removeAll(input);
+    if (wasRunning)
+        startRunning();
+}
+
+bool CaptureSession::addOutput(const CaptureOutputPtr &output, Error *error)
+{
+    if (!output || output->m_session) {
+        setError(error, QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), GST_CORE_ERROR_FAILED,
+                 QStringLiteral("The capture output belongs to a session already."));
+        return false;
+    }
+    output->m_session = this;
+    m_outputs.append(output);
+    if (isRunning())
+        output->sessionDidStartRunning();
+    return true;
+}
+
+void CaptureSession::removeOutput(const CaptureOutputPtr &output)
+{
+    if (!output || output->m_session != this)
+        return;
+    if (isRunning())
+        output->sessionWillStopRunning();
+    output->m_session = nullptr;
+    m_outputs.removeAll(output);
+}
+
+QList<CaptureConnectionPtr> CaptureSession::activeConnections() const
+{
+    QList<CaptureConnectionPtr> result;
+    bool haveVideo = false, haveSound = false;
+    for (const CaptureInputPtr &input : m_inputs) {
+        for (const CaptureConnectionPtr &connection : input->connections()) {
+            if (!connection->isEnabled())
+                continue;
+            bool &have = connection->mediaType() == MediaType::Video ? haveVideo : haveSound;
+            if (!have) {
+                have = true;
+                result.append(connection);
+            }
+        }
+    }
+    return result;
+}
+
+GstElement *CaptureSession::teeForConnection(const CaptureConnectionPtr &connection) const
+{
+    for (const Stream &stream : m_streams)
+        if (stream.connection == connection)
+            return stream.tee;
+    return nullptr;
+}
+
+GstClockTime CaptureSession::runningTime() const
+{
+    if (!m_pipeline)
+        return GST_CLOCK_TIME_NONE;
+    GstClock *clock = gst_element_get_clock(m_pipeline.element());
+    if (!clock)
+        return 0;
+    const GstClockTime now = gst_clock_get_time(clock);
+    gst_object_unref(clock);
+    const GstClockTime base = gst_element_get_base_time(m_pipeline.element());
+    return now > base ? now - base : 0;
+}
+
+namespace {
+
+GstElement *addElement(GstElement *pipeline, const char *factory)
+{
+    Gst::ElementRef element = Gst::make(factory);
+    if (!element)
+        return nullptr;
+    gst_bin_add(GST_BIN(pipeline), element.element());
+    return element.element();
+}
+
+} // namespace
+
+bool CaptureSession::buildPipeline(Error *error)
+{
+    m_pipeline = Gst::ElementRef(gst_pipeline_new("capture-session"), Gst::Ref::Adopt);
+    const QList<CaptureConnectionPtr> active = activeConnections();
+    for (const CaptureInputPtr &input : std::as_const(m_inputs)) {
+        GstElement *source = input->device()->source();
+        if (!source) {
+            setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_NOT_FOUND,
+                     QStringLiteral("The capture device %1 is not open.").arg(input->device()->localizedDisplayName()));
+            return false;
+        }
+        gst_bin_add(GST_BIN(m_pipeline.element()), source);
+        for (const CaptureConnectionPtr &connection : input->connections()) {
+            Gst::PadRef pad(gst_element_get_static_pad(source, connection->padName()), Gst::Ref::Adopt);
+            if (!active.contains(connection)) {
+                // A stream nobody wants still has to flow somewhere.
+                GstElement *sink = addElement(m_pipeline.element(), "fakesink");
+                g_object_set(sink, "sync", FALSE, "async", FALSE, nullptr);
+                Gst::PadRef sinkPad(gst_element_get_static_pad(sink, "sink"), Gst::Ref::Adopt);
+                gst_pad_link(pad.get(), sinkPad.get());
+                continue;
+            }
+            Stream stream{connection};
+            GstElement *head = nullptr;
+            if (connection->mediaType() == MediaType::Sound) {
+                head = addElement(m_pipeline.element(), "audioconvert");
+                stream.level = addElement(m_pipeline.element(), "level");
+                g_object_set(stream.level, "interval", guint64(100 * GST_MSECOND), "post-messages", TRUE, nullptr);
+                gst_element_link(head, stream.level);
+            } else {
+                head = addElement(m_pipeline.element(), "identity");
+            }
+            stream.tee = addElement(m_pipeline.element(), "tee");
+            g_object_set(stream.tee, "allow-not-linked", TRUE, nullptr);
+            gst_element_link(stream.level ? stream.level : head, stream.tee);
+            // A branch that always drains keeps the live sources running
+            // while no output is attached.
+            GstElement *queue = addElement(m_pipeline.element(), "queue");
+            g_object_set(queue, "leaky", 2, "max-size-buffers", 2u, nullptr);
+            GstElement *sink = addElement(m_pipeline.element(), "fakesink");
+            g_object_set(sink, "sync", FALSE, "async", FALSE, nullptr);
+            gst_element_link_many(stream.tee, queue, sink, nullptr);
+            Gst::PadRef headSink(gst_element_get_static_pad(head, "sink"), Gst::Ref::Adopt);
+            if (gst_pad_link(pad.get(), headSink.get()) != GST_PAD_LINK_OK) {
+                *error = Gst::coreError(GST_CORE_ERROR_NEGOTIATION, QStringLiteral("Cannot link the capture device"));
+                return false;
+            }
+            m_streams.append(stream);
+        }
+    }
+    return true;
+}
+
+void CaptureSession::startRunning()
+{
+    if (isRunning())
+        return;
+    Error error;
+    if (!buildPipeline(&error)) {
+        stopRunning();
+        emit runtimeError(error);
+        return;
+    }
+    m_bus = Gst::BusRef(gst_element_get_bus(m_pipeline.element()), Gst::Ref::Adopt);
+    GPollFD pollFd;
+    gst_bus_get_pollfd(m_bus.get(), &pollFd);
+    m_busNotifier = new QSocketNotifier(pollFd.fd, QSocketNotifier::Read, this);
+    connect(m_busNotifier, &QSocketNotifier::activated, this, &CaptureSession::readBus);
+    if (gst_element_set_state(m_pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE) {
+        readBus(); // reports the element's error and stops
+        if (isRunning()) {
+            stopRunning();
+            emit runtimeError(Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The capture session could not start.")));
+        }
+        return;
+    }
+    for (const CaptureOutputPtr &output : std::as_const(m_outputs))
+        output->sessionDidStartRunning();
+}
+
+void CaptureSession::stopRunning()
+{
+    if (!m_pipeline)
+        return;
+    for (const CaptureOutputPtr &output : std::as_const(m_outputs))
+        output->sessionWillStopRunning();
+    gst_element_set_state(m_pipeline.element(), GST_STATE_NULL);
+    // The device keeps its source bin for the next session.
+    for (const CaptureInputPtr &input : std::as_const(m_inputs)) {
+        if (GstElement *source = input->device()->source()) {
+            GstObject *parent = gst_object_get_parent(GST_OBJECT(source));
+            if (parent == GST_OBJECT(m_pipeline.get()))
+                gst_bin_remove(GST_BIN(m_pipeline.element()), source);
+            if (parent)
+                gst_object_unref(parent);
+            gst_element_set_state(source, GST_STATE_READY);
+        }
+        for (const CaptureConnectionPtr &connection : input->connections())
+            connection->setAveragePowerLevel(-700.0f);
+    }
+    delete m_busNotifier;
+    m_busNotifier = nullptr;
+    m_streams.clear();
+    m_bus = {};
+    m_pipeline = {};
+}
+
+void CaptureSession::readBus()
+{
+    // Messages are taken one by one: handling one may stop the session.
+    while (m_bus) {
+        Gst::MessagePtr message(gst_bus_pop(m_bus.get()));
+        if (!message)
+            break;
+        handleMessage(message.get());
+    }
+}
+
+void CaptureSession::handleMessage(GstMessage *message)
+{
+    const QList<CaptureOutputPtr> outputs = m_outputs;
+    for (const CaptureOutputPtr &output : outputs)
+        if (output->handleBusMessage(message))
+            return;
+    switch (GST_MESSAGE_TYPE(message)) {
+    case GST_MESSAGE_ERROR: {
+        // Queued by an output's branch that has left the pipeline since.
+        if (!gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_pipeline.get())))
+            break;
+        const Error error = Gst::errorFromMessage(message).value_or(Error{});
+        for (const CaptureOutputPtr &output : outputs)
+            output->sessionDidFail(error);
+        stopRunning();
+        emit runtimeError(error);
+        break;
+    }
+    case GST_MESSAGE_ELEMENT: {
+        const GstStructure *s = gst_message_get_structure(message);
+        if (!s || !gst_structure_has_name(s, "level"))
+            break;
+        for (const Stream &stream : std::as_const(m_streams)) {
+            if (GST_MESSAGE_SRC(message) != GST_OBJECT(stream.level))
+                continue;
+            const GValue *rmsValue = gst_structure_get_value(s, "rms");
+            if (!rmsValue)
+                break;
+            // Averaged as power, not as decibels, so one silent channel does
+            // not drag a loud one to silence.
+            double power = 0;
+            guint channels = 0;
+            // The level element still reports in the deprecated GValueArray.
+            G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+            if (G_VALUE_HOLDS(rmsValue, g_value_array_get_type())) {
+                GValueArray *array = static_cast<GValueArray *>(g_value_get_boxed(rmsValue));
+                channels = array->n_values;
+                for (guint i = 0; i < channels; ++i)
+                    power += std::pow(10.0, g_value_get_double(g_value_array_get_nth(array, i)) / 10.0);
+            }
+            G_GNUC_END_IGNORE_DEPRECATIONS
+            if (channels > 0 && power > 0)
+                stream.connection->setAveragePowerLevel(float(10.0 * std::log10(power / channels)));
+            else
+                stream.connection->setAveragePowerLevel(-700.0f);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+}

@@ -1,0 +1,131 @@
+#include "CompressionOptions.h"
+
+#include "CaptureDevice.h"
+
+#include <algorithm>
+
+namespace {
+
+QString availableEncoder(const QStringList &encoders)
+{
+    for (const QString &encoder : encoders)
+        if (Gst::hasFactory(encoder.toUtf8().constData()))
+            return encoder;
+    return {};
+}
+
+} // namespace
+
+CompressionOptions::CompressionOptions(QString identifier, QString mediaType, QStringList encoders, int maxWidth,
+                                       int maxHeight, int bitrate)
+    : m_identifier(std::move(identifier))
+    , m_mediaType(std::move(mediaType))
+    , m_encoders(std::move(encoders))
+    , m_maxWidth(maxWidth)
+    , m_maxHeight(maxHeight)
+    , m_bitrate(bitrate)
+{
+}
+
+// avenc_mpeg4 is left out on purpose: on this GStreamer it emits buffers
+// without timestamps, which the muxer cannot place. The "MPEG4" name is the
+// platform's; H.264 is MPEG-4 part 10 and every player reads it.
+
+QStringList CompressionOptions::compressionOptionsIdentifiersForMediaType(const QString &mediaType)
+{
+    static const QStringList order{SD480SizeMPEG4Video, SD480SizeH264Video, Size240H264Video, HighQualityAACAudio,
+                                   VoiceQualityAACAudio};
+    QStringList result;
+    for (const QString &identifier : order) {
+        const auto options = compressionOptionsWithIdentifier(identifier);
+        if (options && options->mediaType() == mediaType)
+            result.append(identifier);
+    }
+    return result;
+}
+
+std::optional<CompressionOptions> CompressionOptions::compressionOptionsWithIdentifier(const QString &identifier)
+{
+    static const QStringList aac{QStringLiteral("voaacenc"), QStringLiteral("avenc_aac")};
+    static const QStringList h264{QStringLiteral("x264enc")};
+    std::optional<CompressionOptions> options;
+    if (identifier == SD480SizeMPEG4Video || identifier == SD480SizeH264Video)
+        options = CompressionOptions(identifier, MediaType::Video, h264, 640, 480);
+    else if (identifier == Size240H264Video)
+        options = CompressionOptions(identifier, MediaType::Video, h264, 320, 240);
+    else if (identifier == HighQualityAACAudio)
+        options = CompressionOptions(identifier, MediaType::Sound, aac, 0, 0, 192000);
+    else if (identifier == VoiceQualityAACAudio)
+        options = CompressionOptions(identifier, MediaType::Sound, aac, 0, 0, 64000);
+    if (options && availableEncoder(options->m_encoders).isEmpty())
+        return std::nullopt;
+    return options;
+}
+
+CompressionOptions CompressionOptions::platformDefault(const QString &mediaType)
+{
+    if (mediaType == MediaType::Video)
+        return CompressionOptions(QString(), mediaType, {QStringLiteral("x264enc"), QStringLiteral("jpegenc")});
+    return CompressionOptions(QString(), mediaType, {});
+}
+
+Gst::CapsPtr CompressionOptions::videoCapsForSource(int width, int height, int parN, int parD) const
+{
+    // Square pixels out, so the stored size is the displayed size.
+    double displayWidth = width;
+    if (parN > 0 && parD > 0)
+        displayWidth = double(width) * parN / parD;
+    double scale = 1.0;
+    if (m_maxWidth > 0 && m_maxHeight > 0)
+        scale = std::min({1.0, m_maxWidth / displayWidth, m_maxHeight / double(height)});
+    // Even sizes: 4:2:0 chroma needs them.
+    const int outWidth = std::max(2, int(displayWidth * scale) & ~1);
+    const int outHeight = std::max(2, int(height * scale) & ~1);
+    return Gst::CapsPtr(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420", "width", G_TYPE_INT,
+                                            outWidth, "height", G_TYPE_INT, outHeight, "pixel-aspect-ratio",
+                                            GST_TYPE_FRACTION, 1, 1, nullptr));
+}
+
+Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
+{
+    QByteArray description;
+    const QString encoder = availableEncoder(m_encoders);
+    if (m_mediaType == MediaType::Video) {
+        // The I420 filter matters: x264 would otherwise keep 4:4:4 from some
+        // sources, which most players cannot decode.
+        description = "videoconvert name=first ! videoscale ! capsfilter name=size caps=video/x-raw,format=I420 ! ";
+        if (encoder == QLatin1String("x264enc"))
+            description += "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 name=last";
+        else if (encoder == QLatin1String("jpegenc"))
+            description += "jpegenc name=last";
+        else {
+            setError(error, QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), GST_CORE_ERROR_MISSING_PLUGIN,
+                     QStringLiteral("No video encoder is installed."));
+            return {};
+        }
+    } else {
+        description = "audioconvert name=first ! audioresample ! ";
+        if (encoder.isEmpty()) {
+            description += "audio/x-raw,format=S16LE ! identity name=last";
+        } else {
+            description += "audio/x-raw,rate=48000,channels=2 ! " + encoder.toUtf8() + " name=last";
+            if (m_bitrate > 0)
+                description += " bitrate=" + QByteArray::number(m_bitrate);
+        }
+    }
+    GError *raw = nullptr;
+    Gst::ElementRef bin(gst_parse_bin_from_description(description.constData(), FALSE, &raw), Gst::Ref::Adopt);
+    Gst::ErrorPtr parseError(raw);
+    if (parseError || !bin) {
+        if (error)
+            *error = Gst::toError(parseError.get());
+        return {};
+    }
+    Gst::ElementRef first(gst_bin_get_by_name(GST_BIN(bin.element()), "first"), Gst::Ref::Adopt);
+    Gst::ElementRef last(gst_bin_get_by_name(GST_BIN(bin.element()), "last"), Gst::Ref::Adopt);
+    Gst::PadRef sink(gst_element_get_static_pad(first.element(), "sink"), Gst::Ref::Adopt);
+    Gst::PadRef src(gst_element_get_static_pad(last.element(), "src"), Gst::Ref::Adopt);
+    gst_element_add_pad(bin.element(), gst_ghost_pad_new("sink", sink.get()));
+    gst_element_add_pad(bin.element(), gst_ghost_pad_new("src", src.get()));
+    return bin;
+}

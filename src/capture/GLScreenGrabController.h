@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+// One still picture of the whole main screen, for the screen source's
+// preview. Reads the X server's root window; the name is the system's.
+class GLScreenGrabController final
+{
+public:
+    // `display` empty: $DISPLAY.
+    explicit GLScreenGrabController(QString display = QString()) : m_display(std::move(display)) {}
+
+    // A top-down 32-bit image (QImage::Format_RGB32) whose size in points is
+    // its size in pixels, or a null image when the screen cannot be read.
+    QImage grab() const;
+
+    // Turns bottom-up rows into top-down ones in place, with one spare row:
+    // row i swaps with row height-1-i; an odd count leaves the middle row.
+    static void flipRowsInPlace(uchar *bits, int height, qsizetype bytesPerRow);
+
+private:
+    QString m_display;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "SimEnvironment.h"
+
+#include <QStringList>
+
+// orvxagentd: records a local job with the capture layer. "-f MOVIEPATH"
+// records what the user's agent configuration asks for: "Capture" is
+// "Audio:PRESET", "Screen:PRESET" or "Video:PRESET"; "AudioDevice" names the
+// microphone by uniqueID ("(null)", "Automatic" or no value: the system's
+// default microphone); "VideoDevice" the camera of a video recording; the
+// screen is the X display of $DISPLAY. SIGUSR1 pauses, SIGUSR2 resumes,
+// SIGTERM (or SIGINT) finishes the file and exits 0.
+class AgentRecorder final
+{
+public:
+    // Must run first thing in main, before any thread starts: the control
+    // signals stay blocked in every thread and are read from a signalfd.
+    static void blockControlSignals();
+
+    explicit AgentRecorder(const SimEnvironment &environment) : m_environment(environment) {}
+
+    // Returns the exit status.
+    int run(const QStringList &arguments);
+
+    static constexpr int kFaultStatus = 3;
+    // No such device, no microphone, no display: nothing to record from.
+    static constexpr int kNoSource = 4;
+    // The recording failed once running.
+    static constexpr int kRecordingFailed = 5;
+
+private:
+    SimEnvironment m_environment;
+};
