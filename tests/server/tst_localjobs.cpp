@@ -87,6 +87,7 @@ void TestLocalJobs::init()
     m_sim->clearRecord();
     QFile::remove(m_sim->userConfig());
     QVERIFY(m_sim->installTools());
+    m_sim->installStandInAgent();
 }
 
 void TestLocalJobs::cleanup()
@@ -253,6 +254,7 @@ void TestLocalJobs::agentThatFailsAtOnce()
     QFETCH(QVariantMap, settings);
     QFETCH(int, status);
 
+    QVERIFY(m_sim->installTools()); // the real agent, which honours the fault file
     m_sim->setFaults({{QStringLiteral("orvxagentd"), settings}});
     auto interface = makeInterface();
     Error error;
