@@ -76,8 +76,9 @@ void limitLength(QPlainTextEdit *field, int maximum)
 
 LXController::LXController()
 {
-    // The screen grabber and the local capture devices controller join here
-    // once local capture is built.
+    m_screenGrabController = std::make_unique<GLScreenGrabController>();
+    m_captureDevicesController = new CaptureDevicesController(this);
+    m_captureDevicesController->setController(this);
     m_transfersController = new TransfersController(this);
     m_transfersController->setController(this);
     m_localRecordingChosen = false;
@@ -87,6 +88,8 @@ LXController::~LXController()
 {
     LXNotificationCenter::defaultCenter().removeObserver(this);
     delete m_preferencesController;
+    if (m_captureDevicesController)
+        m_captureDevicesController->setController(nullptr);
     m_recordingTime.reset();
     m_job.reset();
     m_server.reset();
@@ -587,8 +590,9 @@ void LXController::cameraConfigWindowClosed()
         m_cameraConfigController->deleteLater();
         m_cameraConfigController = nullptr;
     }
-    // Binding may have taken or freed devices; the device list refreshes
-    // here once local capture is built.
+    // Binding may have taken or freed devices.
+    if (m_captureDevicesController)
+        m_captureDevicesController->refreshDevices();
 }
 
 void LXController::showPreferencesWindow()

@@ -14,6 +14,9 @@
 #include <optional>
 
 #include "app/CameraConfigController.h"
+#include "capture/CaptureDevicesController.h"
+#include "capture/CaptureDevicesControllerDelegate.h"
+#include "capture/GLScreenGrabController.h"
 #include "prefs/PreferencesController.h"
 #include "transfers/TransfersController.h"
 
@@ -27,7 +30,7 @@ class LXMainWindow;
 // credentials, the stop-watch and the secondary windows, and keeps the two
 // values everything else is derived from: the controller state and the
 // source mode. Main thread only.
-class LXController final : public QObject, public LXLoginPanelDelegate
+class LXController final : public QObject, public LXLoginPanelDelegate, public CaptureDevicesControllerDelegate
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(LXController)
@@ -83,6 +86,7 @@ public:
     QString currentModeString() const;
 
     std::shared_ptr<PodcastJob> job() const { return m_job; }
+    std::shared_ptr<PodcastJob> job() override { return m_job; }
     void setJob(const std::shared_ptr<PodcastJob> &job);
     // Changes of the job's camera and audio device go through these, so the
     // properties that depend on them are announced.
@@ -104,9 +108,11 @@ public:
     TransfersController *transfersController() const { return m_transfersController; }
     PreferencesController *preferencesController() const { return m_preferencesController; }
     CameraConfigController *cameraConfigController() const { return m_cameraConfigController; }
+    CaptureDevicesController *captureDevicesController() const { return m_captureDevicesController; }
+    GLScreenGrabController *screenGrabController() const { return m_screenGrabController.get(); }
 
     void resetJobAndRecordingState();
-    void alertUserToError(const Error &error);
+    void alertUserToError(const Error &error) override;
     void alertDidEnd();
 
     // Quitting.
@@ -132,14 +138,14 @@ public:
 
     // Sources and devices.
     void sourceClicked(Mode mode);
-    void rebuildInputDevicesList();
+    void rebuildInputDevicesList() override;
     void tearDownLocalCameraAndMicrophone();
 
     // Job callbacks.
     void jobDidPause(const std::optional<Error> &error);
     void jobDidResume(const std::optional<Error> &error);
     void jobDidStop(const std::optional<Error> &error);
-    void localJobDidStop(const std::optional<Error> &error);
+    void localJobDidStop(const std::optional<Error> &error) override;
 
     void updateDockIcon();
 
@@ -192,6 +198,8 @@ private:
     QTimer *m_remoteCameraSnapshotRefreshTimer = nullptr;
     QTimer *m_selectedRemoteCameraPreviewUpdateTimer = nullptr;
     QPointer<CameraConfigController> m_cameraConfigController;
+    std::unique_ptr<GLScreenGrabController> m_screenGrabController;
+    QPointer<CaptureDevicesController> m_captureDevicesController;
     QPointer<PreferencesController> m_preferencesController;
     QPointer<TransfersController> m_transfersController;
     QPointer<QMessageBox> m_quitSheet;
