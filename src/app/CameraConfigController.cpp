@@ -2,9 +2,7 @@
 
 #include "views/LXPanelWindow.h"
 
-#include <QGuiApplication>
 #include <QLabel>
-#include <QScreen>
 #include <QVBoxLayout>
 
 CameraConfigController::CameraConfigController(QObject *parent)
@@ -23,8 +21,6 @@ QWidget *CameraConfigController::window()
         auto *layout = new QVBoxLayout(m_window.get());
         layout->addWidget(new QLabel(tr("Camera binding and device choice will appear here."), m_window.get()));
         m_window->resize(520, 360);
-        if (QScreen *screen = QGuiApplication::primaryScreen())
-            m_window->move(screen->availableGeometry().center() - m_window->rect().center());
         connect(m_window.get(), &LXPanelWindow::willClose, this, &CameraConfigController::windowWillClose);
     }
     return m_window.get();

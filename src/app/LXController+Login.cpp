@@ -91,13 +91,13 @@ void LXController::fillWorkflowMenu()
     for (int i = 0; i < list.size(); ++i) {
         const QVariantMap workflow = list.at(i).toMap();
         QAction *item = menu->insertItemWithTitle(workflow.value(QStringLiteral("titleAndDescription")).toString(), i);
-        connect(item, &QAction::triggered, this, [this, workflow, item] {
+        connect(item, &QAction::triggered, this, [this, workflow] {
             if (m_job)
                 m_job->setWorkflow(workflow);
-            m_window->workflowPopUpButton->setText(item->text());
+            updateWorkflowPopUp();
         });
     }
-    m_window->workflowPopUpButton->setText(menu->actions().isEmpty() ? QString() : menu->actions().first()->text());
+    updateWorkflowPopUp();
 }
 
 void LXController::didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error)
@@ -134,6 +134,7 @@ void LXController::didGetCameras(const std::optional<QVariantList> &cameras, con
 void LXController::userDidConnectWithNotice(const QVariant &)
 {
     m_connected = true;
+    m_window->signInMenuItem->setEnabled(false); // a new sign-in starts from a new recording
     m_window->setConnected(true, m_currentCredentials.value(QStringLiteral("user")).toString(),
                            m_currentCredentials.value(QStringLiteral("server")).toString());
     m_window->show();
@@ -158,7 +159,7 @@ void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
     if (camera.value(QStringLiteral("isLocalDevice")).toBool())
         return;
     const QString name = camera.value(QStringLiteral("name")).toString();
-    if (name.isEmpty())
+    if (name.isNull())
         return;
     m_server->requestPreviewUpdateForCameraName(name);
 }

@@ -25,6 +25,7 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 
 namespace {
@@ -72,10 +73,22 @@ void limitLength(QPlainTextEdit *field, int maximum)
     });
 }
 
+void centre(QWidget *window)
+{
+    const QScreen *screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    QRect frame = window->frameGeometry();
+    frame.moveCenter(screen->availableGeometry().center());
+    window->move(frame.topLeft());
+}
+
 } // namespace
 
 LXController::LXController()
 {
+    // Local capture reads the spool folder before any server interface exists.
+    OrvaneServerInterface::initialize();
     m_screenGrabController = std::make_unique<GLScreenGrabController>();
     m_captureDevicesController = new CaptureDevicesController(this);
     m_captureDevicesController->setController(this);
@@ -135,12 +148,11 @@ void LXController::awakeFromNib()
     connect(this, &LXController::canRecordOrPauseChanged, this, &LXController::updateBoundControls);
     connect(this, &LXController::microphoneListShouldBeHiddenChanged, this, &LXController::updateBoundControls);
 
-    connect(w, &LXMainWindow::closeRequested, this, [this] {
-        if (applicationShouldTerminateAfterLastWindowClosed())
-            requestQuit();
-        else
-            m_window->hide();
-    });
+    // Closing the main window only hides it; whether that was the last
+    // window, and whether the application may end with it, is decided once
+    // the hiding is done (see eventFilter).
+    connect(w, &LXMainWindow::closeRequested, this, [this] { m_window->hide(); });
+    qApp->installEventFilter(this);
     connect(w->quitMenuItem, &QAction::triggered, this, &LXController::requestQuit);
     connect(w->preferencesMenuItem, &QAction::triggered, this, &LXController::showPreferencesWindow);
     connect(w->transfersMenuItem, &QAction::triggered, this, &LXController::showTransfersWindow);
@@ -165,6 +177,28 @@ void LXController::awakeFromNib()
     m_window->setConnected(false);
     m_window->show();
     showLoginPanel();
+}
+
+bool LXController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Hide && watched->isWidgetType() && static_cast<QWidget *>(watched)->isWindow()
+        && !m_lastWindowCheckPending) {
+        m_lastWindowCheckPending = true;
+        QTimer::singleShot(0, this, &LXController::maybeLastWindowClosed);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void LXController::maybeLastWindowClosed()
+{
+    m_lastWindowCheckPending = false;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget *window : windows) {
+        if (window->isVisible() && window->windowType() != Qt::ToolTip && window->windowType() != Qt::Popup)
+            return;
+    }
+    if (applicationShouldTerminateAfterLastWindowClosed())
+        requestQuit();
 }
 
 void LXController::announceDependents(const char *key)
@@ -375,6 +409,16 @@ void LXController::resetJobAndRecordingState()
     }
     if (m_window)
         m_window->title->setPlaceholderImageVisible(false);
+    updateWorkflowPopUp();
+}
+
+void LXController::updateWorkflowPopUp()
+{
+    if (!m_window)
+        return;
+    const QVariantMap workflow = m_job ? m_job->workflow() : QVariantMap();
+    const QString title = workflow.value(QStringLiteral("title")).toString();
+    m_window->workflowPopUpButton->setText(title.split(LXWorkflowMenu::kSeparator).first());
 }
 
 QWidget *LXController::alertParent() const
@@ -472,18 +516,31 @@ void LXController::quitWarningSheetDidEnd(int returnCode)
 {
     if (returnCode != 0)
         return; // Cancel: keep running, the recording stays as it is
-    if (m_server) {
-        QPointer<LXController> self(this);
-        auto didStop = [self](const std::optional<Error> &error) {
-            if (self)
-                self->jobDidStop(error);
-        };
-        if (m_localRecordingChosen)
-            m_server->cancelLocalJobWithDelegate(this, didStop);
-        else
-            m_server->cancelRemoteJobWithDelegate(this, didStop);
+    if (!m_server) {
+        emit terminateRequested();
+        return;
     }
-    emit terminateRequested();
+    // Ending the process at once would kill the worker before the agent or
+    // the server heard of the cancel, leaving a recording running nobody
+    // owns; so the quit follows the cancel's answer, or a few seconds.
+    auto done = std::make_shared<bool>(false);
+    QPointer<LXController> self(this);
+    auto finish = [self, done] {
+        if (*done || !self)
+            return;
+        *done = true;
+        emit self->terminateRequested();
+    };
+    auto didStop = [self, finish](const std::optional<Error> &error) {
+        if (self && error)
+            Log::format(QStringLiteral("Cancelling the recording while quitting failed: %@"), {describeError(*error)});
+        finish();
+    };
+    if (m_localRecordingChosen)
+        m_server->cancelLocalJobWithDelegate(this, didStop);
+    else
+        m_server->cancelRemoteJobWithDelegate(this, didStop);
+    QTimer::singleShot(kQuitCancelTimeoutMs, this, finish);
 }
 
 void LXController::requestQuit()
@@ -578,6 +635,7 @@ void LXController::configureLocalCamera()
     }
     m_cameraConfigController = new CameraConfigController(this);
     QWidget *window = m_cameraConfigController->window();
+    centre(window);
     connect(m_cameraConfigController, &CameraConfigController::windowWillClose, this,
             &LXController::cameraConfigWindowClosed);
     window->show();
@@ -597,9 +655,12 @@ void LXController::cameraConfigWindowClosed()
 
 void LXController::showPreferencesWindow()
 {
-    if (!m_preferencesController)
+    const bool first = !m_preferencesController;
+    if (first)
         m_preferencesController = new PreferencesController(this);
     QWidget *window = m_preferencesController->window();
+    if (first)
+        centre(window);
     window->show();
     window->raise();
     window->activateWindow();

@@ -122,6 +122,8 @@ public:
     // Asks to quit; quits at once unless a recording has begun.
     void requestQuit();
     QMessageBox *quitWarningSheet() const { return m_quitSheet; }
+    // How long quitting waits for the recording's cancel to be answered.
+    static constexpr int kQuitCancelTimeoutMs = 5000;
 
     // Login.
     void showLoginPanel();
@@ -173,7 +175,14 @@ signals:
     // The application should end now (the quit flow has agreed).
     void terminateRequested();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    // Quits when no window is left and the application may end with its
+    // last window.
+    void maybeLastWindowClosed();
+    void updateWorkflowPopUp();
     // Emits the change signal of every derived property that depends on `key`.
     void announceDependents(const char *key);
     void observeValueForKeyPath(const char *keyPath);
@@ -208,4 +217,5 @@ private:
     bool m_waitingOnRecordOrPauseResponse = false;
     bool m_inBetweenMainWindowAndLoginPanel = false;
     bool m_connected = false;
+    bool m_lastWindowCheckPending = false;
 };

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -44,11 +45,16 @@ LocalAgentTask::~LocalAgentTask()
     // Nobody will ask about this child again, but it must not stay a zombie
     // once it ends: reap it from a thread of its own.
     const pid_t pid = m_pid;
-    std::thread([pid] {
-        int status = 0;
-        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-        }
-    }).detach();
+    try {
+        std::thread([pid] {
+            int status = 0;
+            while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+            }
+        }).detach();
+    } catch (const std::system_error &) {
+        // No thread to be had: the child stays a zombie until we exit,
+        // which is harmless; a destructor must not throw.
+    }
 }
 
 bool LocalAgentTask::pollLocked()

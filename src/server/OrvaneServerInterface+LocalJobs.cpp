@@ -219,7 +219,7 @@ int32_t OrvaneServerInterface::submit(PodcastJob *job, bool deleteAfterwards, Er
                                 "from job data."));
         return -2;
     }
-    if (workflow.isEmpty()) {
+    if (workflow.isNull()) {
         setError(error, kServerInterfaceErrorDomain, -3,
                  QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data."));
         return -3;

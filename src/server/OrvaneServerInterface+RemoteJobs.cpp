@@ -40,7 +40,7 @@ int32_t OrvaneServerInterface::runRemoteCommand(const QString &command, const QS
 int32_t OrvaneServerInterface::startRemoteVideoJob(PodcastJob *job, Error *error)
 {
     const QString camera = cameraNameOf(job);
-    if (camera.isEmpty())
+    if (camera.isNull())
         return -2; // no error on purpose: callers of the asynchronous form rely on hearing success here
     return runRemoteCommand(QStringLiteral("--start"), {camera, QStringLiteral("--delay"), QStringLiteral("3")}, error);
 }
@@ -48,7 +48,7 @@ int32_t OrvaneServerInterface::startRemoteVideoJob(PodcastJob *job, Error *error
 int32_t OrvaneServerInterface::startRemoteAudioJob(PodcastJob *job, Error *error)
 {
     const QString camera = cameraNameOf(job);
-    if (camera.isEmpty())
+    if (camera.isNull())
         return -2; // as for video: reported to the delegate as success
     return runRemoteCommand(QStringLiteral("--start"),
                             {camera, QStringLiteral("--audio_only"), QStringLiteral("--delay"), QStringLiteral("3")},
@@ -58,7 +58,7 @@ int32_t OrvaneServerInterface::startRemoteAudioJob(PodcastJob *job, Error *error
 int32_t OrvaneServerInterface::pauseRemoteJob(PodcastJob *job, Error *error)
 {
     const QString camera = cameraNameOf(job);
-    if (camera.isEmpty()) {
+    if (camera.isNull()) {
         setMissingCameraError(error);
         return -2;
     }
@@ -68,7 +68,7 @@ int32_t OrvaneServerInterface::pauseRemoteJob(PodcastJob *job, Error *error)
 int32_t OrvaneServerInterface::resumeRemoteJob(PodcastJob *job, Error *error)
 {
     const QString camera = cameraNameOf(job);
-    if (camera.isEmpty()) {
+    if (camera.isNull()) {
         setMissingCameraError(error);
         return -2;
     }
@@ -78,7 +78,7 @@ int32_t OrvaneServerInterface::resumeRemoteJob(PodcastJob *job, Error *error)
 int32_t OrvaneServerInterface::cancelRemoteJob(PodcastJob *job, Error *error)
 {
     const QString camera = cameraNameOf(job);
-    if (camera.isEmpty()) {
+    if (camera.isNull()) {
         setMissingCameraError(error);
         return -2;
     }
@@ -91,14 +91,14 @@ int32_t OrvaneServerInterface::stopRemoteJob(PodcastJob *job, Error *error)
     const QString workflow = workflowNameOf(job);
     // The metadata is written first, whatever else is missing.
     const QString dataFile = writeJobDataToFile(job, error);
-    if (!dataFile.isNull() && !camera.isEmpty() && !workflow.isEmpty()) {
+    if (!dataFile.isNull() && !camera.isNull() && !workflow.isNull()) {
         return runRemoteCommand(QStringLiteral("--stop"),
                                 {camera, QStringLiteral("--metadata"), dataFile, QStringLiteral("--workflow"), workflow},
                                 error);
     }
     if (dataFile.isNull())
         return -1;
-    if (camera.isEmpty()) {
+    if (camera.isNull()) {
         setMissingCameraError(error);
         return -2;
     }

@@ -283,6 +283,9 @@ private slots:
             if (b->text() == QStringLiteral("Quit"))
                 QTest::mouseClick(b, Qt::LeftButton);
         }
+        // The quit waits for the cancel to be answered, then goes ahead once.
+        QTRY_COMPARE_WITH_TIMEOUT(terminate.size(), 1, LXController::kQuitCancelTimeoutMs + 2000);
+        QTest::qWait(100);
         QCOMPARE(terminate.size(), 1);
     }
 
@@ -294,9 +297,17 @@ private slots:
         QCOMPARE(terminate.size(), 0);
         m_controller->loginPanel()->doCancel();
         QVERIFY(m_controller->applicationShouldTerminateAfterLastWindowClosed());
+        QTRY_COMPARE(terminate.size(), 1); // nothing is left on screen: the application ends
+        terminate.clear();
+        // With another window still open, closing the main window only hides it.
         m_controller->window()->show();
+        m_controller->showTransfersWindow();
         m_controller->window()->close();
-        QCOMPARE(terminate.size(), 1);
+        QTest::qWait(50);
+        QCOMPARE(terminate.size(), 0);
+        QVERIFY(!m_controller->window()->isVisible());
+        m_controller->transfersController()->window()->close();
+        QTRY_COMPARE(terminate.size(), 1);
     }
 
     void alertsNameTheCause_data()
@@ -451,6 +462,9 @@ private slots:
         m_controller->resetJobAndRecordingState();
         QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("name")).toString(),
                  QStringLiteral("course-site-hd"));
+        // What the pop-up shows is where the recording goes.
+        QCOMPARE(m_controller->window()->workflowPopUpButton->text(), QStringLiteral("Publish to Course Site"));
+        QVERIFY(!m_controller->window()->signInMenuItem->isEnabled()); // no second sign-in mid-session
         // A reset stops the camera timers until the next sign-in.
         QVERIFY(!m_controller->remoteCameraSnapshotRefreshTimer());
         LXUserDefaults::standard().setObject(QStringLiteral("No Such Workflow"), LXDefaultsKeys::PreviousWorkflowChosen);
