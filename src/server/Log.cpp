@@ -17,8 +17,19 @@ struct Capture::Private
 
 namespace {
 
-QMutex s_capturesMutex;
-std::vector<Capture *> s_captures;
+// Never destroyed: detached worker threads may still log while the process
+// runs its exit handlers.
+QMutex &capturesMutex()
+{
+    static QMutex *mutex = new QMutex;
+    return *mutex;
+}
+
+std::vector<Capture *> &captures()
+{
+    static auto *list = new std::vector<Capture *>;
+    return *list;
+}
 
 bool mirrorToStderr()
 {
@@ -45,23 +56,23 @@ void write(const QString &line)
     if (mirrorToStderr())
         std::fprintf(stderr, "Lumex: %s\n", utf8.constData());
 
-    QMutexLocker locker(&s_capturesMutex);
-    for (Capture *capture : s_captures)
+    QMutexLocker locker(&capturesMutex());
+    for (Capture *capture : captures())
         capture->append(line);
 }
 
 Capture::Capture()
     : d(new Private)
 {
-    QMutexLocker locker(&s_capturesMutex);
-    s_captures.push_back(this);
+    QMutexLocker locker(&capturesMutex());
+    captures().push_back(this);
 }
 
 Capture::~Capture()
 {
     {
-        QMutexLocker locker(&s_capturesMutex);
-        std::erase(s_captures, this);
+        QMutexLocker locker(&capturesMutex());
+        std::erase(captures(), this);
     }
     delete d;
 }
