@@ -11,8 +11,9 @@
 
 LXUserDefaults &LXUserDefaults::standard()
 {
-    static LXUserDefaults defaults(Paths::userDefaultsFile(), Paths::kioskFile());
-    return defaults;
+    // Never destroyed, like the logging state: workers may read it at exit.
+    static auto *defaults = new LXUserDefaults(Paths::userDefaultsFile(), Paths::kioskFile());
+    return *defaults;
 }
 
 LXUserDefaults::LXUserDefaults(const QString &storePath, const QString &kioskPath)
