@@ -241,3 +241,11 @@ void CaptureDevice::close()
     }
     m_source = {};
 }
+
+void CaptureDevice::postDisconnectedError()
+{
+    if (!m_source)
+        return;
+    GST_ELEMENT_ERROR(m_source.element(), RESOURCE, NOT_FOUND, ("The capture device %s was disconnected.", m_displayName.toUtf8().constData()),
+                      (nullptr));
+}

@@ -58,6 +58,10 @@ public:
     bool isOpen() const { return bool(m_source); }
     void close();
 
+    // What a session sees when the hardware goes away under it: the source
+    // posts a resource error. Test devices do this when they are removed.
+    void postDisconnectedError();
+
     // The open device's source bin, for a session to place in its pipeline.
     GstElement *source() const { return m_source.element(); }
 

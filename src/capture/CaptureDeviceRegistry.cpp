@@ -167,6 +167,7 @@ bool CaptureDeviceRegistry::removeTestDevice(const QString &uniqueID)
     for (qsizetype i = 0; i < m_testDevices.size(); ++i) {
         if (m_testDevices[i]->uniqueID() == uniqueID) {
             const CaptureDevicePtr gone = m_testDevices.takeAt(i);
+            gone->postDisconnectedError();
             emit deviceWasDisconnected(gone);
             return true;
         }

@@ -26,7 +26,8 @@ class QSocketNotifier;
 //   "test:ID". Example:
 //   LUMEX_TEST_DEVICES="camera:cam1:Test Camera;microphone:mic1;muxed:dv1:Test Camcorder"
 //   Tests add and remove test devices while the program runs with
-//   addTestDevice() and removeTestDevice().
+//   addTestDevice() and removeTestDevice(); removing one that is open fails
+//   its session as an unplugged device does.
 //
 // Lives on the main thread; the monitor's bus is read there through a
 // socket notifier.

@@ -21,6 +21,19 @@ QString deviceText(const CaptureDevicePtr &device)
     return device ? device->localizedDisplayName() : QString();
 }
 
+// A URL as the system's logs showed it: its encoded form ("%20" for a space,
+// as in the default spool folder).
+QString urlText(const QUrl &url)
+{
+    return url.isEmpty() ? QString() : url.toString(QUrl::FullyEncoded);
+}
+
+// An error's user-info dictionary as "%@" shows it.
+QString userInfoText(const QString &description)
+{
+    return lxDescription(QVariantMap{{QStringLiteral("NSLocalizedDescription"), description}});
+}
+
 } // namespace
 
 CaptureDevicesController::CaptureDevicesController(QObject *parent)
@@ -74,6 +87,11 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
         }
     }
     setCaptureSession(std::make_shared<CaptureSession>());
+    // A failure while only previewing is logged; a recording that runs or
+    // waits for the session ends through the output's didFinish.
+    connect(m_captureSession.get(), &CaptureSession::runtimeError, this, [](const Error &error) {
+        Log::format(QStringLiteral("Capture session stopped due to error: %@"), {describeError(error)});
+    });
     const std::optional<Error> error = initAudioDevice(microphone, camera);
     if (!error) {
         initOutputFile();
@@ -206,7 +224,7 @@ void CaptureDevicesController::beginRecording()
             if (const auto paths = job->movieFilePaths(); paths && !paths->isEmpty())
                 path = paths->last();
     const QUrl url = path.isNull() ? QUrl() : QUrl::fromLocalFile(path);
-    Log::format(QStringLiteral("Starting capture: %@"), {url.isEmpty() ? QString() : url.toString()});
+    Log::format(QStringLiteral("Starting capture: %@"), {urlText(url)});
     if (m_movieFileOutput)
         m_movieFileOutput->recordToOutputFileURL(url);
 }
@@ -238,7 +256,7 @@ void CaptureDevicesController::cancelRecording()
     Log::format(QStringLiteral("Stopping capture and discarding movie file"));
     m_deleteMovieFileWhenItFinishesRecording = true;
     if (m_movieFileOutput)
-        m_movieFileOutput->recordToOutputFileURL(QUrl());
+        m_movieFileOutput->recordToOutputFileURL(QUrl(), CaptureMovieFileOutput::FinishMode::Discard);
 }
 
 void CaptureDevicesController::teardown()
@@ -260,22 +278,23 @@ void CaptureDevicesController::captureOutputWillFinishRecording(CaptureMovieFile
                                                                 const QList<CaptureConnectionPtr> &,
                                                                 const std::optional<Error> &)
 {
-    Log::format(QStringLiteral("Will finish recording to: %@"), {url.toString()});
+    Log::format(QStringLiteral("Will finish recording to: %@"), {urlText(url)});
 }
 
 void CaptureDevicesController::captureOutputDidFinishRecording(CaptureMovieFileOutput *, const QUrl &url,
                                                                const QList<CaptureConnectionPtr> &,
                                                                const std::optional<Error> &error)
 {
-    Log::format(QStringLiteral("Finished recording to: %@"), {url.toString()});
+    Log::format(QStringLiteral("Finished recording to: %@"), {urlText(url)});
     if (error)
-        Log::format(QStringLiteral("Stopped due to error: %@: %@"), {describeError(*error), error->localizedDescription});
+        Log::format(QStringLiteral("Stopped due to error: %@: %@"), {describeError(*error), userInfoText(error->localizedDescription)});
     if (m_deleteMovieFileWhenItFinishesRecording) {
         const QString path = url.toLocalFile();
         if (::unlink(QFile::encodeName(path).constData()) == 0)
             Log::format(QStringLiteral("Successfully deleted cancelled recording at %@"), {path});
         else
-            Log::format(QStringLiteral("Could not delete recording at %@ (%@)"), {path, QString::fromLocal8Bit(std::strerror(errno))});
+            Log::format(QStringLiteral("Could not delete recording at %@ (%@)"),
+                        {path, userInfoText(QString::fromLocal8Bit(std::strerror(errno)))});
     }
     teardown();
     if (!m_deleteMovieFileWhenItFinishesRecording && m_controller)

@@ -53,9 +53,15 @@ public:
     void setDelegate(CaptureFileOutputDelegate *delegate) { m_delegate = delegate; }
     CaptureFileOutputDelegate *delegate() const { return m_delegate; }
 
+    // What becomes of the file being finished: kept files are rewritten as a
+    // plain movie; a file about to be deleted is only closed.
+    enum class FinishMode { Keep, Discard };
+
     // Starts writing to a local file URL, finishing the file being written
-    // first; an empty URL only finishes the current file.
-    void recordToOutputFileURL(const QUrl &url);
+    // first; an empty URL only finishes the current file. A URL given while
+    // the session is not running waits for it; finishing such a recording
+    // (or a failure of the session) reports it finished with an error.
+    void recordToOutputFileURL(const QUrl &url, FinishMode current = FinishMode::Keep);
     QUrl outputFileURL() const;
     bool isRecording() const { return bool(m_current); }
     void pauseRecording();
@@ -74,7 +80,10 @@ public:
     void setFragmentDuration(std::chrono::milliseconds duration) { m_fragmentDuration = duration; }
 
     // Rewrites a fragmented movie into a plain one in place, copying the
-    // samples. Blocking; safe on any thread.
+    // samples. The original stays when the rewrite fails, takes too long
+    // for the file's size, comes out shorter, or when another file (or none)
+    // stands at `path` by the time the rewrite is done. Blocking; safe on
+    // any thread.
     static std::optional<Error> remuxToPlainMovie(const QString &path);
 
 protected:
@@ -89,9 +98,13 @@ private:
 
     void startRecording(const QUrl &url);
     void finishRecording(const RecordingPtr &recording);
+    void finishUnstartedRecording(const QUrl &url, const Error &error);
     void abandonRecording(const RecordingPtr &recording, const Error &error);
+    void endOfStream(const RecordingPtr &recording);
     void completeRecording(const RecordingPtr &recording, bool remux);
-    void detachBranches(const RecordingPtr &recording, bool sendEndOfStream);
+    void releaseFromSession(const RecordingPtr &recording);
+    void readRecordingBus(const RecordingPtr &recording);
+    bool handleRecordingMessage(const RecordingPtr &recording, GstMessage *message);
     void removeBin(const RecordingPtr &recording);
     void deliverWillFinish(const RecordingPtr &recording);
     void deliverDidFinish(const RecordingPtr &recording);
@@ -101,6 +114,7 @@ private:
     RecordingPtr m_current;
     QList<RecordingPtr> m_finishing;
     QUrl m_pendingURL;
+    std::optional<Error> m_sessionFailure;
     QHash<CaptureConnection *, std::optional<CompressionOptions>> m_options;
     std::chrono::milliseconds m_fragmentDuration{500};
 };

@@ -200,8 +200,7 @@ void CaptureSession::startRunning()
         return;
     Error error;
     if (!buildPipeline(&error)) {
-        stopRunning();
-        emit runtimeError(error);
+        fail(error);
         return;
     }
     m_bus = Gst::BusRef(gst_element_get_bus(m_pipeline.element()), Gst::Ref::Adopt);
@@ -211,10 +210,8 @@ void CaptureSession::startRunning()
     connect(m_busNotifier, &QSocketNotifier::activated, this, &CaptureSession::readBus);
     if (gst_element_set_state(m_pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE) {
         readBus(); // reports the element's error and stops
-        if (isRunning()) {
-            stopRunning();
-            emit runtimeError(Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The capture session could not start.")));
-        }
+        if (isRunning())
+            fail(Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The capture session could not start.")));
         return;
     }
     for (const CaptureOutputPtr &output : std::as_const(m_outputs))
@@ -248,6 +245,15 @@ void CaptureSession::stopRunning()
     m_pipeline = {};
 }
 
+void CaptureSession::fail(const Error &error)
+{
+    const QList<CaptureOutputPtr> outputs = m_outputs;
+    for (const CaptureOutputPtr &output : outputs)
+        output->sessionDidFail(error);
+    stopRunning();
+    emit runtimeError(error);
+}
+
 void CaptureSession::readBus()
 {
     // Messages are taken one by one: handling one may stop the session.
@@ -270,13 +276,14 @@ void CaptureSession::handleMessage(GstMessage *message)
         // Queued by an output's branch that has left the pipeline since.
         if (!gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_pipeline.get())))
             break;
-        const Error error = Gst::errorFromMessage(message).value_or(Error{});
-        for (const CaptureOutputPtr &output : outputs)
-            output->sessionDidFail(error);
-        stopRunning();
-        emit runtimeError(error);
+        fail(Gst::errorFromMessage(message).value_or(Error{}));
         break;
     }
+    case GST_MESSAGE_EOS:
+        // Live sources end only when their device goes away.
+        if (GST_MESSAGE_SRC(message) == GST_OBJECT(m_pipeline.get()))
+            fail(Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture device stopped sending media.")));
+        break;
     case GST_MESSAGE_ELEMENT: {
         const GstStructure *s = gst_message_get_structure(message);
         if (!s || !gst_structure_has_name(s, "level"))

@@ -132,7 +132,9 @@ public:
     GstClockTime runningTime() const;
 
 signals:
-    // A device or a converter failed while running; the session has stopped.
+    // A device or a converter failed, the pipeline could not start, or a
+    // source ended (a device unplugged); the session has stopped. Outputs
+    // were told first (CaptureOutput::sessionDidFail).
     void runtimeError(const Error &error);
 
 private:
@@ -144,6 +146,8 @@ private:
     };
 
     bool buildPipeline(Error *error);
+    // Tells the outputs, stops and reports: the one way a session fails.
+    void fail(const Error &error);
     void readBus();
     void handleMessage(GstMessage *message);
 

@@ -55,8 +55,10 @@ void CaptureVideoPreviewOutput::detach()
 {
     if (!m_bin)
         return;
-    // The pipeline may play on (the preview closes while recording): the
-    // branch leaves where the tee is idle.
+    // The pipeline may play on (the preview closes while recording). The
+    // branch is unlinked at once, not at an idle point: a frame already on
+    // its way finishes its push, and later ones meet an unlinked pad, which
+    // the tee is set to allow.
     if (m_teePad) {
         Gst::PadRef binSink(gst_element_get_static_pad(m_bin.element(), "sink"), Gst::Ref::Adopt);
         gst_pad_unlink(m_teePad.get(), binSink.get());

@@ -1,6 +1,9 @@
 #include "GLScreenGrabController.h"
 
+#include <xcb/randr.h>
 #include <xcb/xcb.h>
+
+#include <QRect>
 
 #include <cstdlib>
 #include <cstring>
@@ -19,6 +22,37 @@ struct FreeDeleter
 };
 template <typename T>
 using Reply = std::unique_ptr<T, FreeDeleter>;
+
+// Bits per pixel of the server's images at a depth (0: unknown).
+int bitsPerPixel(const xcb_setup_t *setup, uint8_t depth)
+{
+    for (xcb_format_iterator_t f = xcb_setup_pixmap_formats_iterator(setup); f.rem; xcb_format_next(&f))
+        if (f.data->depth == depth)
+            return f.data->bits_per_pixel;
+    return 0;
+}
+
+// The primary output's area on the root window, when RandR names one that
+// is lit; otherwise the whole root window is the main screen.
+QRect primaryOutputArea(xcb_connection_t *c, xcb_window_t root)
+{
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(c, &xcb_randr_id);
+    if (!extension || !extension->present)
+        return {};
+    Reply<xcb_randr_get_output_primary_reply_t> primary(
+        xcb_randr_get_output_primary_reply(c, xcb_randr_get_output_primary(c, root), nullptr));
+    if (!primary || primary->output == XCB_NONE)
+        return {};
+    Reply<xcb_randr_get_output_info_reply_t> output(
+        xcb_randr_get_output_info_reply(c, xcb_randr_get_output_info(c, primary->output, XCB_CURRENT_TIME), nullptr));
+    if (!output || output->crtc == XCB_NONE)
+        return {};
+    Reply<xcb_randr_get_crtc_info_reply_t> crtc(
+        xcb_randr_get_crtc_info_reply(c, xcb_randr_get_crtc_info(c, output->crtc, XCB_CURRENT_TIME), nullptr));
+    if (!crtc || crtc->width == 0 || crtc->height == 0)
+        return {};
+    return QRect(crtc->x, crtc->y, crtc->width, crtc->height);
+}
 
 } // namespace
 
@@ -51,13 +85,20 @@ QImage GLScreenGrabController::grab() const
     if (!it.rem)
         return {};
     const xcb_screen_t *screen = it.data;
-    const int width = screen->width_in_pixels;
-    const int height = screen->height_in_pixels;
-    if (width <= 0 || height <= 0)
+    const xcb_setup_t *setup = xcb_get_setup(connection.get());
+    // Format_RGB32 is 0xffRRGGBB in a native 32-bit word: the server must
+    // give 32-bit pixels of depth 24 or 32, least significant byte first
+    // (as this machine stores them).
+    if ((screen->root_depth != 24 && screen->root_depth != 32) || bitsPerPixel(setup, screen->root_depth) != 32 ||
+        setup->image_byte_order != XCB_IMAGE_ORDER_LSB_FIRST || Q_BYTE_ORDER != Q_LITTLE_ENDIAN)
         return {};
-    // Only the 24- and 32-bit depths store one pixel in 32 bits, BGRX in
-    // memory, which is what Format_RGB32 is on a little-endian machine.
-    if (screen->root_depth != 24 && screen->root_depth != 32)
+    QRect area(0, 0, screen->width_in_pixels, screen->height_in_pixels);
+    const QRect primary = primaryOutputArea(connection.get(), screen->root).intersected(area);
+    if (!primary.isEmpty())
+        area = primary;
+    const int width = area.width();
+    const int height = area.height();
+    if (width <= 0 || height <= 0)
         return {};
 
     QImage image(width, height, QImage::Format_RGB32);
@@ -71,8 +112,8 @@ QImage GLScreenGrabController::grab() const
         xcb_generic_error_t *rawError = nullptr;
         Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
             connection.get(),
-            xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, int16_t(y), uint16_t(width),
-                          uint16_t(rows), ~0u),
+            xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, int16_t(area.x()),
+                          int16_t(area.y() + y), uint16_t(width), uint16_t(rows), ~0u),
             &rawError));
         Reply<xcb_generic_error_t> error(rawError);
         if (!reply || error)
@@ -82,8 +123,14 @@ QImage GLScreenGrabController::grab() const
         const qsizetype sourceRow = qsizetype(width) * 4;
         if (length < sourceRow * rows)
             return {};
-        for (int r = 0; r < rows; ++r)
-            std::memcpy(image.scanLine(y + r), data + r * sourceRow, size_t(sourceRow));
+        for (int r = 0; r < rows; ++r) {
+            auto *line = reinterpret_cast<quint32 *>(image.scanLine(y + r));
+            std::memcpy(line, data + r * sourceRow, size_t(sourceRow));
+            // The padding byte is whatever the server left there; the image
+            // promises opaque pixels.
+            for (int x = 0; x < width; ++x)
+                line[x] |= 0xff000000u;
+        }
     }
     // The X server gives rows top-down already; no flip is needed here.
     image.setDevicePixelRatio(1.0);

@@ -4,7 +4,8 @@
 #include <QString>
 
 // One still picture of the whole main screen, for the screen source's
-// preview. Reads the X server's root window; the name is the system's.
+// preview. Reads the X server's root window, cropped to the RandR primary
+// output when the server names one; the name is the system's.
 class GLScreenGrabController final
 {
 public:

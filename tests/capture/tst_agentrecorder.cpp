@@ -33,10 +33,12 @@ private slots:
     void screenRecordingUnderXvfb();
     void defaultMicrophoneOfAPulseAudioServer();
     void unknownDeviceExitsAtOnce();
+    void muxedMicrophoneAndCameraByName();
+    void secondStopWhileFinishingExitsAtOnce();
     void screenWithoutDisplayExitsAtOnce();
 
 private:
-    void configure(const QString &capture, const QString &audioDevice);
+    void configure(const QString &capture, const QString &audioDevice, const QString &videoDevice = QString());
     QProcessEnvironment environment(bool testDevices = true) const;
     // Records 1.5 s, pauses 1.5 s, records 1.5 s more, then SIGTERM.
     Take record(const QString &movie, const QProcessEnvironment &env);
@@ -50,9 +52,11 @@ void TestAgentRecorder::initTestCase()
     QVERIFY(m_sim->installTools());
 }
 
-void TestAgentRecorder::configure(const QString &capture, const QString &audioDevice)
+void TestAgentRecorder::configure(const QString &capture, const QString &audioDevice, const QString &videoDevice)
 {
     QVariantMap config{{QStringLiteral("Capture"), capture}};
+    if (!videoDevice.isNull())
+        config.insert(QStringLiteral("VideoDevice"), videoDevice);
     if (!audioDevice.isNull())
         config.insert(QStringLiteral("AudioDevice"), audioDevice);
     QDir().mkpath(QFileInfo(m_sim->userConfig()).absolutePath());
@@ -219,6 +223,66 @@ void TestAgentRecorder::screenWithoutDisplayExitsAtOnce()
     QVERIFY(agent.waitForFinished(10000));
     QVERIFY(agent.exitCode() != 0);
     QVERIFY(agent.readAllStandardError().contains("DISPLAY"));
+}
+
+void TestAgentRecorder::muxedMicrophoneAndCameraByName()
+{
+    QProcessEnvironment env = environment();
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("muxed:dv1:Test Camcorder;camera:cam1:Front Camera"));
+
+    // A camcorder chosen as the microphone gives only its sound.
+    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:dv1"), QStringLiteral("Automatic"));
+    const QString audio = m_sim->home() + QStringLiteral("/LocalAudio-muxed.mov");
+    Take take = record(audio, env);
+    QVERIFY2(take.exitCode == 0, take.err.constData());
+    MovieInspection inspected = inspectMovie(audio);
+    QVERIFY(inspected.videoCodec.isEmpty());
+    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
+
+    // The client names the job's camera by its display name.
+    configure(QStringLiteral("Video:Better"), QStringLiteral("test:dv1"), QStringLiteral("Front Camera"));
+    const QString video = m_sim->home() + QStringLiteral("/LocalVideo-named.mov");
+    take = record(video, env);
+    QVERIFY2(take.exitCode == 0, take.err.constData());
+    inspected = inspectMovie(video);
+    QCOMPARE(inspected.videoCodec, QStringLiteral("video/x-h264"));
+    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
+
+    // A name that is a microphone's is no camera.
+    QProcess agent;
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("microphone:mic1:Desk Microphone"));
+    agent.setProcessEnvironment(env);
+    configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Desk Microphone"));
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov")});
+    QVERIFY(agent.waitForFinished(10000));
+    QCOMPARE(agent.exitCode(), 4);
+    QCOMPARE(agent.readAllStandardError(), QByteArray("orvxagentd: no camera \"Desk Microphone\".\n"));
+    configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Automatic"));
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov")});
+    QVERIFY(agent.waitForFinished(10000));
+    QCOMPARE(agent.exitCode(), 4);
+    QCOMPARE(agent.readAllStandardError(), QByteArray("orvxagentd: no camera to record from.\n"));
+}
+
+void TestAgentRecorder::secondStopWhileFinishingExitsAtOnce()
+{
+    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:mic1"));
+    const QString movie = m_sim->home() + QStringLiteral("/LocalAudio-twice.mov");
+    QProcess agent;
+    agent.setProcessEnvironment(environment());
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
+    QVERIFY(agent.waitForStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 0, 10000);
+    QTest::qWait(1500);
+    ::kill(pid_t(agent.processId()), SIGTERM);
+    ::kill(pid_t(agent.processId()), SIGTERM);
+    QVERIFY(agent.waitForFinished(20000));
+    QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(agent.exitCode(), 0);
+    // Whether or not the first stop got far: what is on disk plays.
+    const MovieInspection inspected = inspectMovie(movie);
+    QVERIFY(inspected.readable);
+    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
 }
 
 QTEST_GUILESS_MAIN(TestAgentRecorder)

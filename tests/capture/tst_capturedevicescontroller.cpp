@@ -46,6 +46,8 @@ private slots:
     void muxedCameraWithAnotherMicrophoneAddsTheMicrophoneFirst();
     void stoppedRecordingKeepsAPausedFileAndReportsNil();
     void cancelledRecordingRemovesTheFileWithoutReporting();
+    void deviceLostWhilePreviewingEndsTheRequestedRecordingWithAnError();
+    void deviceLostWhileRecordingReportsTheErrorOnce();
     void missingCompressionLeavesThePlatformDefaultSilently();
     void separatorTitleAppendsASeparator();
 
@@ -242,13 +244,19 @@ void TestCaptureDevicesController::muxedCameraWithAnotherMicrophoneAddsTheMicrop
 
 void TestCaptureDevicesController::stoppedRecordingKeepsAPausedFileAndReportsNil()
 {
+    // A space in the folder, as in the default one: URLs are logged encoded.
+    const QString spaced = m_sandbox->path() + QStringLiteral("/Application Support");
+    QVERIFY(QDir().mkpath(spaced));
+    LXUserDefaults::standard().setObject(spaced, LXDefaultsKeys::LocalRecordSpoolPath);
     Log::Capture log;
     CaptureDevicesController devices;
     FakeApplicationController app;
     devices.setController(&app);
     devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
+    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath);
     const QString path = app.theJob->movieFilePaths()->last();
-    const QString url = QUrl::fromLocalFile(path).toString();
+    const QString url = QStringLiteral("file://") + QString(path).replace(QLatin1Char(' '), QStringLiteral("%20"));
+    QVERIFY(url.contains(QStringLiteral("/Application%20Support/LocalVideo-")));
 
     QElapsedTimer recorded;
     devices.beginRecording();
@@ -355,6 +363,85 @@ void TestCaptureDevicesController::separatorTitleAppendsASeparator()
     QCOMPARE(items[3]->shortcut(), QKeySequence(QStringLiteral("Ctrl+M")));
     items[1]->trigger();
     QCOMPARE(triggered, 1);
+}
+
+void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedRecordingWithAnError()
+{
+    auto &registry = CaptureDeviceRegistry::instance();
+    CaptureDevicesController devices;
+    FakeApplicationController app;
+    devices.setController(&app);
+    for (const bool cancel : {false, true}) {
+        QVERIFY(registry.addTestDevice(QStringLiteral("camera:gone:Unplugged Camera")));
+        devices.refreshDevices();
+        Log::Capture log;
+        devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:gone"), QStringLiteral("test:mic1"));
+        QVERIFY(devices.captureSession() && devices.captureSession()->isRunning());
+        const QString path = app.theJob->movieFilePaths()->last();
+        QVERIFY(registry.removeTestDevice(QStringLiteral("test:gone")));
+        QTRY_VERIFY_WITH_TIMEOUT(!devices.captureSession()->isRunning(), 5000);
+        const QString failure = log.lines().value(0);
+        QVERIFY2(failure.startsWith(QStringLiteral("Capture session stopped due to error: Error Domain=gst-resource-error-quark "
+                                                   "Code=3 \"The capture device Unplugged Camera was disconnected.\"")),
+                 qPrintable(failure));
+
+        // The recording asked for on a dead session cannot start, and its
+        // stop or cancel still ends it.
+        devices.beginRecording();
+        if (cancel)
+            devices.cancelRecording();
+        else
+            devices.stopRecording();
+        QTRY_VERIFY_WITH_TIMEOUT(!devices.captureSession(), 5000);
+        QTest::qWait(200);
+        QVERIFY(!QFile::exists(path));
+        const QString url = QUrl::fromLocalFile(path).toString();
+        const QString stoppedDueToError = QStringLiteral("Stopped due to error: Error Domain=gst-resource-error-quark Code=3 "
+                                                         "\"The capture device Unplugged Camera was disconnected.\": {\n"
+                                                         "    NSLocalizedDescription = The capture device Unplugged Camera was disconnected.;\n}");
+        QStringList expected{failure, QStringLiteral("Starting capture: ") + url,
+                             cancel ? QStringLiteral("Stopping capture and discarding movie file") : QStringLiteral("Stopping capture"),
+                             QStringLiteral("Will finish recording to: ") + url, QStringLiteral("Finished recording to: ") + url,
+                             stoppedDueToError};
+        if (cancel)
+            expected << QStringLiteral("Could not delete recording at ") + path +
+                            QStringLiteral(" ({\n    NSLocalizedDescription = No such file or directory;\n})");
+        QCOMPARE(log.lines(), expected);
+    }
+    // Only the stopped one reports, once, with the session's error.
+    QCOMPARE(app.stops.size(), 1);
+    QVERIFY(app.stops[0]);
+    QCOMPARE(app.stops[0]->domain, QStringLiteral("gst-resource-error-quark"));
+    QVERIFY(app.alerts.isEmpty());
+    QVERIFY(!CaptureDeviceRegistry::instance().deviceWithUniqueID(QStringLiteral("test:mic1"))->isOpen());
+}
+
+void TestCaptureDevicesController::deviceLostWhileRecordingReportsTheErrorOnce()
+{
+    auto &registry = CaptureDeviceRegistry::instance();
+    QVERIFY(registry.addTestDevice(QStringLiteral("microphone:gone:Unplugged Microphone")));
+    Log::Capture log;
+    CaptureDevicesController devices;
+    FakeApplicationController app;
+    devices.setController(&app);
+    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:gone"));
+    const QString path = app.theJob->movieFilePaths()->last();
+    devices.beginRecording();
+    QTest::qWait(1500);
+    QVERIFY(registry.removeTestDevice(QStringLiteral("test:gone")));
+    QTRY_COMPARE_WITH_TIMEOUT(app.stops.size(), 1, 20000);
+    QVERIFY(app.stops[0]);
+    QCOMPARE(app.stops[0]->domain, QStringLiteral("gst-resource-error-quark"));
+    QVERIFY(!devices.captureSession());
+    QVERIFY(log.contains(QStringLiteral("Will finish recording to: ") + QUrl::fromLocalFile(path).toString()));
+    // The file is closed properly up to the loss.
+    const MovieInspection movie = inspectMovie(path);
+    QCOMPARE(movie.videoCodec, QStringLiteral("video/x-h264"));
+    QVERIFY2(movie.containerDuration > 1.0, qPrintable(QString::number(movie.containerDuration)));
+    // The user's stop that follows finds nothing left to end.
+    devices.stopRecording();
+    QTest::qWait(300);
+    QCOMPARE(app.stops.size(), 1);
 }
 
 QTEST_MAIN(TestCaptureDevicesController)

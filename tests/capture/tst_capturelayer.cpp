@@ -19,6 +19,7 @@ struct FinishRecord
 {
     int willFinish = 0;
     int didFinish = 0;
+    QStringList order;
     QUrl url;
     std::optional<Error> error;
     bool onMainThread = true;
@@ -33,6 +34,7 @@ public:
                                           const std::optional<Error> &) override
     {
         ++record.willFinish;
+        record.order << QStringLiteral("will");
         record.url = url;
         record.onMainThread &= QThread::currentThread() == qApp->thread();
     }
@@ -40,6 +42,7 @@ public:
                                          const std::optional<Error> &error) override
     {
         ++record.didFinish;
+        record.order << QStringLiteral("did");
         record.url = url;
         record.error = error;
         record.onMainThread &= QThread::currentThread() == qApp->thread();
@@ -104,6 +107,11 @@ private slots:
     void manyFragmentsStillFinishAPlainMovie();
     void connectionsWithoutOptionsGetThePlatformDefault();
     void unwritableFileFinishesWithAnError();
+    void sourceEndingFinishesLikeAStopWithAnError();
+    void stoppingTheSessionMidRecordingStillFinishesAPlainMovie();
+    void discardedRecordingIsNotRewrittenAndStaleRewritesGo();
+    void sessionWithoutStreamsRefusesToRecord();
+    void failedRewriteKeepsTheOriginal();
     void soundConnectionReportsTheAudioLevel();
     void previewShowsFramesWhileRecording();
 
@@ -311,6 +319,126 @@ void TestCaptureLayer::previewShowsFramesWhileRecording()
     const MovieInspection movie = inspectMovie(path);
     QVERIFY2(movie.videoFrames >= 55, qPrintable(QString::number(movie.videoFrames)));
     QVERIFY(movie.largestVideoGap < 0.1);
+}
+
+void TestCaptureLayer::sourceEndingFinishesLikeAStopWithAnError()
+{
+    Rig rig({QStringLiteral("test:dv1")});
+    QSignalSpy failures(rig.session.get(), &CaptureSession::runtimeError);
+    const QString path = moviePath(QStringLiteral("source-ended.mov"));
+    rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
+    wait(1500);
+    // How a device that goes away may end: its source sends end-of-stream.
+    const CaptureDevicePtr camcorder = CaptureDeviceRegistry::instance().deviceWithUniqueID(QStringLiteral("test:dv1"));
+    gst_element_send_event(camcorder->source(), gst_event_new_eos());
+    QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 20000);
+    QCOMPARE(rig.delegate.record.order, QStringList({"will", "did"}));
+    QVERIFY(rig.delegate.record.error);
+    QVERIFY(!rig.output->isRecording());
+    QVERIFY(rig.output->outputFileURL().isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(failures.count(), 1, 5000);
+    QVERIFY(!rig.session->isRunning());
+    const MovieInspection movie = inspectMovie(path);
+    QVERIFY(movie.readable);
+    QVERIFY(!movie.topLevelAtoms.contains(QStringLiteral("moof")));
+    QVERIFY2(movie.containerDuration > 1.2, qPrintable(QString::number(movie.containerDuration)));
+}
+
+void TestCaptureLayer::stoppingTheSessionMidRecordingStillFinishesAPlainMovie()
+{
+    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    const QString path = moviePath(QStringLiteral("session-stopped.mov"));
+    rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
+    wait(1500);
+    const double recorded = std::chrono::duration<double>(rig.output->recordedDuration()).count();
+    // The file drains on its own once the session has stopped.
+    rig.session->stopRunning();
+    QVERIFY(!rig.output->isRecording());
+    QCOMPARE(rig.delegate.record.didFinish, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 20000);
+    QCOMPARE(rig.delegate.record.order, QStringList({"will", "did"}));
+    QVERIFY(!rig.delegate.record.error);
+    const MovieInspection movie = inspectMovie(path);
+    QCOMPARE(movie.videoCodec, QStringLiteral("video/x-h264"));
+    QCOMPARE(movie.audioCodec, QStringLiteral("audio/mpeg"));
+    QVERIFY(!movie.topLevelAtoms.contains(QStringLiteral("moof")));
+    QVERIFY2(qAbs(movie.containerDuration - recorded) < 0.3,
+             qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recorded)));
+
+    // A URL given while the session is down waits for it to run again.
+    const QString next = moviePath(QStringLiteral("after-restart.mov"));
+    rig.output->recordToOutputFileURL(QUrl::fromLocalFile(next));
+    QVERIFY(!rig.output->isRecording());
+    rig.session->startRunning();
+    QVERIFY(rig.output->isRecording());
+    wait(500);
+    rig.output->recordToOutputFileURL(QUrl());
+    QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 2, 20000);
+    QVERIFY(!rig.delegate.record.error);
+    QVERIFY(inspectMovie(next).readable);
+}
+
+void TestCaptureLayer::discardedRecordingIsNotRewrittenAndStaleRewritesGo()
+{
+    const QString folder = moviePath(QStringLiteral("stale"));
+    QVERIFY(QDir().mkpath(folder));
+    const auto touch = [](const QString &file, const QDateTime &modified) {
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("half a movie");
+        f.flush();
+        QVERIFY(f.setFileTime(modified, QFileDevice::FileModificationTime));
+    };
+    const QString stale = folder + QStringLiteral("/LocalVideo-old.mov.remux");
+    const QString fresh = folder + QStringLiteral("/LocalAudio-agent.mov.remux");
+    touch(stale, QDateTime::currentDateTime().addSecs(-3600));
+    // Another process may be writing this one right now.
+    touch(fresh, QDateTime::currentDateTime());
+
+    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    const QString path = folder + QStringLiteral("/discarded.mov");
+    rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
+    QVERIFY(!QFile::exists(stale));
+    QVERIFY(QFile::exists(fresh));
+    wait(1000);
+    rig.output->recordToOutputFileURL(QUrl(), CaptureMovieFileOutput::FinishMode::Discard);
+    QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 20000);
+    QVERIFY(!rig.delegate.record.error);
+    // Closed, but left fragmented: it is about to be deleted.
+    const MovieInspection movie = inspectMovie(path);
+    QVERIFY(movie.readable);
+    QVERIFY2(movie.topLevelAtoms.contains(QStringLiteral("moof")), qPrintable(movie.topLevelAtoms.join(',')));
+    QVERIFY(!QFile::exists(path + QStringLiteral(".remux")));
+}
+
+void TestCaptureLayer::sessionWithoutStreamsRefusesToRecord()
+{
+    Rig rig({});
+    QVERIFY(rig.output->connections().isEmpty());
+    rig.output->recordToOutputFileURL(QUrl::fromLocalFile(moviePath(QStringLiteral("nothing.mov"))));
+    QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 5000);
+    QCOMPARE(rig.delegate.record.order, QStringList({"will", "did"}));
+    QVERIFY(rig.delegate.record.error);
+    QVERIFY(!rig.output->isRecording());
+    QVERIFY(!QFile::exists(moviePath(QStringLiteral("nothing.mov"))));
+}
+
+void TestCaptureLayer::failedRewriteKeepsTheOriginal()
+{
+    const QString path = moviePath(QStringLiteral("not-a-movie.mov"));
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(4096, 'x'));
+    }
+    QVERIFY(CaptureMovieFileOutput::remuxToPlainMovie(path));
+    QCOMPARE(QFileInfo(path).size(), 4096);
+    QVERIFY(!QFile::exists(path + QStringLiteral(".remux")));
+    // Gone before the rewrite: nothing appears in its place.
+    QVERIFY(QFile::remove(path));
+    QVERIFY(CaptureMovieFileOutput::remuxToPlainMovie(path));
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(!QFile::exists(path + QStringLiteral(".remux")));
 }
 
 QTEST_MAIN(TestCaptureLayer)

@@ -40,6 +40,7 @@ private slots:
     void flipReversesTheRowOrder();
     void grabIsTopDownWithTheScreensSize();
     void noDisplayGivesANullImage();
+    void screenWithout32BitPixelsGivesANullImage();
 };
 
 void TestScreenGrab::flipReversesTheRowOrder_data()
@@ -88,6 +89,21 @@ void TestScreenGrab::grabIsTopDownWithTheScreensSize()
     QCOMPARE(image.pixel(0, 239) & 0xffffff, 0x00ff00u);
     QCOMPARE(image.pixel(319, 0) & 0xffffff, 0x0000ffu);
     QVERIFY((image.pixel(0, 4) & 0xffffff) != 0xff0000u);
+    // Every stored pixel opaque, whatever the server left in the padding
+    // byte (pixel() would hide it: it adds the alpha itself).
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const quint32 *>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            QCOMPARE(line[x] >> 24, 0xffu);
+    }
+}
+
+void TestScreenGrab::screenWithout32BitPixelsGivesANullImage()
+{
+    XvfbServer server(QStringLiteral("320x240x16"));
+    if (server.display().isEmpty())
+        QSKIP("Xvfb could not be started");
+    QVERIFY(GLScreenGrabController(server.display()).grab().isNull());
 }
 
 void TestScreenGrab::noDisplayGivesANullImage()

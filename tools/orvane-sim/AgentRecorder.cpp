@@ -12,6 +12,7 @@
 #include <QSocketNotifier>
 
 #include <csignal>
+#include <pthread.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -51,12 +52,44 @@ bool isAutomatic(const QString &device)
     return device.isEmpty() || device == QLatin1String("(null)") || device == QLatin1String("Automatic");
 }
 
+bool offersVideo(const CaptureDevicePtr &device)
+{
+    return device && (device->hasMediaType(MediaType::Video) || device->hasMediaType(MediaType::Muxed));
+}
+
+bool offersSound(const CaptureDevicePtr &device)
+{
+    return device && (device->hasMediaType(MediaType::Sound) || device->hasMediaType(MediaType::Muxed));
+}
+
+// The client writes the job camera's "name" as the video device; a
+// uniqueID is taken too.
+CaptureDevicePtr cameraNamed(const QString &name)
+{
+    auto &registry = CaptureDeviceRegistry::instance();
+    if (const CaptureDevicePtr byID = registry.deviceWithUniqueID(name); offersVideo(byID))
+        return byID;
+    for (const CaptureDevicePtr &device : registry.devices())
+        if (device->localizedDisplayName() == name && offersVideo(device))
+            return device;
+    return nullptr;
+}
+
+// Children (GStreamer's plugin scanner) must not inherit the blocked
+// control signals, or a SIGTERM to them would never arrive.
+void unblockControlSignalsInChild()
+{
+    const sigset_t set = controlSignals();
+    sigprocmask(SIG_UNBLOCK, &set, nullptr);
+}
+
 } // namespace
 
 void AgentRecorder::blockControlSignals()
 {
+    pthread_atfork(nullptr, nullptr, unblockControlSignalsInChild);
     const sigset_t set = controlSignals();
-    sigprocmask(SIG_BLOCK, &set, nullptr);
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
 }
 
 int AgentRecorder::run(const QStringList &arguments)
@@ -82,6 +115,17 @@ int AgentRecorder::run(const QStringList &arguments)
         return failure.status();
     }
 
+    // GStreamer loads its registry here, perhaps starting its plugin scanner
+    // through posix_spawn, which skips fork handlers: the scanner must get
+    // the default mask. gst_init starts no thread, so none keeps it; a stop
+    // that arrives meanwhile ends the agent before it records anything.
+    {
+        const sigset_t set = controlSignals();
+        pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+        Gst::ensureInitialized();
+        pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    }
+
     const QVariantMap configuration = AgentConfig(Paths::userAgentConfig()).values();
     const QString capture = configuration.value(QStringLiteral("Capture")).toString();
     const QString mode = capture.section(QLatin1Char(':'), 0, 0);
@@ -91,7 +135,7 @@ int AgentRecorder::run(const QStringList &arguments)
 
     auto &registry = CaptureDeviceRegistry::instance();
     const CaptureDevicePtr microphone = isAutomatic(audioID) ? registry.defaultMicrophone() : registry.deviceWithUniqueID(audioID);
-    if (!microphone || !microphone->hasMediaType(MediaType::Sound)) {
+    if (!offersSound(microphone)) {
         Console::err(isAutomatic(audioID) ? QStringLiteral("orvxagentd: no microphone to record from.\n")
                                           : QStringLiteral("orvxagentd: no microphone \"%1\".\n").arg(audioID));
         return kNoSource;
@@ -105,20 +149,34 @@ int AgentRecorder::run(const QStringList &arguments)
         picture = std::make_shared<CaptureDevice>(CaptureDevice::Kind::Screen, QStringLiteral("screen"),
                                                   QStringLiteral("Screen"));
     } else if (mode == QLatin1String("Video")) {
-        const QList<CaptureDevicePtr> cameras = registry.devicesWithMediaType(MediaType::Video);
-        picture = isAutomatic(videoID) ? cameras.value(0) : registry.deviceWithUniqueID(videoID);
+        if (isAutomatic(videoID)) {
+            QList<CaptureDevicePtr> cameras = registry.devicesWithMediaType(MediaType::Video);
+            cameras += registry.devicesWithMediaType(MediaType::Muxed);
+            picture = cameras.value(0);
+        } else {
+            picture = cameraNamed(videoID);
+        }
         if (!picture) {
-            Console::err(QStringLiteral("orvxagentd: no camera \"%1\".\n").arg(videoID));
+            Console::err(isAutomatic(videoID) ? QStringLiteral("orvxagentd: no camera to record from.\n")
+                                              : QStringLiteral("orvxagentd: no camera \"%1\".\n").arg(videoID));
             return kNoSource;
         }
     }
 
     auto session = std::make_shared<CaptureSession>();
     for (const CaptureDevicePtr &device : {microphone, picture}) {
-        if (!device)
-            continue;
+        if (!device || (device == picture && picture == microphone))
+            continue; // one device giving both is one input
         Error error;
-        if (!device->open(&error) || !session->addInput(std::make_shared<CaptureDeviceInput>(device), &error)) {
+        const auto input = device->open(&error) ? std::make_shared<CaptureDeviceInput>(device) : nullptr;
+        // A muxed device gives only what it was chosen for, unless it was
+        // chosen for both.
+        if (input && device->hasMediaType(MediaType::Muxed) && picture != microphone) {
+            const QString wanted = device == microphone ? MediaType::Sound : MediaType::Video;
+            for (const CaptureConnectionPtr &connection : input->connections())
+                connection->setEnabled(connection->mediaType() == wanted);
+        }
+        if (!input || !session->addInput(input, &error)) {
             Console::err(QStringLiteral("orvxagentd: cannot open %1: %2\n")
                              .arg(device->localizedDisplayName(), error.localizedDescription));
             return kNoSource;
@@ -156,6 +214,7 @@ int AgentRecorder::run(const QStringList &arguments)
         return ToolFailure::kRefused;
     }
     QSocketNotifier notifier(signalFd, QSocketNotifier::Read);
+    bool finishing = false;
     QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
         signalfd_siginfo info;
         while (::read(signalFd, &info, sizeof info) == sizeof info) {
@@ -167,6 +226,13 @@ int AgentRecorder::run(const QStringList &arguments)
                 output->resumeRecording();
                 break;
             default:
+                if (finishing) {
+                    // Asked twice: the fragmented file on disk plays as it
+                    // is; only its rewrite is given up.
+                    Console::err(QStringLiteral("orvxagentd: stopping without finishing %1.\n").arg(moviePath));
+                    ::_exit(0);
+                }
+                finishing = true;
                 output->recordToOutputFileURL(QUrl());
                 break;
             }
