@@ -353,7 +353,9 @@ void LXController::updateBoundControls()
     button->setImageName(recordOrPauseImage());
     button->setToolTip(recordPauseMenuTitle());
     button->setEnabled(canRecordOrPause());
-    m_window->microphonesPopUpButton->setHidden(microphoneListShouldBeHidden());
+    // An empty menu offers nothing to choose: hidden as well.
+    m_window->microphonesPopUpButton->setHidden(microphoneListShouldBeHidden()
+                                                || m_window->microphonesPopUpButton->count() == 0);
 }
 
 void LXController::showPage(QWidget *page)
@@ -619,6 +621,8 @@ void LXController::rebuildInputDevicesList()
     menu->clear();
     for (const QVariant &camera : m_remoteCameras)
         menu->addItem(camera.toMap().value(QStringLiteral("name")).toString());
+    menu->updateGeometry();
+    updateBoundControls();
 }
 
 void LXController::tearDownLocalCameraAndMicrophone()

@@ -148,7 +148,9 @@ QWidget *LXMainWindow::makePreviewRecord()
     previewImage->setAlignment(Qt::AlignCenter);
     previewImage->setMinimumSize(320, 200);
     previewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    previewImage->setStyleSheet(QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px;"));
+    previewImage->setStyleSheet(
+        QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px; color: #5a5a62;"));
+    previewImage->setText(tr("No preview yet"));
     screenPreviewImage = new QLabel(page);
     screenPreviewImage->setAlignment(Qt::AlignCenter);
     screenPreviewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);

@@ -11,6 +11,22 @@ VKPopUpButton::VKPopUpButton(QWidget *parent)
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
 }
 
+QSize VKPopUpButton::sizeHint() const
+{
+    // Room for the longest item, the rounded ends and the chevrons.
+    int widest = 0;
+    for (int i = 0; i < count(); ++i)
+        widest = qMax(widest, fontMetrics().horizontalAdvance(itemText(i)));
+    const int height = qMax(28, fontMetrics().height() + 12);
+    return {qMin(widest, 320) + height / 2 + int(height * 0.9) + 6, height};
+}
+
+QSize VKPopUpButton::minimumSizeHint() const
+{
+    const QSize hint = sizeHint();
+    return {qMin(hint.width(), 120), hint.height()};
+}
+
 void VKPopUpButton::paintEvent(QPaintEvent *)
 {
     QPainter p(this);

@@ -12,6 +12,9 @@ class VKPopUpButton final : public QComboBox
 public:
     explicit VKPopUpButton(QWidget *parent = nullptr);
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
