@@ -1,7 +1,8 @@
 // The floor for the start-up benchmark: a bare Qt window that reports its
 // first paint the same way the application does.
+#include "server/ResidentMemory.h"
+
 #include <QApplication>
-#include <QFile>
 #include <QLabel>
 #include <QPaintEvent>
 
@@ -22,15 +23,7 @@ protected:
         QMetaObject::invokeMethod(
             this,
             [] {
-                long rss = 0;
-                QFile status(QStringLiteral("/proc/self/status"));
-                if (status.open(QIODevice::ReadOnly)) {
-                    for (const QByteArray &line : status.readAll().split('\n')) {
-                        if (line.startsWith("VmRSS:"))
-                            rss = line.mid(6).trimmed().split(' ').first().toLong();
-                    }
-                }
-                std::printf("painted %ld\n", rss);
+                std::printf("painted %ld\n", residentMemoryKiB());
                 std::fflush(stdout);
                 std::_Exit(0);
             },

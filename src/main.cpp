@@ -1,7 +1,7 @@
 #include "app/LXApplication.h"
 #include "app/LXController.h"
+#include "server/ResidentMemory.h"
 
-#include <QFile>
 #include <QWidget>
 
 #include <cstdio>
@@ -21,15 +21,7 @@ protected:
             QMetaObject::invokeMethod(
                 qApp,
                 [] {
-                    long rss = 0;
-                    QFile status(QStringLiteral("/proc/self/status"));
-                    if (status.open(QIODevice::ReadOnly)) {
-                        for (const QByteArray &line : status.readAll().split('\n')) {
-                            if (line.startsWith("VmRSS:"))
-                                rss = line.mid(6).trimmed().split(' ').first().toLong();
-                        }
-                    }
-                    std::printf("painted %ld\n", rss);
+                    std::printf("painted %ld\n", residentMemoryKiB());
                     std::fflush(stdout);
                     std::_Exit(0);
                 },

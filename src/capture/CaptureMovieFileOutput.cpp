@@ -486,13 +486,7 @@ void CaptureMovieFileOutput::releaseFromSession(const RecordingPtr &recording)
         gst_bin_remove(GST_BIN(parent), bin);
         gst_object_unref(parent);
     }
-    for (Recording::Branch &branch : recording->branches) {
-        if (branch.probeId)
-            gst_pad_remove_probe(branch.teePad.get(), std::exchange(branch.probeId, 0));
-        if (branch.teePad)
-            gst_element_release_request_pad(branch.tee.element(), branch.teePad.get());
-        branch.teePad = {};
-    }
+    releaseBranches(recording);
     if (GST_STATE(bin) < GST_STATE_PAUSED && GST_STATE_PENDING(bin) < GST_STATE_PAUSED) {
         // Never got going (its sink refused to open): nothing to drain.
         abandonRecording(recording, recording->error.value_or(Gst::coreError(
@@ -510,6 +504,17 @@ void CaptureMovieFileOutput::releaseFromSession(const RecordingPtr &recording)
     });
 }
 
+void CaptureMovieFileOutput::releaseBranches(const RecordingPtr &recording)
+{
+    for (Recording::Branch &branch : recording->branches) {
+        if (branch.probeId)
+            gst_pad_remove_probe(branch.teePad.get(), std::exchange(branch.probeId, 0));
+        if (branch.teePad)
+            gst_element_release_request_pad(branch.tee.element(), branch.teePad.get());
+        branch.teePad = {};
+    }
+}
+
 void CaptureMovieFileOutput::readRecordingBus(const RecordingPtr &recording)
 {
     while (recording->bus && !recording->completed) {
@@ -523,13 +528,7 @@ void CaptureMovieFileOutput::readRecordingBus(const RecordingPtr &recording)
 void CaptureMovieFileOutput::removeBin(const RecordingPtr &recording)
 {
     delete recording->busNotifier.data();
-    for (Recording::Branch &branch : recording->branches) {
-        if (branch.probeId)
-            gst_pad_remove_probe(branch.teePad.get(), std::exchange(branch.probeId, 0));
-        if (branch.teePad)
-            gst_element_release_request_pad(branch.tee.element(), branch.teePad.get());
-        branch.teePad = {};
-    }
+    releaseBranches(recording);
     if (!recording->bin)
         return;
     gst_element_set_state(recording->bin.element(), GST_STATE_NULL);

@@ -103,6 +103,8 @@ private:
     void endOfStream(const RecordingPtr &recording);
     void completeRecording(const RecordingPtr &recording, bool remux);
     void releaseFromSession(const RecordingPtr &recording);
+    // Takes the recording's pads off the tees, probes first.
+    void releaseBranches(const RecordingPtr &recording);
     void readRecordingBus(const RecordingPtr &recording);
     bool handleRecordingMessage(const RecordingPtr &recording, GstMessage *message);
     void removeBin(const RecordingPtr &recording);
