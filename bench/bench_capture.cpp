@@ -36,7 +36,7 @@ namespace {
 
 double cpuSeconds(int who)
 {
-    rusage usage{};
+    rusage usage {};
     getrusage(who, &usage);
     return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
@@ -53,18 +53,20 @@ long peakResidentKiB()
 
 int countVideoFrames(const QString &path)
 {
-    const QByteArray description = "filesrc location=\"" + path.toUtf8() +
-                                   "\" ! qtdemux name=d d.video_0 ! fakesink name=sink signal-handoffs=true";
+    const QByteArray description = "filesrc location=\"" + path.toUtf8()
+        + "\" ! qtdemux name=d d.video_0 ! fakesink name=sink signal-handoffs=true";
     GstElement *pipeline = gst_parse_launch(description.constData(), nullptr);
     if (!pipeline)
         return -1;
     int frames = 0;
     GstElement *sink = gst_bin_get_by_name(GST_BIN(pipeline), "sink");
-    g_signal_connect(sink, "handoff", G_CALLBACK(+[](GstElement *, GstBuffer *, GstPad *, gpointer n) { ++*static_cast<int *>(n); }), &frames);
+    g_signal_connect(sink, "handoff",
+        G_CALLBACK(+[](GstElement *, GstBuffer *, GstPad *, gpointer n) { ++*static_cast<int *>(n); }), &frames);
     gst_object_unref(sink);
     gst_element_set_state(pipeline, GST_STATE_PLAYING);
     GstBus *bus = gst_element_get_bus(pipeline);
-    if (GstMessage *m = gst_bus_timed_pop_filtered(bus, 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)))
+    if (GstMessage *m
+        = gst_bus_timed_pop_filtered(bus, 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)))
         gst_message_unref(m);
     gst_object_unref(bus);
     gst_element_set_state(pipeline, GST_STATE_NULL);
@@ -78,7 +80,7 @@ public:
     std::shared_ptr<PodcastJob> theJob = std::make_shared<PodcastJob>();
     bool stopped = false;
     std::shared_ptr<PodcastJob> job() override { return theJob; }
-    void rebuildInputDevicesList() override {}
+    void rebuildInputDevicesList() override { }
     void alertUserToError(const Error &error) override
     {
         std::fprintf(stderr, "alert: %s\n", qPrintable(error.localizedDescription));
@@ -130,17 +132,18 @@ int main(int argc, char **argv)
     const QString barePath = dir.path() + QStringLiteral("/bare.mov");
     // Its CPU time comes from wait4() on that very child, so nothing else
     // the benchmark started is counted with it.
-    const QByteArray pipeline =
-        "videotestsrc is-live=true pattern=smpte ! video/x-raw,width=640,height=480,framerate=30/1 ! "
-        "timeoverlay ! videoconvert ! videoscale ! video/x-raw,format=I420 ! "
-        "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 ! queue ! mux. "
-        "audiotestsrc is-live=true wave=sine ! audio/x-raw,rate=48000,channels=2 ! audioconvert ! "
-        "audioresample ! voaacenc bitrate=192000 ! queue ! mux. qtmux name=mux fragment-duration=500 ! "
-        "filesink location=" + barePath.toUtf8();
+    const QByteArray pipeline
+        = "videotestsrc is-live=true pattern=smpte ! video/x-raw,width=640,height=480,framerate=30/1 ! "
+          "timeoverlay ! videoconvert ! videoscale ! video/x-raw,format=I420 ! "
+          "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 ! queue ! mux. "
+          "audiotestsrc is-live=true wave=sine ! audio/x-raw,rate=48000,channels=2 ! audioconvert ! "
+          "audioresample ! voaacenc bitrate=192000 ! queue ! mux. qtmux name=mux fragment-duration=500 ! "
+          "filesink location="
+        + barePath.toUtf8();
     // One argument per token: gst-launch quotes an argument that holds spaces.
     QList<QByteArray> tokens = pipeline.split(' ');
-    std::vector<char *> argvBare{const_cast<char *>("gst-launch-1.0"), const_cast<char *>("-e"),
-                                 const_cast<char *>("-q")};
+    std::vector<char *> argvBare { const_cast<char *>("gst-launch-1.0"), const_cast<char *>("-e"),
+        const_cast<char *>("-q") };
     for (QByteArray &t : tokens)
         argvBare.push_back(t.data());
     argvBare.push_back(nullptr);
@@ -152,7 +155,7 @@ int main(int argc, char **argv)
     QThread::sleep(seconds);
     ::kill(child, SIGINT); // with -e: end-of-stream, a finished file
     int status = 0;
-    rusage childUsage{};
+    rusage childUsage {};
     ::wait4(child, &status, 0, &childUsage);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
         std::fprintf(stderr, "gst-launch-1.0 ended with status %d\n", status);
@@ -162,7 +165,8 @@ int main(int argc, char **argv)
     std::printf("recorded seconds              %8.2f\n", recorded);
     std::printf("client CPU s per recorded s   %8.3f\n", clientCpu / recorded);
     std::printf("gst-launch CPU s per s        %8.3f\n", bareCpu / seconds);
-    std::printf("ratio client / bare           %8.2f   (target <= 1.15)\n", bareCpu > 0 ? (clientCpu / recorded) / (bareCpu / seconds) : 0.0);
+    std::printf("ratio client / bare           %8.2f   (target <= 1.15)\n",
+        bareCpu > 0 ? (clientCpu / recorded) / (bareCpu / seconds) : 0.0);
     std::printf("client peak resident MB       %8.1f   (target < 120)\n", peakKiB / 1024.0);
     std::printf("frames written / expected     %5d / %d\n", frames, int(recorded * 30));
     return 0;

@@ -19,24 +19,24 @@ QString makeToolOutput(int entries)
     QVariantList workflows;
     workflows.reserve(entries);
     for (int i = 0; i < entries; ++i) {
-        workflows.append(QVariantMap{
-            {QStringLiteral("name"), QStringLiteral("workflow-%1").arg(i)},
-            {QStringLiteral("title"), QStringLiteral("Lecture capture, room %1\n$$$$\nPublishes to the course page").arg(i)},
-            {QStringLiteral("description"),
-             QStringLiteral("Encodes the recording for the web, adds captions and publishes it to the course "
-                            "page of the lecture series number %1, then tells the lecturer by e-mail.")
-                 .arg(i)},
-            {QStringLiteral("uuid"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
+        workflows.append(QVariantMap {
+            { QStringLiteral("name"), QStringLiteral("workflow-%1").arg(i) },
+            { QStringLiteral("title"),
+                QStringLiteral("Lecture capture, room %1\n$$$$\nPublishes to the course page").arg(i) },
+            { QStringLiteral("description"),
+                QStringLiteral("Encodes the recording for the web, adds captions and publishes it to the course "
+                               "page of the lecture series number %1, then tells the lecturer by e-mail.")
+                    .arg(i) },
+            { QStringLiteral("uuid"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() },
         });
     }
-    const QByteArray xml = PropertyList::toXml(QVariantMap{{QStringLiteral("workflows"), workflows}});
+    const QByteArray xml = PropertyList::toXml(QVariantMap { { QStringLiteral("workflows"), workflows } });
     return QStringLiteral("Connecting to https://media.example.edu:8170/orvane ...\nAuthenticated.\n"
                           "Fetching workflows: 100%\n")
         + QString::fromUtf8(xml);
 }
 
-template<typename F>
-double medianMs(int runs, F &&f)
+template<typename F> double medianMs(int runs, F &&f)
 {
     std::vector<double> times;
     for (int i = 0; i < runs; ++i) {

@@ -21,7 +21,7 @@ double bareForkExecWait(const QByteArray &program, int iterations)
     for (int i = 0; i < iterations; ++i) {
         const pid_t pid = ::fork();
         if (pid == 0) {
-            char *const argv[] = {const_cast<char *>(program.constData()), nullptr};
+            char *const argv[] = { const_cast<char *>(program.constData()), nullptr };
             ::execv(program.constData(), argv);
             ::_exit(127);
         }
@@ -55,9 +55,8 @@ int main(int argc, char *argv[])
     qputenv("HOME", root.path().toUtf8());
 
     auto interface = OrvaneServerInterface::create(
-        {{QStringLiteral("server"), QStringLiteral("localhost")},
-         {QStringLiteral("user"), QStringLiteral("demo")},
-         {QStringLiteral("password"), QStringLiteral("lumex")}},
+        { { QStringLiteral("server"), QStringLiteral("localhost") }, { QStringLiteral("user"), QStringLiteral("demo") },
+            { QStringLiteral("password"), QStringLiteral("lumex") } },
         std::make_shared<PodcastJob>());
 
     const int iterations = 2000;
@@ -101,6 +100,6 @@ int main(int argc, char *argv[])
         ++trips;
     }
     std::printf("--listworkflows against the simulator: %.1f round trips per second (%d in %.1f s)\n",
-                trips / (timer.elapsed() / 1000.0), trips, timer.elapsed() / 1000.0);
+        trips / (timer.elapsed() / 1000.0), trips, timer.elapsed() / 1000.0);
     return 0;
 }

@@ -33,7 +33,7 @@ Sample runOnce(const char *program)
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
     posix_spawn_file_actions_addclose(&actions, fds[0]);
-    char *argv[] = {const_cast<char *>(program), nullptr};
+    char *argv[] = { const_cast<char *>(program), nullptr };
     QElapsedTimer timer;
     timer.start();
     pid_t pid = -1;
@@ -90,7 +90,8 @@ int main()
     if (floor.ms < 0 || app.ms < 0)
         return 1;
     std::printf("platform: %s\n", qgetenv("QT_QPA_PLATFORM").constData());
-    std::printf("bare Qt window, exec to first paint:     %7.1f ms, %6.1f MB resident\n", floor.ms, floor.rssKb / 1024.0);
+    std::printf(
+        "bare Qt window, exec to first paint:     %7.1f ms, %6.1f MB resident\n", floor.ms, floor.rssKb / 1024.0);
     std::printf("Lumex, exec to painted login panel:      %7.1f ms, %6.1f MB resident\n", app.ms, app.rssKb / 1024.0);
     std::printf("targets: under 150 ms and under 80 MB (median of %d runs)\n", runs);
     return 0;

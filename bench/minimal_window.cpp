@@ -14,7 +14,9 @@ namespace {
 class Window final : public QLabel
 {
 public:
-    Window() : QLabel(QStringLiteral("Hello")) {}
+    Window()
+        : QLabel(QStringLiteral("Hello"))
+    { }
 
 protected:
     void paintEvent(QPaintEvent *event) override

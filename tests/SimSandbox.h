@@ -26,8 +26,8 @@
 class SimSandbox final
 {
 public:
-    static inline const QStringList kTools{QStringLiteral("orvxexec"), QStringLiteral("orvxctlexec"),
-                                           QStringLiteral("orvxagentd")};
+    static inline const QStringList kTools { QStringLiteral("orvxexec"), QStringLiteral("orvxctlexec"),
+        QStringLiteral("orvxagentd") };
     static inline const QString kServerHost = QStringLiteral("media.example.edu");
     static inline const QString kServerURL = QStringLiteral("https://media.example.edu:8170/orvane");
 
@@ -39,7 +39,10 @@ public:
     QString toolDir() const { return sysroot() + QStringLiteral("/usr/libexec/orvane"); }
     QString tool(const QString &name) const { return toolDir() + QLatin1Char('/') + name; }
     QString state(const QString &name) const { return sysroot() + QStringLiteral("/var/lib/orvane-sim/") + name; }
-    QString globalConfig() const { return sysroot() + QStringLiteral("/Library/Preferences/com.tarn.orvxagentd.plist"); }
+    QString globalConfig() const
+    {
+        return sysroot() + QStringLiteral("/Library/Preferences/com.tarn.orvxagentd.plist");
+    }
     QString userConfig() const { return home() + QStringLiteral("/Library/Preferences/com.tarn.orvxagentd.plist"); }
     QString jobDataFolder() const { return home() + QStringLiteral("/Library/Application Support/Lumex"); }
     // Where the recording tool (installRecordingTool) leaves what it saw.
@@ -76,17 +79,16 @@ public:
     {
         removeTool(name);
         const QString d = recordDir();
-        const QString script = QStringLiteral(
-                                   "#!/bin/sh\n"
-                                   "d='%1'\n"
-                                   "printf '%s\\0' \"$@\" > \"$d/args\"\n"
-                                   "printf '%s' \"$#\" > \"$d/argc\"\n"
-                                   "readlink /proc/self/fd/0 > \"$d/stdin-kind\"\n"
-                                   "env > \"$d/env\"\n"
-                                   "cat > \"$d/stdin\"\n"
-                                   "[ -f \"$d/reply-out\" ] && cat \"$d/reply-out\"\n"
-                                   "[ -f \"$d/reply-err\" ] && cat \"$d/reply-err\" >&2\n"
-                                   "exit $(cat \"$d/reply-status\" 2>/dev/null || echo 0)\n")
+        const QString script = QStringLiteral("#!/bin/sh\n"
+                                              "d='%1'\n"
+                                              "printf '%s\\0' \"$@\" > \"$d/args\"\n"
+                                              "printf '%s' \"$#\" > \"$d/argc\"\n"
+                                              "readlink /proc/self/fd/0 > \"$d/stdin-kind\"\n"
+                                              "env > \"$d/env\"\n"
+                                              "cat > \"$d/stdin\"\n"
+                                              "[ -f \"$d/reply-out\" ] && cat \"$d/reply-out\"\n"
+                                              "[ -f \"$d/reply-err\" ] && cat \"$d/reply-err\" >&2\n"
+                                              "exit $(cat \"$d/reply-status\" 2>/dev/null || echo 0)\n")
                                    .arg(d);
         writeFile(tool(name), script.toUtf8());
         QFile::setPermissions(tool(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -99,20 +101,21 @@ public:
     void installStandInAgent() const
     {
         removeTool(QStringLiteral("orvxagentd"));
-        const QString script = QStringLiteral(
-            "#!/bin/sh\n"
-            "[ \"$1\" = -f ] || exit 2\n"
-            "f=\"$2\"\n"
-            "capture=$(python3 -c 'import plistlib,sys; print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
-            "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
-            "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
-            "trap 'echo paused >> \"$f\"' USR1\n"
-            "trap 'echo resumed >> \"$f\"' USR2\n"
-            "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
-            "while :; do sleep 0.05; done\n");
+        const QString script
+            = QStringLiteral("#!/bin/sh\n"
+                             "[ \"$1\" = -f ] || exit 2\n"
+                             "f=\"$2\"\n"
+                             "capture=$(python3 -c 'import plistlib,sys; "
+                             "print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
+                             "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
+                             "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
+                             "trap 'echo paused >> \"$f\"' USR1\n"
+                             "trap 'echo resumed >> \"$f\"' USR2\n"
+                             "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
+                             "while :; do sleep 0.05; done\n");
         writeFile(tool(QStringLiteral("orvxagentd")), script.toUtf8());
-        QFile::setPermissions(tool(QStringLiteral("orvxagentd")),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(
+            tool(QStringLiteral("orvxagentd")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
     void setReply(const QByteArray &out, const QByteArray &err, int status) const

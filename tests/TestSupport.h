@@ -42,7 +42,7 @@ private:
 inline QByteArray runPython(const QString &script, const QByteArray &input = {}, int *exitCode = nullptr)
 {
     QProcess python;
-    python.start(QStringLiteral("python3"), {QStringLiteral("-c"), script});
+    python.start(QStringLiteral("python3"), { QStringLiteral("-c"), script });
     python.waitForStarted();
     python.write(input);
     python.closeWriteChannel();

@@ -7,8 +7,7 @@
 
 CameraConfigController::CameraConfigController(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 CameraConfigController::~CameraConfigController() = default;
 

@@ -4,8 +4,8 @@
 
 #include <QLocale>
 #include <QPalette>
-#include <QTranslator>
 #include <QStyleFactory>
+#include <QTranslator>
 
 #include <exception>
 
@@ -30,7 +30,7 @@ bool LXApplication::notify(QObject *receiver, QEvent *event)
     try {
         return QApplication::notify(receiver, event);
     } catch (const std::exception &e) {
-        Log::format(QStringLiteral("Uncaught exception in event handling: %@"), {QString::fromLocal8Bit(e.what())});
+        Log::format(QStringLiteral("Uncaught exception in event handling: %@"), { QString::fromLocal8Bit(e.what()) });
     } catch (...) {
         Log::write(QStringLiteral("Uncaught exception in event handling"));
     }
@@ -59,7 +59,7 @@ void LXApplication::applyLook(QApplication &app)
     p.setColor(QPalette::Highlight, accent);
     p.setColor(QPalette::HighlightedText, Qt::white);
     p.setColor(QPalette::Link, QColor(255, 120, 100));
-    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
         p.setColor(QPalette::Disabled, role, QColor(120, 120, 128));
     app.setPalette(p);
 }

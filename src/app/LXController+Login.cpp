@@ -26,10 +26,10 @@ void LXController::loginPanelDidClickConnect(LXLoginPanelController *panel)
     const QString password = panel->passwordField()->text();
     if (user.isNull() || host.isNull() || password.isNull())
         return;
-    m_currentCredentials = QVariantMap{
-        {QStringLiteral("user"), user},
-        {QStringLiteral("password"), password},
-        {QStringLiteral("server"), host},
+    m_currentCredentials = QVariantMap {
+        { QStringLiteral("user"), user },
+        { QStringLiteral("password"), password },
+        { QStringLiteral("server"), host },
     };
     loginToServer();
 }
@@ -38,11 +38,11 @@ void LXController::loginToServer()
 {
     m_server = OrvaneServerInterface::create(m_currentCredentials, m_job);
     QPointer<LXController> self(this);
-    m_server->getWorkflowsForDelegate(this, [self](const std::optional<QVariantList> &workflows,
-                                                   const std::optional<Error> &error) {
-        if (self)
-            self->didGetWorkflows(workflows, error);
-    });
+    m_server->getWorkflowsForDelegate(
+        this, [self](const std::optional<QVariantList> &workflows, const std::optional<Error> &error) {
+            if (self)
+                self->didGetWorkflows(workflows, error);
+        });
 }
 
 void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error)
@@ -53,7 +53,8 @@ void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows,
     }
     if (!workflows) {
         // Neither a list nor an error: the tool's answer could not be read.
-        alertUserToError(Error{kServerInterfaceErrorDomain, -1, tr("The server's list of workflows could not be read.")});
+        alertUserToError(
+            Error { kServerInterfaceErrorDomain, -1, tr("The server's list of workflows could not be read.") });
         return;
     }
     QVariantList prepared;
@@ -61,19 +62,19 @@ void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows,
     for (const QVariant &entry : *workflows) {
         QVariantMap workflow = entry.toMap();
         workflow.insert(QStringLiteral("titleAndDescription"),
-                        lxFormat(QStringLiteral("%@\n$$$$\n%@"), {workflow.value(QStringLiteral("title")),
-                                                                  workflow.value(QStringLiteral("description"))}));
+            lxFormat(QStringLiteral("%@\n$$$$\n%@"),
+                { workflow.value(QStringLiteral("title")), workflow.value(QStringLiteral("description")) }));
         prepared.append(workflow);
     }
     m_currentCredentials.insert(QStringLiteral("workflows"), prepared);
     fillWorkflowMenu();
 
     QPointer<LXController> self(this);
-    m_server->getCamerasForDelegate(this, [self](const std::optional<QVariantList> &cameras,
-                                                 const std::optional<Error> &cameraError) {
-        if (self)
-            self->didGetCameras(cameras, cameraError);
-    });
+    m_server->getCamerasForDelegate(
+        this, [self](const std::optional<QVariantList> &cameras, const std::optional<Error> &cameraError) {
+            if (self)
+                self->didGetCameras(cameras, cameraError);
+        });
 }
 
 QVariantList LXController::workflows() const
@@ -127,7 +128,7 @@ void LXController::didGetCameras(const std::optional<QVariantList> &cameras, con
     m_selectedRemoteCameraPreviewUpdateTimer = new QTimer(this);
     m_selectedRemoteCameraPreviewUpdateTimer->setInterval(5000);
     connect(m_selectedRemoteCameraPreviewUpdateTimer, &QTimer::timeout, this,
-            &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
+        &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
     m_selectedRemoteCameraPreviewUpdateTimer->start();
 }
 
@@ -136,7 +137,7 @@ void LXController::userDidConnectWithNotice(const QVariant &)
     m_connected = true;
     m_window->signInMenuItem->setEnabled(false); // a new sign-in starts from a new recording
     m_window->setConnected(true, m_currentCredentials.value(QStringLiteral("user")).toString(),
-                           m_currentCredentials.value(QStringLiteral("server")).toString());
+        m_currentCredentials.value(QStringLiteral("server")).toString());
     m_window->show();
     m_window->raise();
     m_window->activateWindow();

@@ -33,14 +33,14 @@ namespace {
 // Which derived properties each key feeds; the one place that knows.
 const QHash<QByteArray, QList<QByteArray>> &dependents()
 {
-    static const QHash<QByteArray, QList<QByteArray>> table{
-        {"state", {"recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage"}},
-        {"mode",
-         {"recordPauseMenuTitle", "canRecordOrPause", "canBeginRecording", "videoModeIsSelected",
-          "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden", "recordOrPauseImage",
-          "microphoneListShouldBeHidden"}},
+    static const QHash<QByteArray, QList<QByteArray>> table {
+        { "state", { "recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage" } },
+        { "mode",
+            { "recordPauseMenuTitle", "canRecordOrPause", "canBeginRecording", "videoModeIsSelected",
+                "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden", "recordOrPauseImage",
+                "microphoneListShouldBeHidden" } },
         // Listed as a dependency although the value does not consult it.
-        {"localRecordingChosen", {"microphoneListShouldBeHidden"}},
+        { "localRecordingChosen", { "microphoneListShouldBeHidden" } },
     };
     return table;
 }
@@ -129,12 +129,13 @@ void LXController::awakeFromNib()
     m_recordingTime = std::make_unique<StopWatch>();
 
     LXUserDefaults::standard().registerDefaults(
-        {{LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::kDefaultGlobalKeyCode},
-         {LXDefaultsKeys::GlobalKeyModifiers, LXDefaultsKeys::kDefaultGlobalKeyModifiers}});
+        { { LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::kDefaultGlobalKeyCode },
+            { LXDefaultsKeys::GlobalKeyModifiers, LXDefaultsKeys::kDefaultGlobalKeyModifiers } });
     PreferencesController::registerRecordPauseShortcutKey();
 
     LXNotificationCenter &center = LXNotificationCenter::defaultCenter();
-    center.addObserver(this, kUserDidConnectNotice, [this](const QVariant &object) { userDidConnectWithNotice(object); });
+    center.addObserver(
+        this, kUserDidConnectNotice, [this](const QVariant &object) { userDidConnectWithNotice(object); });
     center.addObserver(this, kRecordPauseKeyShortcutTriggered, [](const QVariant &) {
         // The record/pause flow answers this once recording is built.
     });
@@ -354,8 +355,8 @@ void LXController::updateBoundControls()
     button->setToolTip(recordPauseMenuTitle());
     button->setEnabled(canRecordOrPause());
     // An empty menu offers nothing to choose: hidden as well.
-    m_window->microphonesPopUpButton->setHidden(microphoneListShouldBeHidden()
-                                                || m_window->microphonesPopUpButton->count() == 0);
+    m_window->microphonesPopUpButton->setHidden(
+        microphoneListShouldBeHidden() || m_window->microphonesPopUpButton->count() == 0);
 }
 
 void LXController::showPage(QWidget *page)
@@ -401,8 +402,8 @@ void LXController::resetJobAndRecordingState()
         m_recordingTime->reset();
     m_timerTextHidden = false;
     m_timerValue = QString();
-    for (QTimer **timer : {&m_everySecondTimer, &m_remoteCameraSnapshotRefreshTimer,
-                           &m_selectedRemoteCameraPreviewUpdateTimer}) {
+    for (QTimer **timer :
+        { &m_everySecondTimer, &m_remoteCameraSnapshotRefreshTimer, &m_selectedRemoteCameraPreviewUpdateTimer }) {
         if (*timer) {
             (*timer)->stop();
             (*timer)->deleteLater();
@@ -467,7 +468,7 @@ void LXController::alertUserToError(const Error &error)
         }
         alertDidEnd();
     });
-    Log::format(QStringLiteral("Showing error to the user: %@"), {describeError(error)});
+    Log::format(QStringLiteral("Showing error to the user: %@"), { describeError(error) });
     alert->open();
 }
 
@@ -535,7 +536,8 @@ void LXController::quitWarningSheetDidEnd(int returnCode)
     };
     auto didStop = [self, finish](const std::optional<Error> &error) {
         if (self && error)
-            Log::format(QStringLiteral("Cancelling the recording while quitting failed: %@"), {describeError(*error)});
+            Log::format(
+                QStringLiteral("Cancelling the recording while quitting failed: %@"), { describeError(*error) });
         finish();
     };
     if (m_localRecordingChosen)
@@ -641,7 +643,7 @@ void LXController::configureLocalCamera()
     QWidget *window = m_cameraConfigController->window();
     centre(window);
     connect(m_cameraConfigController, &CameraConfigController::windowWillClose, this,
-            &LXController::cameraConfigWindowClosed);
+        &LXController::cameraConfigWindowClosed);
     window->show();
 }
 
@@ -682,7 +684,7 @@ void LXController::showTransfersWindow()
     window->activateWindow();
     m_transfersController->startPollingSubmissions();
     connect(m_transfersController, &TransfersController::windowWillClose, this, &LXController::transfersWindowClosed,
-            Qt::UniqueConnection);
+        Qt::UniqueConnection);
 }
 
 void LXController::transfersWindowClosed()

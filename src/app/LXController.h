@@ -38,7 +38,7 @@ class LXController final : public QObject, public LXLoginPanelDelegate, public C
     Q_PROPERTY(State state READ state WRITE setState NOTIFY stateChanged)
     Q_PROPERTY(Mode mode READ mode WRITE setMode NOTIFY modeChanged)
     Q_PROPERTY(bool localRecordingChosen READ localRecordingChosen WRITE setLocalRecordingChosen NOTIFY
-                   localRecordingChosenChanged)
+            localRecordingChosenChanged)
     Q_PROPERTY(QString recordPauseMenuTitle READ recordPauseMenuTitle NOTIFY recordPauseMenuTitleChanged)
     Q_PROPERTY(bool canRecordOrPause READ canRecordOrPause NOTIFY canRecordOrPauseChanged)
     Q_PROPERTY(bool hasBegunRecording READ hasBegunRecording NOTIFY hasBegunRecordingChanged)
@@ -48,8 +48,8 @@ class LXController final : public QObject, public LXLoginPanelDelegate, public C
     Q_PROPERTY(bool screenModeIsSelected READ screenModeIsSelected NOTIFY screenModeIsSelectedChanged)
     Q_PROPERTY(bool isSmallerPreviewHidden READ isSmallerPreviewHidden NOTIFY isSmallerPreviewHiddenChanged)
     Q_PROPERTY(QString recordOrPauseImage READ recordOrPauseImage NOTIFY recordOrPauseImageChanged)
-    Q_PROPERTY(bool microphoneListShouldBeHidden READ microphoneListShouldBeHidden NOTIFY
-                   microphoneListShouldBeHiddenChanged)
+    Q_PROPERTY(
+        bool microphoneListShouldBeHidden READ microphoneListShouldBeHidden NOTIFY microphoneListShouldBeHiddenChanged)
     Q_PROPERTY(QString currentModeString READ currentModeString)
 
 public:

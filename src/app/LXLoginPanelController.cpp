@@ -44,7 +44,7 @@ LXLoginPanelController::LXLoginPanelController(QObject *parent)
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &LXLoginPanelController::doCancel);
     // Escape and the window's close button cancel, as the Cancel button does.
     connect(m_panel.get(), &QDialog::rejected, this, &LXLoginPanelController::doCancel);
-    for (QLineEdit *field : {m_ui->hostnameField, m_ui->usernameField, m_ui->passwordField})
+    for (QLineEdit *field : { m_ui->hostnameField, m_ui->usernameField, m_ui->passwordField })
         connect(field, &QLineEdit::textChanged, this, &LXLoginPanelController::controlTextDidChange);
     awakeFromNib();
 }
@@ -71,18 +71,39 @@ void LXLoginPanelController::awakeFromNib()
         m_ui->passwordField->setFocus();
 }
 
-QLineEdit *LXLoginPanelController::hostnameField() const { return m_ui->hostnameField; }
-QLineEdit *LXLoginPanelController::usernameField() const { return m_ui->usernameField; }
-QLineEdit *LXLoginPanelController::passwordField() const { return m_ui->passwordField; }
-QLabel *LXLoginPanelController::progressField() const { return m_ui->progressField; }
-LXProgressSpinner *LXLoginPanelController::progressIndicator() const { return m_ui->progressIndicator; }
-QPushButton *LXLoginPanelController::connectButton() const { return m_ui->connectButton; }
-QPushButton *LXLoginPanelController::cancelButton() const { return m_ui->cancelButton; }
+QLineEdit *LXLoginPanelController::hostnameField() const
+{
+    return m_ui->hostnameField;
+}
+QLineEdit *LXLoginPanelController::usernameField() const
+{
+    return m_ui->usernameField;
+}
+QLineEdit *LXLoginPanelController::passwordField() const
+{
+    return m_ui->passwordField;
+}
+QLabel *LXLoginPanelController::progressField() const
+{
+    return m_ui->progressField;
+}
+LXProgressSpinner *LXLoginPanelController::progressIndicator() const
+{
+    return m_ui->progressIndicator;
+}
+QPushButton *LXLoginPanelController::connectButton() const
+{
+    return m_ui->connectButton;
+}
+QPushButton *LXLoginPanelController::cancelButton() const
+{
+    return m_ui->cancelButton;
+}
 
 void LXLoginPanelController::controlTextDidChange()
 {
     m_ui->connectButton->setEnabled(!m_ui->hostnameField->text().isEmpty() && !m_ui->usernameField->text().isEmpty()
-                                    && !m_ui->passwordField->text().isEmpty());
+        && !m_ui->passwordField->text().isEmpty());
 }
 
 void LXLoginPanelController::setControlsEnabled(bool enabled)
@@ -121,8 +142,7 @@ void LXLoginPanelController::doCancel()
 
 LXUserLoginPanelController::LXUserLoginPanelController(QObject *parent)
     : LXLoginPanelController(parent)
-{
-}
+{ }
 
 void LXUserLoginPanelController::beginLoginSheet()
 {

@@ -85,7 +85,7 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     previewRecordView = makePreviewRecord();
     metadataEntryView = makeMetadataEntry();
     doneView = makeDone();
-    for (QWidget *page : {sourceChooserView, previewRecordView, metadataEntryView, doneView})
+    for (QWidget *page : { sourceChooserView, previewRecordView, metadataEntryView, doneView })
         page->hide();
 
     makeMenus();
@@ -113,7 +113,7 @@ QWidget *LXMainWindow::makeSourceChooser()
     audioTile->setToolTip(tr("Record sound only"));
     screenTile->setToolTip(tr("Record this computer's screen with narration"));
     fileTile->setToolTip(tr("Publish movie files you already have"));
-    const QList<LXSourceTile *> tiles{videoTile, audioTile, screenTile, fileTile};
+    const QList<LXSourceTile *> tiles { videoTile, audioTile, screenTile, fileTile };
     for (int i = 0; i < tiles.size(); ++i) {
         tiles[i]->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         grid->addWidget(tiles[i], 0, i);
@@ -255,7 +255,7 @@ void LXMainWindow::makeMenus()
 
 void LXMainWindow::setConnected(bool connected, const QString &user, const QString &host)
 {
-    for (LXSourceTile *tile : {videoTile, audioTile, screenTile, fileTile})
+    for (LXSourceTile *tile : { videoTile, audioTile, screenTile, fileTile })
         tile->setEnabled(connected);
     if (connected)
         connectionStatus->setText(tr("Signed in as %1 on %2.").arg(user, host));

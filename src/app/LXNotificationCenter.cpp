@@ -8,14 +8,13 @@ LXNotificationCenter &LXNotificationCenter::defaultCenter()
 
 void LXNotificationCenter::addObserver(QObject *observer, const QString &name, Handler handler)
 {
-    m_entries.push_back(Entry{observer, name, std::move(handler)});
+    m_entries.push_back(Entry { observer, name, std::move(handler) });
 }
 
 void LXNotificationCenter::removeObserver(QObject *observer, const QString &name)
 {
-    std::erase_if(m_entries, [&](const Entry &e) {
-        return e.observer == observer && (name.isNull() || e.name == name);
-    });
+    std::erase_if(
+        m_entries, [&](const Entry &e) { return e.observer == observer && (name.isNull() || e.name == name); });
 }
 
 void LXNotificationCenter::post(const QString &name, const QVariant &object)

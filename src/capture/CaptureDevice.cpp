@@ -20,8 +20,8 @@ Gst::ElementRef binFromDescription(const QByteArray &description, Error *error)
     Gst::ErrorPtr parseError(raw);
     if (!bin || parseError) {
         setError(error, QString::fromUtf8(g_quark_to_string(parseError ? parseError->domain : GST_CORE_ERROR)),
-                 parseError ? parseError->code : GST_CORE_ERROR_FAILED,
-                 parseError ? QString::fromUtf8(parseError->message) : QStringLiteral("Cannot build capture source"));
+            parseError ? parseError->code : GST_CORE_ERROR_FAILED,
+            parseError ? QString::fromUtf8(parseError->message) : QStringLiteral("Cannot build capture source"));
         return {};
     }
     return bin;
@@ -75,8 +75,7 @@ CaptureDevice::CaptureDevice(Kind kind, QString uniqueID, QString displayName)
     , m_uniqueID(std::move(uniqueID))
     , m_displayName(std::move(displayName))
     , m_isVideo(kind != Kind::TestMicrophone)
-{
-}
+{ }
 
 CaptureDevice::~CaptureDevice()
 {
@@ -87,15 +86,15 @@ QStringList CaptureDevice::mediaTypes() const
 {
     switch (m_kind) {
     case Kind::TestMuxed:
-        return {MediaType::Muxed};
+        return { MediaType::Muxed };
     case Kind::Hardware:
-        return {m_isVideo ? MediaType::Video : MediaType::Sound};
+        return { m_isVideo ? MediaType::Video : MediaType::Sound };
     case Kind::TestMicrophone:
-        return {MediaType::Sound};
+        return { MediaType::Sound };
     case Kind::TestCamera:
     case Kind::TestBroken:
     case Kind::Screen:
-        return {MediaType::Video};
+        return { MediaType::Video };
     }
     return {};
 }
@@ -142,9 +141,9 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
 {
     // Test sources are live so that they pace themselves like hardware and
     // time-stamp with the pipeline clock.
-    static const QByteArray testVideo =
-        "videotestsrc name=v is-live=true pattern=smpte ! video/x-raw,width=640,height=480,framerate=30/1 "
-        "! timeoverlay name=vout";
+    static const QByteArray testVideo
+        = "videotestsrc name=v is-live=true pattern=smpte ! video/x-raw,width=640,height=480,framerate=30/1 "
+          "! timeoverlay name=vout";
     static const QByteArray testAudio = "audiotestsrc name=a is-live=true wave=sine freq=440 volume=0.3 "
                                         "! audio/x-raw,rate=48000,channels=2 ! identity name=aout";
     Gst::ElementRef bin;
@@ -171,9 +170,8 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
         const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;
         // Damage events only help when little changes; a steady rate keeps
         // the encoder's timing simple.
-        const QByteArray description = "ximagesrc name=v use-damage=false show-pointer=true display-name=\"" +
-                                       display.toUtf8() +
-                                       "\" ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
+        const QByteArray description = "ximagesrc name=v use-damage=false show-pointer=true display-name=\""
+            + display.toUtf8() + "\" ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
         if ((bin = binFromDescription(description, error)))
             addGhost(bin.element(), "vout", kVideoPad);
         break;
@@ -181,7 +179,8 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
     case Kind::Hardware: {
         Gst::ElementRef element(gst_device_create_element(m_gstDevice.get(), nullptr), Gst::Ref::Adopt);
         if (!element) {
-            *error = Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("No source element for %1").arg(m_displayName));
+            *error = Gst::coreError(
+                GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("No source element for %1").arg(m_displayName));
             return {};
         }
         bin = Gst::ElementRef(gst_bin_new(nullptr), Gst::Ref::Adopt);
@@ -195,11 +194,11 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
             gst_element_link(element.element(), tail.element());
             GstElement *convertElement = convert.element();
             g_signal_connect(tail.element(), "pad-added", G_CALLBACK(+[](GstElement *, GstPad *pad, gpointer data) {
-                                 Gst::PadRef sink(gst_element_get_static_pad(GST_ELEMENT(data), "sink"), Gst::Ref::Adopt);
-                                 if (!gst_pad_is_linked(sink.get()))
-                                     gst_pad_link(pad, sink.get());
-                             }),
-                             convertElement);
+                Gst::PadRef sink(gst_element_get_static_pad(GST_ELEMENT(data), "sink"), Gst::Ref::Adopt);
+                if (!gst_pad_is_linked(sink.get()))
+                    gst_pad_link(pad, sink.get());
+            }),
+                convertElement);
             Gst::PadRef target(gst_element_get_static_pad(convertElement, "src"), Gst::Ref::Adopt);
             gst_element_add_pad(bin.element(), gst_ghost_pad_new(kVideoPad, target.get()));
         } else {
@@ -246,6 +245,6 @@ void CaptureDevice::postDisconnectedError()
 {
     if (!m_source)
         return;
-    GST_ELEMENT_ERROR(m_source.element(), RESOURCE, NOT_FOUND, ("The capture device %s was disconnected.", m_displayName.toUtf8().constData()),
-                      (nullptr));
+    GST_ELEMENT_ERROR(m_source.element(), RESOURCE, NOT_FOUND,
+        ("The capture device %s was disconnected.", m_displayName.toUtf8().constData()), (nullptr));
 }

@@ -28,12 +28,12 @@ class CaptureDevice final
 {
 public:
     enum class Kind {
-        Hardware,       // a GstDevice from the device monitor
-        TestCamera,     // videotestsrc
+        Hardware, // a GstDevice from the device monitor
+        TestCamera, // videotestsrc
         TestMicrophone, // audiotestsrc
-        TestMuxed,      // both, behind one device
-        TestBroken,     // a camera whose open always fails
-        Screen,         // ximagesrc on an X display
+        TestMuxed, // both, behind one device
+        TestBroken, // a camera whose open always fails
+        Screen, // ximagesrc on an X display
     };
 
     // A device found by the GStreamer device monitor.

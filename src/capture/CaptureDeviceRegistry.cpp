@@ -52,7 +52,7 @@ void CaptureDeviceRegistry::startMonitor()
 
 void CaptureDeviceRegistry::readMonitorBus()
 {
-    while (Gst::MessagePtr message{gst_bus_pop(m_bus.get())}) {
+    while (Gst::MessagePtr message { gst_bus_pop(m_bus.get()) }) {
         GstDevice *raw = nullptr;
         switch (GST_MESSAGE_TYPE(message.get())) {
         case GST_MESSAGE_DEVICE_ADDED: {
@@ -142,11 +142,11 @@ CaptureDevicePtr CaptureDeviceRegistry::addTestDevice(const QString &entry)
     const QStringList parts = entry.split(QLatin1Char(':'));
     if (parts.size() < 2 || parts[1].isEmpty())
         return nullptr;
-    static const QHash<QString, CaptureDevice::Kind> kinds{
-        {QStringLiteral("camera"), CaptureDevice::Kind::TestCamera},
-        {QStringLiteral("microphone"), CaptureDevice::Kind::TestMicrophone},
-        {QStringLiteral("muxed"), CaptureDevice::Kind::TestMuxed},
-        {QStringLiteral("broken"), CaptureDevice::Kind::TestBroken},
+    static const QHash<QString, CaptureDevice::Kind> kinds {
+        { QStringLiteral("camera"), CaptureDevice::Kind::TestCamera },
+        { QStringLiteral("microphone"), CaptureDevice::Kind::TestMicrophone },
+        { QStringLiteral("muxed"), CaptureDevice::Kind::TestMuxed },
+        { QStringLiteral("broken"), CaptureDevice::Kind::TestBroken },
     };
     const auto kind = kinds.find(parts[0]);
     if (kind == kinds.end())
@@ -154,8 +154,8 @@ CaptureDevicePtr CaptureDeviceRegistry::addTestDevice(const QString &entry)
     const QString id = QStringLiteral("test:") + parts[1];
     if (deviceWithUniqueID(id))
         return nullptr;
-    const QString name = parts.size() > 2 ? parts.mid(2).join(QLatin1Char(':'))
-                                          : QStringLiteral("Test %1 %2").arg(parts[0], parts[1]);
+    const QString name
+        = parts.size() > 2 ? parts.mid(2).join(QLatin1Char(':')) : QStringLiteral("Test %1 %2").arg(parts[0], parts[1]);
     auto device = std::make_shared<CaptureDevice>(kind.value(), id, name);
     m_testDevices.append(device);
     emit deviceWasConnected(device);

@@ -31,7 +31,7 @@ QString urlText(const QUrl &url)
 // An error's user-info dictionary as "%@" shows it.
 QString userInfoText(const QString &description)
 {
-    return lxDescription(QVariantMap{{QStringLiteral("NSLocalizedDescription"), description}});
+    return lxDescription(QVariantMap { { QStringLiteral("NSLocalizedDescription"), description } });
 }
 
 } // namespace
@@ -65,8 +65,8 @@ QList<CaptureDevicePtr> CaptureDevicesController::unboundDevicesWithMediaTypes(c
 
 void CaptureDevicesController::refreshDevices()
 {
-    setCameras(unboundDevicesWithMediaTypes({MediaType::Video, MediaType::Muxed}));
-    setMicrophones(unboundDevicesWithMediaTypes({MediaType::Sound, MediaType::Muxed}));
+    setCameras(unboundDevicesWithMediaTypes({ MediaType::Video, MediaType::Muxed }));
+    setMicrophones(unboundDevicesWithMediaTypes({ MediaType::Sound, MediaType::Muxed }));
     if (m_controller)
         m_controller->rebuildInputDevicesList();
 }
@@ -90,7 +90,7 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
     // A failure while only previewing is logged; a recording that runs or
     // waits for the session ends through the output's didFinish.
     connect(m_captureSession.get(), &CaptureSession::runtimeError, this, [](const Error &error) {
-        Log::format(QStringLiteral("Capture session stopped due to error: %@"), {describeError(error)});
+        Log::format(QStringLiteral("Capture session stopped due to error: %@"), { describeError(error) });
     });
     const std::optional<Error> error = initAudioDevice(microphone, camera);
     if (!error) {
@@ -104,22 +104,22 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
         m_controller->alertUserToError(*error);
 }
 
-std::optional<Error> CaptureDevicesController::initAudioDevice(const CaptureDevicePtr &audioDevice,
-                                                               const CaptureDevicePtr &videoDevice)
+std::optional<Error> CaptureDevicesController::initAudioDevice(
+    const CaptureDevicePtr &audioDevice, const CaptureDevicePtr &videoDevice)
 {
     Error error;
     const bool audioIsMuxed = audioDevice && audioDevice->hasMediaType(MediaType::Muxed);
     const bool videoIsMuxed = videoDevice && videoDevice->hasMediaType(MediaType::Muxed);
     if (!audioDevice || !videoDevice) {
         Log::format(QStringLiteral("initAudioDevice:%@ videoDevice:%@ -- cannot be nil"),
-                    {deviceText(audioDevice), deviceText(videoDevice)});
-        return Error{kLumexErrorDomain, 1, tr("Cannot find the audio and video devices")};
+            { deviceText(audioDevice), deviceText(videoDevice) });
+        return Error { kLumexErrorDomain, 1, tr("Cannot find the audio and video devices") };
     }
 
     if (audioDevice->uniqueID() == videoDevice->uniqueID()) {
         if (!videoDevice->open(&error)) {
             Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing audio/video device: %@"),
-                        {error.localizedDescription});
+                { error.localizedDescription });
             return error;
         }
         const auto input = std::make_shared<CaptureDeviceInput>(videoDevice);
@@ -127,17 +127,19 @@ std::optional<Error> CaptureDevicesController::initAudioDevice(const CaptureDevi
             // Only logged, unlike every other failure here: the session runs
             // without the input and the user sees an empty preview.
             Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding audio/video device input: %@"),
-                        {error.localizedDescription});
+                { error.localizedDescription });
         }
         return std::nullopt;
     }
 
     if (!audioDevice->open(&error)) {
-        Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing audio device: %@"), {error.localizedDescription});
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing audio device: %@"),
+            { error.localizedDescription });
         return error;
     }
     if (!videoDevice->open(&error)) {
-        Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing video device: %@"), {error.localizedDescription});
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error initializing video device: %@"),
+            { error.localizedDescription });
         return error;
     }
     const auto audioInput = std::make_shared<CaptureDeviceInput>(audioDevice);
@@ -150,13 +152,15 @@ std::optional<Error> CaptureDevicesController::initAudioDevice(const CaptureDevi
     const auto addAudio = [&]() -> std::optional<Error> {
         if (m_captureSession->addInput(audioInput, &error))
             return std::nullopt;
-        Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding audio device input: %@"), {error.localizedDescription});
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding audio device input: %@"),
+            { error.localizedDescription });
         return error;
     };
     const auto addVideo = [&]() -> std::optional<Error> {
         if (m_captureSession->addInput(videoInput, &error))
             return std::nullopt;
-        Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding video device input: %@"), {error.localizedDescription});
+        Log::format(QStringLiteral("initVideoAndAudioDevices: Error adding video device input: %@"),
+            { error.localizedDescription });
         return error;
     };
     // A muxed camera's own sound would otherwise be the session's first
@@ -183,19 +187,22 @@ void CaptureDevicesController::initOutputFile()
     const QString spoolPath = LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LocalRecordSpoolPath);
     // The time of set-up, not of the start of recording.
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
-    const QString fileName = lxFormat(QStringLiteral("LocalVideo-%@.mov"), {stamp});
-    const QString path = spoolPath + lxFormat(QStringLiteral("/%@"), {fileName});
+    const QString fileName = lxFormat(QStringLiteral("LocalVideo-%@.mov"), { stamp });
+    const QString path = spoolPath + lxFormat(QStringLiteral("/%@"), { fileName });
     if (m_controller)
         if (const auto job = m_controller->job())
-            job->setMovieFilePaths(QStringList{path});
+            job->setMovieFilePaths(QStringList { path });
 
     m_movieFileOutput = std::make_shared<CaptureMovieFileOutput>();
     Error error;
     if (!m_captureSession->addOutput(m_movieFileOutput, &error))
-        throw InitOutputFileError(lxFormat(QStringLiteral("Error adding movie file output: %@"), {error.localizedDescription}));
+        throw InitOutputFileError(
+            lxFormat(QStringLiteral("Error adding movie file output: %@"), { error.localizedDescription }));
 
-    const QStringList videoIdentifiers = CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Video);
-    const QStringList soundIdentifiers = CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Sound);
+    const QStringList videoIdentifiers
+        = CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Video);
+    const QStringList soundIdentifiers
+        = CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Sound);
     for (const CaptureConnectionPtr &connection : m_movieFileOutput->connections()) {
         QString wanted;
         const QStringList *available = nullptr;
@@ -206,12 +213,13 @@ void CaptureDevicesController::initOutputFile()
             wanted = CompressionOptions::HighQualityAACAudio;
             available = &soundIdentifiers;
         } else {
-            Log::format(QStringLiteral("No compression requested for %@"), {connection->mediaType()});
+            Log::format(QStringLiteral("No compression requested for %@"), { connection->mediaType() });
             continue;
         }
         // Missing on this machine: the platform default stays, silently.
         if (available->contains(wanted))
-            m_movieFileOutput->setCompressionOptions(CompressionOptions::compressionOptionsWithIdentifier(wanted), connection);
+            m_movieFileOutput->setCompressionOptions(
+                CompressionOptions::compressionOptionsWithIdentifier(wanted), connection);
     }
     m_movieFileOutput->setDelegate(this);
 }
@@ -224,7 +232,7 @@ void CaptureDevicesController::beginRecording()
             if (const auto paths = job->movieFilePaths(); paths && !paths->isEmpty())
                 path = paths->last();
     const QUrl url = path.isNull() ? QUrl() : QUrl::fromLocalFile(path);
-    Log::format(QStringLiteral("Starting capture: %@"), {urlText(url)});
+    Log::format(QStringLiteral("Starting capture: %@"), { urlText(url) });
     if (m_movieFileOutput)
         m_movieFileOutput->recordToOutputFileURL(url);
 }
@@ -274,27 +282,26 @@ void CaptureDevicesController::teardown()
     setCaptureSession(nullptr);
 }
 
-void CaptureDevicesController::captureOutputWillFinishRecording(CaptureMovieFileOutput *, const QUrl &url,
-                                                                const QList<CaptureConnectionPtr> &,
-                                                                const std::optional<Error> &)
+void CaptureDevicesController::captureOutputWillFinishRecording(
+    CaptureMovieFileOutput *, const QUrl &url, const QList<CaptureConnectionPtr> &, const std::optional<Error> &)
 {
-    Log::format(QStringLiteral("Will finish recording to: %@"), {urlText(url)});
+    Log::format(QStringLiteral("Will finish recording to: %@"), { urlText(url) });
 }
 
-void CaptureDevicesController::captureOutputDidFinishRecording(CaptureMovieFileOutput *, const QUrl &url,
-                                                               const QList<CaptureConnectionPtr> &,
-                                                               const std::optional<Error> &error)
+void CaptureDevicesController::captureOutputDidFinishRecording(
+    CaptureMovieFileOutput *, const QUrl &url, const QList<CaptureConnectionPtr> &, const std::optional<Error> &error)
 {
-    Log::format(QStringLiteral("Finished recording to: %@"), {urlText(url)});
+    Log::format(QStringLiteral("Finished recording to: %@"), { urlText(url) });
     if (error)
-        Log::format(QStringLiteral("Stopped due to error: %@: %@"), {describeError(*error), userInfoText(error->localizedDescription)});
+        Log::format(QStringLiteral("Stopped due to error: %@: %@"),
+            { describeError(*error), userInfoText(error->localizedDescription) });
     if (m_deleteMovieFileWhenItFinishesRecording) {
         const QString path = url.toLocalFile();
         if (::unlink(QFile::encodeName(path).constData()) == 0)
-            Log::format(QStringLiteral("Successfully deleted cancelled recording at %@"), {path});
+            Log::format(QStringLiteral("Successfully deleted cancelled recording at %@"), { path });
         else
             Log::format(QStringLiteral("Could not delete recording at %@ (%@)"),
-                        {path, userInfoText(QString::fromLocal8Bit(std::strerror(errno)))});
+                { path, userInfoText(QString::fromLocal8Bit(std::strerror(errno))) });
     }
     teardown();
     if (!m_deleteMovieFileWhenItFinishesRecording && m_controller)

@@ -15,9 +15,9 @@ class InitOutputFileError final : public std::runtime_error
 {
 public:
     explicit InitOutputFileError(const QString &reason)
-        : std::runtime_error(reason.toStdString()), m_reason(reason)
-    {
-    }
+        : std::runtime_error(reason.toStdString())
+        , m_reason(reason)
+    { }
     static QString name() { return QStringLiteral("initOutputFile Error"); }
     QString reason() const { return m_reason; }
 
@@ -64,11 +64,9 @@ public:
     void teardown();
 
     void captureOutputWillFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
-                                          const QList<CaptureConnectionPtr> &connections,
-                                          const std::optional<Error> &error) override;
+        const QList<CaptureConnectionPtr> &connections, const std::optional<Error> &error) override;
     void captureOutputDidFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
-                                         const QList<CaptureConnectionPtr> &connections,
-                                         const std::optional<Error> &error) override;
+        const QList<CaptureConnectionPtr> &connections, const std::optional<Error> &error) override;
 
 private:
     static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);

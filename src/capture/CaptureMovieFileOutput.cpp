@@ -30,7 +30,9 @@ namespace {
 class Timeline final
 {
 public:
-    explicit Timeline(GstClockTime start) : m_start(start) {}
+    explicit Timeline(GstClockTime start)
+        : m_start(start)
+    { }
 
     // The file time of a buffer captured at `runningTime`, or nothing when
     // it falls before the start, into a pause or after the end.
@@ -76,7 +78,7 @@ public:
     GstClockTime recorded(GstClockTime now) const
     {
         std::lock_guard lock(m_mutex);
-        GstClockTime end = std::min({now, m_stop, m_pausedAt});
+        GstClockTime end = std::min({ now, m_stop, m_pausedAt });
         if (end == GST_CLOCK_TIME_NONE || end < m_start)
             return 0;
         GstClockTime paused = 0;
@@ -118,7 +120,8 @@ GstPadProbeReturn branchProbe(GstPad *, GstPadProbeInfo *info, gpointer data)
         const GstClockTime shift = runningTime - *fileTime;
         GST_BUFFER_PTS(buffer) = *fileTime;
         if (GST_BUFFER_DTS_IS_VALID(buffer)) {
-            const GstClockTime dts = gst_segment_to_running_time(&probe->segment, GST_FORMAT_TIME, GST_BUFFER_DTS(buffer));
+            const GstClockTime dts
+                = gst_segment_to_running_time(&probe->segment, GST_FORMAT_TIME, GST_BUFFER_DTS(buffer));
             GST_BUFFER_DTS(buffer) = GST_CLOCK_TIME_IS_VALID(dts) && dts > shift ? dts - shift : 0;
         }
         GST_PAD_PROBE_INFO_DATA(info) = buffer;
@@ -180,8 +183,8 @@ constexpr int kFinishTimeoutMs = 20000;
 void removeStaleRemuxFiles(const QString &folder)
 {
     const QDateTime staleBefore = QDateTime::currentDateTime().addSecs(-kStaleRemuxSeconds);
-    const QFileInfoList leftovers =
-        QDir(folder).entryInfoList({QStringLiteral("*") + QLatin1String(kRemuxSuffix)}, QDir::Files | QDir::Hidden);
+    const QFileInfoList leftovers
+        = QDir(folder).entryInfoList({ QStringLiteral("*") + QLatin1String(kRemuxSuffix) }, QDir::Files | QDir::Hidden);
     std::lock_guard lock(s_remuxMutex);
     for (const QFileInfo &file : leftovers)
         if (!s_activeRemuxes.contains(file.absoluteFilePath()) && file.lastModified() < staleBefore)
@@ -280,14 +283,15 @@ QUrl CaptureMovieFileOutput::outputFileURL() const
     return m_current ? m_current->url : QUrl();
 }
 
-void CaptureMovieFileOutput::setCompressionOptions(const std::optional<CompressionOptions> &options,
-                                                   const CaptureConnectionPtr &connection)
+void CaptureMovieFileOutput::setCompressionOptions(
+    const std::optional<CompressionOptions> &options, const CaptureConnectionPtr &connection)
 {
     if (connection)
         m_options.insert(connection.get(), options);
 }
 
-std::optional<CompressionOptions> CaptureMovieFileOutput::compressionOptionsForConnection(const CaptureConnectionPtr &connection) const
+std::optional<CompressionOptions> CaptureMovieFileOutput::compressionOptionsForConnection(
+    const CaptureConnectionPtr &connection) const
 {
     return connection ? m_options.value(connection.get()) : std::nullopt;
 }
@@ -302,9 +306,8 @@ void CaptureMovieFileOutput::recordToOutputFileURL(const QUrl &url, FinishMode c
         // Asked for while the session was not running, and it never ran
         // since: the caller still waits for the end of that recording.
         finishUnstartedRecording(std::exchange(m_pendingURL, QUrl()),
-                                 m_sessionFailure.value_or(Gst::coreError(
-                                     GST_CORE_ERROR_STATE_CHANGE,
-                                     QStringLiteral("The recording did not start: the capture session is not running."))));
+            m_sessionFailure.value_or(Gst::coreError(GST_CORE_ERROR_STATE_CHANGE,
+                QStringLiteral("The recording did not start: the capture session is not running."))));
     }
     if (url.isEmpty())
         return;
@@ -356,7 +359,8 @@ void CaptureMovieFileOutput::startRecording(const QUrl &url)
 
     if (recording->connections.isEmpty()) {
         // Nothing would ever reach the muxer, so it would never finish.
-        abandonRecording(recording, Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has nothing to record.")));
+        abandonRecording(recording,
+            Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has nothing to record.")));
         return;
     }
     removeStaleRemuxFiles(QFileInfo(recording->path).absolutePath());
@@ -370,7 +374,8 @@ void CaptureMovieFileOutput::startRecording(const QUrl &url)
     Gst::ElementRef mux = Gst::make("qtmux");
     Gst::ElementRef sink = Gst::make("filesink");
     if (!mux || !sink) {
-        abandonRecording(recording, Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("The QuickTime muxer is not installed.")));
+        abandonRecording(recording,
+            Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("The QuickTime muxer is not installed.")));
         return;
     }
     g_object_set(mux.get(), "fragment-duration", guint(m_fragmentDuration.count()), nullptr);
@@ -384,10 +389,12 @@ void CaptureMovieFileOutput::startRecording(const QUrl &url)
     for (const CaptureConnectionPtr &connection : std::as_const(recording->connections)) {
         const bool video = connection->mediaType() == MediaType::Video;
         const std::optional<CompressionOptions> chosen = compressionOptionsForConnection(connection);
-        const CompressionOptions options = chosen ? *chosen : CompressionOptions::platformDefault(connection->mediaType());
+        const CompressionOptions options
+            = chosen ? *chosen : CompressionOptions::platformDefault(connection->mediaType());
         GstElement *tee = session()->teeForConnection(connection);
         if (!tee) {
-            abandonRecording(recording, Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has no stream to record.")));
+            abandonRecording(recording,
+                Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has no stream to record.")));
             return;
         }
         Gst::ElementRef encoder = options.createEncoderBin(&error);
@@ -399,20 +406,23 @@ void CaptureMovieFileOutput::startRecording(const QUrl &url)
         // Room for a stall of the disk or the encoder without back-pressure
         // on the live sources.
         g_object_set(queue.get(), "max-size-buffers", 0u, "max-size-bytes", 0u, "max-size-time",
-                     guint64(3 * GST_SECOND), nullptr);
+            guint64(3 * GST_SECOND), nullptr);
         gst_bin_add_many(bin, queue.element(), encoder.element(), nullptr);
         gst_element_link(queue.element(), encoder.element());
         Gst::PadRef encoderSrc(gst_element_get_static_pad(encoder.element(), "src"), Gst::Ref::Adopt);
-        Gst::PadRef muxPad(gst_element_request_pad_simple(mux.element(), video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
+        Gst::PadRef muxPad(
+            gst_element_request_pad_simple(mux.element(), video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
         if (!muxPad || gst_pad_link(encoderSrc.get(), muxPad.get()) != GST_PAD_LINK_OK) {
-            abandonRecording(recording, Gst::coreError(GST_CORE_ERROR_NEGOTIATION, QStringLiteral("The encoder does not fit the QuickTime muxer.")));
+            abandonRecording(recording,
+                Gst::coreError(
+                    GST_CORE_ERROR_NEGOTIATION, QStringLiteral("The encoder does not fit the QuickTime muxer.")));
             return;
         }
         Gst::PadRef queueSink(gst_element_get_static_pad(queue.element(), "sink"), Gst::Ref::Adopt);
         GstPad *ghost = gst_ghost_pad_new(video ? "video" : "audio", queueSink.get());
         gst_element_add_pad(recording->bin.element(), ghost);
 
-        auto *probe = new BranchProbe{recording->timeline, nullptr, chosen, {}};
+        auto *probe = new BranchProbe { recording->timeline, nullptr, chosen, {} };
         gst_segment_init(&probe->segment, GST_FORMAT_UNDEFINED);
         if (video) {
             probe->options = options;
@@ -420,12 +430,12 @@ void CaptureMovieFileOutput::startRecording(const QUrl &url)
             if (probe->sizeFilter)
                 gst_object_unref(probe->sizeFilter); // the bin keeps it alive
         }
-        Recording::Branch branch{connection, Gst::ElementRef(tee, Gst::Ref::Add),
-                                 Gst::PadRef(gst_element_request_pad_simple(tee, "src_%u"), Gst::Ref::Adopt),
-                                 Gst::PadRef(ghost, Gst::Ref::Add)};
+        Recording::Branch branch { connection, Gst::ElementRef(tee, Gst::Ref::Add),
+            Gst::PadRef(gst_element_request_pad_simple(tee, "src_%u"), Gst::Ref::Adopt),
+            Gst::PadRef(ghost, Gst::Ref::Add) };
         branch.probeId = gst_pad_add_probe(branch.teePad.get(),
-                                           GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
-                                           branchProbe, probe, [](gpointer p) { delete static_cast<BranchProbe *>(p); });
+            GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM), branchProbe, probe,
+            [](gpointer p) { delete static_cast<BranchProbe *>(p); });
         recording->branches.append(std::move(branch));
     }
 
@@ -452,7 +462,8 @@ void CaptureMovieFileOutput::finishRecording(const RecordingPtr &recording)
         gst_pad_send_event(branch.binPad.get(), gst_event_new_eos());
     QTimer::singleShot(kFinishTimeoutMs, this, [this, weak = std::weak_ptr<Recording>(recording)] {
         if (const RecordingPtr stuck = weak.lock(); stuck && !stuck->completed)
-            abandonRecording(stuck, Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The movie file could not be finished.")));
+            abandonRecording(
+                stuck, Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The movie file could not be finished.")));
     });
 }
 
@@ -489,8 +500,9 @@ void CaptureMovieFileOutput::releaseFromSession(const RecordingPtr &recording)
     releaseBranches(recording);
     if (GST_STATE(bin) < GST_STATE_PAUSED && GST_STATE_PENDING(bin) < GST_STATE_PAUSED) {
         // Never got going (its sink refused to open): nothing to drain.
-        abandonRecording(recording, recording->error.value_or(Gst::coreError(
-                                        GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The movie file could not be opened."))));
+        abandonRecording(recording,
+            recording->error.value_or(
+                Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The movie file could not be opened."))));
         return;
     }
     recording->bus = Gst::BusRef(gst_bus_new(), Gst::Ref::Adopt);
@@ -498,10 +510,11 @@ void CaptureMovieFileOutput::releaseFromSession(const RecordingPtr &recording)
     GPollFD pollFd;
     gst_bus_get_pollfd(recording->bus.get(), &pollFd);
     recording->busNotifier = new QSocketNotifier(pollFd.fd, QSocketNotifier::Read, this);
-    connect(recording->busNotifier, &QSocketNotifier::activated, this, [this, weak = std::weak_ptr<Recording>(recording)] {
-        if (const RecordingPtr r = weak.lock())
-            readRecordingBus(r);
-    });
+    connect(
+        recording->busNotifier, &QSocketNotifier::activated, this, [this, weak = std::weak_ptr<Recording>(recording)] {
+            if (const RecordingPtr r = weak.lock())
+                readRecordingBus(r);
+        });
 }
 
 void CaptureMovieFileOutput::releaseBranches(const RecordingPtr &recording)
@@ -566,7 +579,8 @@ void CaptureMovieFileOutput::endOfStream(const RecordingPtr &recording)
         if (session())
             recording->timeline->finish(session()->runningTime());
         if (!recording->error)
-            recording->error = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture device stopped sending media."));
+            recording->error
+                = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture device stopped sending media."));
         deliverWillFinish(recording);
     }
     completeRecording(recording, !recording->discard);
@@ -613,7 +627,8 @@ void CaptureMovieFileOutput::deliverWillFinish(const RecordingPtr &recording)
         this,
         [this, recording] {
             if (m_delegate)
-                m_delegate->captureOutputWillFinishRecording(this, recording->url, recording->connections, recording->error);
+                m_delegate->captureOutputWillFinishRecording(
+                    this, recording->url, recording->connections, recording->error);
         },
         Qt::QueuedConnection);
 }
@@ -625,7 +640,8 @@ void CaptureMovieFileOutput::deliverDidFinish(const RecordingPtr &recording)
         [this, recording] {
             m_finishing.removeAll(recording);
             if (m_delegate)
-                m_delegate->captureOutputDidFinishRecording(this, recording->url, recording->connections, recording->error);
+                m_delegate->captureOutputDidFinishRecording(
+                    this, recording->url, recording->connections, recording->error);
         },
         Qt::QueuedConnection);
 }
@@ -636,8 +652,9 @@ CaptureMovieFileOutput::RecordingPtr CaptureMovieFileOutput::recordingForMessage
     if (m_current)
         all.append(m_current);
     for (const RecordingPtr &recording : all)
-        if (recording->bin && (source == GST_OBJECT(recording->bin.get()) ||
-                               gst_object_has_as_ancestor(source, GST_OBJECT(recording->bin.get()))))
+        if (recording->bin
+            && (source == GST_OBJECT(recording->bin.get())
+                || gst_object_has_as_ancestor(source, GST_OBJECT(recording->bin.get()))))
             return recording;
     return nullptr;
 }
@@ -658,7 +675,7 @@ bool CaptureMovieFileOutput::handleRecordingMessage(const RecordingPtr &recordin
         return true;
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ERROR:
-        abandonRecording(recording, Gst::errorFromMessage(message).value_or(Error{}));
+        abandonRecording(recording, Gst::errorFromMessage(message).value_or(Error {}));
         return true;
     case GST_MESSAGE_EOS:
         // A bin on its own sums up its sink's end-of-stream as its own.
@@ -707,7 +724,7 @@ std::optional<Error> CaptureMovieFileOutput::remuxToPlainMovie(const QString &pa
     const QByteArray original = QFile::encodeName(path);
     struct stat before = {};
     if (::stat(original.constData(), &before) != 0)
-        return Error{kPosixErrorDomain, errno, QStringLiteral("Cannot read %1").arg(path)};
+        return Error { kPosixErrorDomain, errno, QStringLiteral("Cannot read %1").arg(path) };
     const QString temporary = path + QLatin1String(kRemuxSuffix);
     const QByteArray temporaryName = QFile::encodeName(temporary);
     const QString temporaryKey = QFileInfo(temporary).absoluteFilePath();
@@ -723,14 +740,14 @@ std::optional<Error> CaptureMovieFileOutput::remuxToPlainMovie(const QString &pa
             std::lock_guard lock(s_remuxMutex);
             s_activeRemuxes.remove(key);
         }
-    } unregister{temporaryKey};
+    } unregister { temporaryKey };
 
     // Where the original's samples end, seen as they are copied; the new
     // file must reach as far.
     struct Copy
     {
         GstElement *muxer = nullptr;
-        std::atomic<GstClockTime> end{0};
+        std::atomic<GstClockTime> end { 0 };
     } copy;
 
     Gst::ElementRef pipeline(gst_pipeline_new("remux"), Gst::Ref::Adopt);
@@ -750,36 +767,36 @@ std::optional<Error> CaptureMovieFileOutput::remuxToPlainMovie(const QString &pa
     // Each track goes through a queue of its own into the new file; the
     // demuxer names its pads by kind, as the muxer's request pads are.
     g_signal_connect(demux.element(), "pad-added", G_CALLBACK(+[](GstElement *, GstPad *pad, gpointer data) {
-                         auto *copy = static_cast<Copy *>(data);
-                         Gst::CharPtr name(gst_pad_get_name(pad));
-                         const bool video = g_str_has_prefix(name.get(), "video");
-                         Gst::PadRef target(gst_element_request_pad_simple(copy->muxer, video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
-                         GstElement *queue = gst_element_factory_make("queue", nullptr);
-                         GstObject *parent = gst_object_get_parent(GST_OBJECT(copy->muxer));
-                         gst_bin_add(GST_BIN(parent), queue);
-                         gst_object_unref(parent);
-                         Gst::PadRef queueSink(gst_element_get_static_pad(queue, "sink"), Gst::Ref::Adopt);
-                         Gst::PadRef queueSrc(gst_element_get_static_pad(queue, "src"), Gst::Ref::Adopt);
-                         gst_pad_link(queueSrc.get(), target.get());
-                         gst_element_sync_state_with_parent(queue);
-                         gst_pad_add_probe(
-                             pad, GST_PAD_PROBE_TYPE_BUFFER,
-                             [](GstPad *, GstPadProbeInfo *info, gpointer data) {
-                                 auto *copy = static_cast<Copy *>(data);
-                                 GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
-                                 if (GST_BUFFER_PTS_IS_VALID(buffer)) {
-                                     const GstClockTime end = GST_BUFFER_PTS(buffer) +
-                                                              (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : 0);
-                                     GstClockTime seen = copy->end.load();
-                                     while (end > seen && !copy->end.compare_exchange_weak(seen, end)) {
-                                     }
-                                 }
-                                 return GST_PAD_PROBE_OK;
-                             },
-                             copy, nullptr);
-                         gst_pad_link(pad, queueSink.get());
-                     }),
-                     &copy);
+        auto *copy = static_cast<Copy *>(data);
+        Gst::CharPtr name(gst_pad_get_name(pad));
+        const bool video = g_str_has_prefix(name.get(), "video");
+        Gst::PadRef target(
+            gst_element_request_pad_simple(copy->muxer, video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
+        GstElement *queue = gst_element_factory_make("queue", nullptr);
+        GstObject *parent = gst_object_get_parent(GST_OBJECT(copy->muxer));
+        gst_bin_add(GST_BIN(parent), queue);
+        gst_object_unref(parent);
+        Gst::PadRef queueSink(gst_element_get_static_pad(queue, "sink"), Gst::Ref::Adopt);
+        Gst::PadRef queueSrc(gst_element_get_static_pad(queue, "src"), Gst::Ref::Adopt);
+        gst_pad_link(queueSrc.get(), target.get());
+        gst_element_sync_state_with_parent(queue);
+        gst_pad_add_probe(
+            pad, GST_PAD_PROBE_TYPE_BUFFER,
+            [](GstPad *, GstPadProbeInfo *info, gpointer data) {
+                auto *copy = static_cast<Copy *>(data);
+                GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+                if (GST_BUFFER_PTS_IS_VALID(buffer)) {
+                    const GstClockTime end = GST_BUFFER_PTS(buffer)
+                        + (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : 0);
+                    GstClockTime seen = copy->end.load();
+                    while (end > seen && !copy->end.compare_exchange_weak(seen, end)) { }
+                }
+                return GST_PAD_PROBE_OK;
+            },
+            copy, nullptr);
+        gst_pad_link(pad, queueSink.get());
+    }),
+        &copy);
     Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
     std::optional<Error> failure;
     if (gst_element_set_state(pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
@@ -788,7 +805,8 @@ std::optional<Error> CaptureMovieFileOutput::remuxToPlainMovie(const QString &pa
         // A copy runs at disk speed; one that takes far longer than the
         // file's size explains is stuck, and the original is good as it is.
         const GstClockTime timeout = 10 * GST_SECOND + GstClockTime(before.st_size) / (4 * 1024 * 1024) * GST_SECOND;
-        Gst::MessagePtr message(gst_bus_timed_pop_filtered(bus.get(), timeout, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+        Gst::MessagePtr message(
+            gst_bus_timed_pop_filtered(bus.get(), timeout, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
         if (!message)
             failure = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Rewriting %1 timed out").arg(path));
         else
@@ -801,19 +819,21 @@ std::optional<Error> CaptureMovieFileOutput::remuxToPlainMovie(const QString &pa
         const GstClockTime wanted = copy.end.load();
         const std::optional<GstClockTime> got = movieDuration(temporary);
         if (!got || *got + tolerance < wanted || *got > wanted + tolerance)
-            failure = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The rewritten %1 does not last as long as the original").arg(path));
+            failure = Gst::coreError(GST_CORE_ERROR_FAILED,
+                QStringLiteral("The rewritten %1 does not last as long as the original").arg(path));
     }
     if (!failure && !fsyncPath(temporaryName, O_RDONLY))
-        failure = Error{kPosixErrorDomain, errno, QStringLiteral("Cannot write %1").arg(temporary)};
+        failure = Error { kPosixErrorDomain, errno, QStringLiteral("Cannot write %1").arg(temporary) };
     if (!failure) {
         // The application may have submitted and deleted the file, or a new
         // recording may stand there now: the rewrite must not replace it.
         struct stat now = {};
         if (::stat(original.constData(), &now) != 0 || now.st_dev != before.st_dev || now.st_ino != before.st_ino)
-            failure = Error{kPosixErrorDomain, ESTALE, QStringLiteral("%1 was removed or replaced while it was rewritten").arg(path)};
+            failure = Error { kPosixErrorDomain, ESTALE,
+                QStringLiteral("%1 was removed or replaced while it was rewritten").arg(path) };
     }
     if (!failure && ::rename(temporaryName.constData(), original.constData()) != 0)
-        failure = Error{kPosixErrorDomain, errno, QStringLiteral("Cannot replace %1").arg(path)};
+        failure = Error { kPosixErrorDomain, errno, QStringLiteral("Cannot replace %1").arg(path) };
     if (failure) {
         QFile::remove(temporary);
         return failure;

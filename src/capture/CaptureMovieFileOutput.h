@@ -19,12 +19,12 @@ public:
     virtual ~CaptureFileOutputDelegate() = default;
     // The output has stopped taking media for the file; it is being closed.
     virtual void captureOutputWillFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
-                                                  const QList<CaptureConnectionPtr> &connections,
-                                                  const std::optional<Error> &error) = 0;
+        const QList<CaptureConnectionPtr> &connections, const std::optional<Error> &error)
+        = 0;
     // The file is complete (or, with an error, as complete as it got).
     virtual void captureOutputDidFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
-                                                 const QList<CaptureConnectionPtr> &connections,
-                                                 const std::optional<Error> &error) = 0;
+        const QList<CaptureConnectionPtr> &connections, const std::optional<Error> &error)
+        = 0;
 };
 
 // Writes the session's media into QuickTime movie files.
@@ -72,7 +72,8 @@ public:
 
     // Encoding of a connection; connections without one get the platform
     // default (CompressionOptions::platformDefault).
-    void setCompressionOptions(const std::optional<CompressionOptions> &options, const CaptureConnectionPtr &connection);
+    void setCompressionOptions(
+        const std::optional<CompressionOptions> &options, const CaptureConnectionPtr &connection);
     std::optional<CompressionOptions> compressionOptionsForConnection(const CaptureConnectionPtr &connection) const;
 
     // How much a crash may lose at most. Shorter fragments cost a larger
@@ -118,5 +119,5 @@ private:
     QUrl m_pendingURL;
     std::optional<Error> m_sessionFailure;
     QHash<CaptureConnection *, std::optional<CompressionOptions>> m_options;
-    std::chrono::milliseconds m_fragmentDuration{500};
+    std::chrono::milliseconds m_fragmentDuration { 500 };
 };

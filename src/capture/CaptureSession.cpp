@@ -36,13 +36,13 @@ bool CaptureSession::addInput(const CaptureInputPtr &input, Error *error)
 {
     if (!input || !input->device()->isOpen()) {
         setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_NOT_FOUND,
-                 QStringLiteral("The capture device is not open."));
+            QStringLiteral("The capture device is not open."));
         return false;
     }
     for (const CaptureInputPtr &present : std::as_const(m_inputs)) {
         if (present == input || present->device() == input->device()) {
             setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_BUSY,
-                     QStringLiteral("The capture device is already an input of this session."));
+                QStringLiteral("The capture device is already an input of this session."));
             return false;
         }
     }
@@ -69,7 +69,7 @@ bool CaptureSession::addOutput(const CaptureOutputPtr &output, Error *error)
 {
     if (!output || output->m_session) {
         setError(error, QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), GST_CORE_ERROR_FAILED,
-                 QStringLiteral("The capture output belongs to a session already."));
+            QStringLiteral("The capture output belongs to a session already."));
         return false;
     }
     output->m_session = this;
@@ -149,7 +149,7 @@ bool CaptureSession::buildPipeline(Error *error)
         GstElement *source = input->device()->source();
         if (!source) {
             setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_NOT_FOUND,
-                     QStringLiteral("The capture device %1 is not open.").arg(input->device()->localizedDisplayName()));
+                QStringLiteral("The capture device %1 is not open.").arg(input->device()->localizedDisplayName()));
             return false;
         }
         gst_bin_add(GST_BIN(m_pipeline.element()), source);
@@ -163,7 +163,7 @@ bool CaptureSession::buildPipeline(Error *error)
                 gst_pad_link(pad.get(), sinkPad.get());
                 continue;
             }
-            Stream stream{connection};
+            Stream stream { connection };
             GstElement *head = nullptr;
             if (connection->mediaType() == MediaType::Sound) {
                 head = addElement(m_pipeline.element(), "audioconvert");
@@ -276,7 +276,7 @@ void CaptureSession::handleMessage(GstMessage *message)
         // Queued by an output's branch that has left the pipeline since.
         if (!gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_pipeline.get())))
             break;
-        fail(Gst::errorFromMessage(message).value_or(Error{}));
+        fail(Gst::errorFromMessage(message).value_or(Error {}));
         break;
     }
     case GST_MESSAGE_EOS:

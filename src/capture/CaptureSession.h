@@ -19,9 +19,10 @@ class CaptureConnection final
 {
 public:
     CaptureConnection(CaptureDeviceInput *input, QString mediaType, const char *padName)
-        : m_input(input), m_mediaType(std::move(mediaType)), m_padName(padName)
-    {
-    }
+        : m_input(input)
+        , m_mediaType(std::move(mediaType))
+        , m_padName(padName)
+    { }
 
     QString mediaType() const { return m_mediaType; }
     bool isEnabled() const { return m_enabled; }
@@ -39,7 +40,7 @@ private:
     QString m_mediaType;
     const char *m_padName;
     bool m_enabled = true;
-    std::atomic<float> m_averagePowerLevel{-700.0f};
+    std::atomic<float> m_averagePowerLevel { -700.0f };
 };
 
 using CaptureConnectionPtr = std::shared_ptr<CaptureConnection>;
@@ -81,11 +82,11 @@ public:
 protected:
     friend class CaptureSession;
     // The pipeline plays: attach branches.
-    virtual void sessionDidStartRunning() {}
+    virtual void sessionDidStartRunning() { }
     // The pipeline is about to stop: finish and detach branches now.
-    virtual void sessionWillStopRunning() {}
+    virtual void sessionWillStopRunning() { }
     // A source failed; the session stops right after this.
-    virtual void sessionDidFail(const Error &error) {}
+    virtual void sessionDidFail(const Error &error) { }
     // A message from the pipeline; true when the output has handled it.
     virtual bool handleBusMessage(GstMessage *message) { return false; }
 

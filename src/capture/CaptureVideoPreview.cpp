@@ -26,12 +26,12 @@ void CaptureVideoPreviewOutput::sessionDidStartRunning()
     if (!tee)
         return;
     GError *raw = nullptr;
-    m_bin = Gst::ElementRef(gst_parse_bin_from_description(
-                                "queue leaky=downstream max-size-buffers=1 ! videoconvert ! "
-                                "video/x-raw,format=BGRx ! appsink name=sink max-buffers=1 drop=true sync=true "
-                                "async=false qos=true max-lateness=40000000",
-                                TRUE, &raw),
-                            Gst::Ref::Adopt);
+    m_bin = Gst::ElementRef(
+        gst_parse_bin_from_description("queue leaky=downstream max-size-buffers=1 ! videoconvert ! "
+                                       "video/x-raw,format=BGRx ! appsink name=sink max-buffers=1 drop=true sync=true "
+                                       "async=false qos=true max-lateness=40000000",
+            TRUE, &raw),
+        Gst::Ref::Adopt);
     Gst::ErrorPtr error(raw);
     if (!m_bin)
         return;
@@ -84,10 +84,11 @@ GstFlowReturn CaptureVideoPreviewOutput::onNewSample(GstElement *sink, gpointer 
         return GST_FLOW_OK;
     GstVideoInfo info;
     GstVideoFrame frame;
-    if (gst_video_info_from_caps(&info, gst_sample_get_caps(sample)) &&
-        gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ)) {
-        const QImage view(static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)), GST_VIDEO_FRAME_WIDTH(&frame),
-                          GST_VIDEO_FRAME_HEIGHT(&frame), GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0), QImage::Format_RGB32);
+    if (gst_video_info_from_caps(&info, gst_sample_get_caps(sample))
+        && gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ)) {
+        const QImage view(static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
+            GST_VIDEO_FRAME_WIDTH(&frame), GST_VIDEO_FRAME_HEIGHT(&frame), GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0),
+            QImage::Format_RGB32);
         QImage copy = view.copy();
         gst_video_frame_unmap(&frame);
         {

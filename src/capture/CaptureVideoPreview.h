@@ -38,8 +38,8 @@ private:
 
     mutable QMutex m_mutex;
     QImage m_frame;
-    std::atomic<bool> m_notifyPending{false};
-    std::atomic<qint64> m_framesReceived{0};
+    std::atomic<bool> m_notifyPending { false };
+    std::atomic<qint64> m_framesReceived { 0 };
     Gst::ElementRef m_bin;
     Gst::ElementRef m_tee;
     Gst::PadRef m_teePad;

@@ -16,16 +16,15 @@ QString availableEncoder(const QStringList &encoders)
 
 } // namespace
 
-CompressionOptions::CompressionOptions(QString identifier, QString mediaType, QStringList encoders, int maxWidth,
-                                       int maxHeight, int bitrate)
+CompressionOptions::CompressionOptions(
+    QString identifier, QString mediaType, QStringList encoders, int maxWidth, int maxHeight, int bitrate)
     : m_identifier(std::move(identifier))
     , m_mediaType(std::move(mediaType))
     , m_encoders(std::move(encoders))
     , m_maxWidth(maxWidth)
     , m_maxHeight(maxHeight)
     , m_bitrate(bitrate)
-{
-}
+{ }
 
 // avenc_mpeg4 is left out on purpose: on this GStreamer it emits buffers
 // without timestamps, which the muxer cannot place. The "MPEG4" name is the
@@ -33,8 +32,8 @@ CompressionOptions::CompressionOptions(QString identifier, QString mediaType, QS
 
 QStringList CompressionOptions::compressionOptionsIdentifiersForMediaType(const QString &mediaType)
 {
-    static const QStringList order{SD480SizeMPEG4Video, SD480SizeH264Video, Size240H264Video, HighQualityAACAudio,
-                                   VoiceQualityAACAudio};
+    static const QStringList order { SD480SizeMPEG4Video, SD480SizeH264Video, Size240H264Video, HighQualityAACAudio,
+        VoiceQualityAACAudio };
     QStringList result;
     for (const QString &identifier : order) {
         const auto options = compressionOptionsWithIdentifier(identifier);
@@ -46,8 +45,8 @@ QStringList CompressionOptions::compressionOptionsIdentifiersForMediaType(const 
 
 std::optional<CompressionOptions> CompressionOptions::compressionOptionsWithIdentifier(const QString &identifier)
 {
-    static const QStringList aac{QStringLiteral("voaacenc"), QStringLiteral("avenc_aac")};
-    static const QStringList h264{QStringLiteral("x264enc")};
+    static const QStringList aac { QStringLiteral("voaacenc"), QStringLiteral("avenc_aac") };
+    static const QStringList h264 { QStringLiteral("x264enc") };
     std::optional<CompressionOptions> options;
     if (identifier == SD480SizeMPEG4Video || identifier == SD480SizeH264Video)
         options = CompressionOptions(identifier, MediaType::Video, h264, 640, 480);
@@ -65,7 +64,7 @@ std::optional<CompressionOptions> CompressionOptions::compressionOptionsWithIden
 CompressionOptions CompressionOptions::platformDefault(const QString &mediaType)
 {
     if (mediaType == MediaType::Video)
-        return CompressionOptions(QString(), mediaType, {QStringLiteral("x264enc"), QStringLiteral("jpegenc")});
+        return CompressionOptions(QString(), mediaType, { QStringLiteral("x264enc"), QStringLiteral("jpegenc") });
     return CompressionOptions(QString(), mediaType, {});
 }
 
@@ -77,13 +76,12 @@ Gst::CapsPtr CompressionOptions::videoCapsForSource(int width, int height, int p
         displayWidth = double(width) * parN / parD;
     double scale = 1.0;
     if (m_maxWidth > 0 && m_maxHeight > 0)
-        scale = std::min({1.0, m_maxWidth / displayWidth, m_maxHeight / double(height)});
+        scale = std::min({ 1.0, m_maxWidth / displayWidth, m_maxHeight / double(height) });
     // Even sizes: 4:2:0 chroma needs them.
     const int outWidth = std::max(2, int(displayWidth * scale) & ~1);
     const int outHeight = std::max(2, int(height * scale) & ~1);
     return Gst::CapsPtr(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420", "width", G_TYPE_INT,
-                                            outWidth, "height", G_TYPE_INT, outHeight, "pixel-aspect-ratio",
-                                            GST_TYPE_FRACTION, 1, 1, nullptr));
+        outWidth, "height", G_TYPE_INT, outHeight, "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, nullptr));
 }
 
 Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
@@ -100,7 +98,7 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
             description += "jpegenc name=last";
         else {
             setError(error, QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), GST_CORE_ERROR_MISSING_PLUGIN,
-                     QStringLiteral("No video encoder is installed."));
+                QStringLiteral("No video encoder is installed."));
             return {};
         }
     } else {

@@ -39,8 +39,8 @@ public:
     Gst::CapsPtr videoCapsForSource(int width, int height, int parNumerator, int parDenominator) const;
 
 private:
-    CompressionOptions(QString identifier, QString mediaType, QStringList encoders, int maxWidth = 0,
-                       int maxHeight = 0, int bitrate = 0);
+    CompressionOptions(QString identifier, QString mediaType, QStringList encoders, int maxWidth = 0, int maxHeight = 0,
+        int bitrate = 0);
 
     QString m_identifier;
     QString m_mediaType;

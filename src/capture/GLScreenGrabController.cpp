@@ -20,8 +20,7 @@ struct FreeDeleter
 {
     void operator()(void *p) const { std::free(p); }
 };
-template <typename T>
-using Reply = std::unique_ptr<T, FreeDeleter>;
+template<typename T> using Reply = std::unique_ptr<T, FreeDeleter>;
 
 // Bits per pixel of the server's images at a depth (0: unknown).
 int bitsPerPixel(const xcb_setup_t *setup, uint8_t depth)
@@ -89,8 +88,8 @@ QImage GLScreenGrabController::grab() const
     // Format_RGB32 is 0xffRRGGBB in a native 32-bit word: the server must
     // give 32-bit pixels of depth 24 or 32, least significant byte first
     // (as this machine stores them).
-    if ((screen->root_depth != 24 && screen->root_depth != 32) || bitsPerPixel(setup, screen->root_depth) != 32 ||
-        setup->image_byte_order != XCB_IMAGE_ORDER_LSB_FIRST || Q_BYTE_ORDER != Q_LITTLE_ENDIAN)
+    if ((screen->root_depth != 24 && screen->root_depth != 32) || bitsPerPixel(setup, screen->root_depth) != 32
+        || setup->image_byte_order != XCB_IMAGE_ORDER_LSB_FIRST || Q_BYTE_ORDER != Q_LITTLE_ENDIAN)
         return {};
     QRect area(0, 0, screen->width_in_pixels, screen->height_in_pixels);
     const QRect primary = primaryOutputArea(connection.get(), screen->root).intersected(area);
@@ -110,10 +109,9 @@ QImage GLScreenGrabController::grab() const
     for (int y = 0; y < height; y += bandRows) {
         const int rows = std::min(bandRows, height - y);
         xcb_generic_error_t *rawError = nullptr;
-        Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
-            connection.get(),
+        Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection.get(),
             xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, int16_t(area.x()),
-                          int16_t(area.y() + y), uint16_t(width), uint16_t(rows), ~0u),
+                int16_t(area.y() + y), uint16_t(width), uint16_t(rows), ~0u),
             &rawError));
         Reply<xcb_generic_error_t> error(rawError);
         if (!reply || error)

@@ -10,7 +10,9 @@ class GLScreenGrabController final
 {
 public:
     // `display` empty: $DISPLAY.
-    explicit GLScreenGrabController(QString display = QString()) : m_display(std::move(display)) {}
+    explicit GLScreenGrabController(QString display = QString())
+        : m_display(std::move(display))
+    { }
 
     // A top-down 32-bit image (QImage::Format_RGB32) whose size in points is
     // its size in pixels, or a null image when the screen cannot be read.

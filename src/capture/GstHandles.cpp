@@ -30,12 +30,13 @@ Error toError(const GError *error)
 {
     if (!error)
         return coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Unknown GStreamer failure"));
-    return Error{QString::fromUtf8(g_quark_to_string(error->domain)), error->code, QString::fromUtf8(error->message)};
+    return Error { QString::fromUtf8(g_quark_to_string(error->domain)), error->code,
+        QString::fromUtf8(error->message) };
 }
 
 Error coreError(GstCoreError code, const QString &message)
 {
-    return Error{QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), code, message};
+    return Error { QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), code, message };
 }
 
 std::optional<Error> errorFromMessage(GstMessage *message)

@@ -19,12 +19,12 @@ enum class Ref { Adopt, Add };
 // A counted reference to a GstObject (element, pad, bus, device, ...). A
 // floating reference is sunk on adoption, so a freshly made element and one
 // returned with transfer-full are owned the same way.
-template <typename T>
-class ObjectRef final
+template<typename T> class ObjectRef final
 {
 public:
     ObjectRef() = default;
-    ObjectRef(T *object, Ref mode) : m_object(object)
+    ObjectRef(T *object, Ref mode)
+        : m_object(object)
     {
         if (!m_object)
             return;
@@ -33,8 +33,12 @@ public:
         else if (g_object_is_floating(m_object))
             gst_object_ref_sink(GST_OBJECT_CAST(m_object));
     }
-    ObjectRef(const ObjectRef &other) : ObjectRef(other.m_object, Ref::Add) {}
-    ObjectRef(ObjectRef &&other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
+    ObjectRef(const ObjectRef &other)
+        : ObjectRef(other.m_object, Ref::Add)
+    { }
+    ObjectRef(ObjectRef &&other) noexcept
+        : m_object(std::exchange(other.m_object, nullptr))
+    { }
     ObjectRef &operator=(ObjectRef other) noexcept
     {
         std::swap(m_object, other.m_object);

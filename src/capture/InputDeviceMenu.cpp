@@ -1,7 +1,7 @@
 #include "InputDeviceMenu.h"
 
-QAction *InputDeviceMenu::insertItemWithTitle(const QString &title, const std::function<void()> &action,
-                                              const QKeySequence &keyEquivalent, int index)
+QAction *InputDeviceMenu::insertItemWithTitle(
+    const QString &title, const std::function<void()> &action, const QKeySequence &keyEquivalent, int index)
 {
     if (title == kSeparatorItem)
         return addSeparator();

@@ -17,6 +17,6 @@ public:
     // Inserts a titled item at `index` (appended when past the end). The
     // separator is always appended at the end, whatever the index: the lists
     // only ever ask for one between their groups as they are built.
-    QAction *insertItemWithTitle(const QString &title, const std::function<void()> &action,
-                                 const QKeySequence &keyEquivalent, int index);
+    QAction *insertItemWithTitle(
+        const QString &title, const std::function<void()> &action, const QKeySequence &keyEquivalent, int index);
 };

@@ -19,8 +19,7 @@ LXUserDefaults &LXUserDefaults::standard()
 LXUserDefaults::LXUserDefaults(const QString &storePath, const QString &kioskPath)
     : m_storePath(storePath)
     , m_kioskPath(kioskPath)
-{
-}
+{ }
 
 void LXUserDefaults::loadLocked() const
 {
@@ -37,7 +36,7 @@ void LXUserDefaults::loadLocked() const
     }
     m_storeDamaged = true;
     Log::format(QStringLiteral("User defaults at %@ could not be read and count as empty: %@"),
-                {m_storePath, error.isEmpty() ? QStringLiteral("the root is not a dictionary") : error});
+        { m_storePath, error.isEmpty() ? QStringLiteral("the root is not a dictionary") : error });
 }
 
 bool LXUserDefaults::writeLocked()
@@ -49,7 +48,7 @@ bool LXUserDefaults::writeLocked()
             + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMddHHmmss"));
         if (!QFile::rename(m_storePath, aside)) {
             Log::format(QStringLiteral("User defaults at %@ are damaged and could not be set aside; not saving."),
-                        {m_storePath});
+                { m_storePath });
             m_dirty = true;
             return false;
         }
@@ -57,7 +56,7 @@ bool LXUserDefaults::writeLocked()
     }
     QString error;
     if (!PropertyList::writeFile(m_storePath, m_values, true, &error)) {
-        Log::format(QStringLiteral("User defaults could not be saved to %@: %@"), {m_storePath, error});
+        Log::format(QStringLiteral("User defaults could not be saved to %@: %@"), { m_storePath, error });
         m_dirty = true;
         return false;
     }

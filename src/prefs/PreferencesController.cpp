@@ -7,8 +7,7 @@
 
 PreferencesController::PreferencesController(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 PreferencesController::~PreferencesController() = default;
 

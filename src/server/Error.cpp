@@ -4,6 +4,6 @@
 
 QString describeError(const Error &error)
 {
-    return lxFormat(QStringLiteral("Error Domain=%@ Code=%d \"%@\""),
-                    {error.domain, error.code, error.localizedDescription});
+    return lxFormat(
+        QStringLiteral("Error Domain=%@ Code=%d \"%@\""), { error.domain, error.code, error.localizedDescription });
 }

@@ -25,7 +25,7 @@ inline const QString kLumexErrorDomain = QStringLiteral("com.tarn.Lumex");
 inline void setError(Error *out, const QString &domain, qint64 code, const QString &text)
 {
     if (out)
-        *out = Error{domain, code, text};
+        *out = Error { domain, code, text };
 }
 
 // "%@" of an error, as it appears in log lines.

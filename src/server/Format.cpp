@@ -109,7 +109,7 @@ QString lxFormat(const QString &format, std::initializer_list<FormatArg> args)
         case 'X':
         case 'o':
             std::snprintf(buf, sizeof buf, (s + "ll" + conv.toLatin1()).constData(),
-                          static_cast<unsigned long long>(arg.toULongLong()));
+                static_cast<unsigned long long>(arg.toULongLong()));
             out += QString::fromLatin1(buf);
             break;
         case 'f':

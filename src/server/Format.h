@@ -11,16 +11,36 @@
 class FormatArg final
 {
 public:
-    FormatArg(const QString &s) : m_value(s.isNull() ? QVariant() : QVariant(s)) {}
-    FormatArg(const char *s) : m_value(s ? QVariant(QString::fromUtf8(s)) : QVariant()) {}
-    FormatArg(const QVariant &v) : m_value(v) {}
-    FormatArg(int v) : m_value(qint64(v)) {}
-    FormatArg(long v) : m_value(qint64(v)) {}
-    FormatArg(long long v) : m_value(qint64(v)) {}
-    FormatArg(unsigned v) : m_value(quint64(v)) {}
-    FormatArg(unsigned long v) : m_value(quint64(v)) {}
-    FormatArg(unsigned long long v) : m_value(quint64(v)) {}
-    FormatArg(double v) : m_value(v) {}
+    FormatArg(const QString &s)
+        : m_value(s.isNull() ? QVariant() : QVariant(s))
+    { }
+    FormatArg(const char *s)
+        : m_value(s ? QVariant(QString::fromUtf8(s)) : QVariant())
+    { }
+    FormatArg(const QVariant &v)
+        : m_value(v)
+    { }
+    FormatArg(int v)
+        : m_value(qint64(v))
+    { }
+    FormatArg(long v)
+        : m_value(qint64(v))
+    { }
+    FormatArg(long long v)
+        : m_value(qint64(v))
+    { }
+    FormatArg(unsigned v)
+        : m_value(quint64(v))
+    { }
+    FormatArg(unsigned long v)
+        : m_value(quint64(v))
+    { }
+    FormatArg(unsigned long long v)
+        : m_value(quint64(v))
+    { }
+    FormatArg(double v)
+        : m_value(v)
+    { }
 
     const QVariant &value() const { return m_value; }
 

@@ -12,10 +12,10 @@
 
 extern char **environ;
 
-std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(const QString &program, const QStringList &arguments,
-                                                       int *errnoOut)
+std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(
+    const QString &program, const QStringList &arguments, int *errnoOut)
 {
-    CStringArray argv(QStringList{program} + arguments);
+    CStringArray argv(QStringList { program } + arguments);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -34,8 +34,7 @@ std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(const QString &program, c
 
 LocalAgentTask::LocalAgentTask(pid_t pid)
     : m_pid(pid)
-{
-}
+{ }
 
 LocalAgentTask::~LocalAgentTask()
 {
@@ -48,8 +47,7 @@ LocalAgentTask::~LocalAgentTask()
     try {
         std::thread([pid] {
             int status = 0;
-            while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-            }
+            while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
         }).detach();
     } catch (const std::system_error &) {
         // No thread to be had: the child stays a zombie until we exit,

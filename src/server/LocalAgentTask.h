@@ -16,8 +16,8 @@ class LocalAgentTask final
 public:
     // Starts `program` with `arguments`, inheriting our standard streams and
     // environment. Returns null and sets `errnoOut` when it cannot be started.
-    static std::shared_ptr<LocalAgentTask> launch(const QString &program, const QStringList &arguments,
-                                                  int *errnoOut = nullptr);
+    static std::shared_ptr<LocalAgentTask> launch(
+        const QString &program, const QStringList &arguments, int *errnoOut = nullptr);
 
     // Adopts a child process that this process started itself.
     explicit LocalAgentTask(pid_t pid);

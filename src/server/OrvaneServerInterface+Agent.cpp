@@ -14,13 +14,13 @@ namespace {
 void setNoCameraError(Error *error)
 {
     setError(error, kServerInterfaceErrorDomain, -1,
-             QStringLiteral("Unexpected internal error. No Camera Identifier specified."));
+        QStringLiteral("Unexpected internal error. No Camera Identifier specified."));
 }
 
 // Runs a privileged helper. A missing authorization is refused the way the
 // platform refused an invalid reference.
 int32_t runPrivileged(const std::shared_ptr<Authorization> &authorization, const QString &helper,
-                      const QStringList &arguments, const QByteArray *input, QString *output)
+    const QStringList &arguments, const QByteArray *input, QString *output)
 {
     if (!authorization)
         return PrivilegedLauncher::kInvalidAuthorization;
@@ -40,33 +40,31 @@ int32_t OrvaneServerInterface::bindCameraError(Error *error)
         setNoCameraError(error);
         return -1;
     }
-    return runRemoteCommand(QStringLiteral("--bind"), {camera}, error);
+    return runRemoteCommand(QStringLiteral("--bind"), { camera }, error);
 }
 
-int32_t OrvaneServerInterface::bindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization,
-                                                           Error *error)
+int32_t OrvaneServerInterface::bindCameraWithAuthorization(
+    const std::shared_ptr<Authorization> &authorization, Error *error)
 {
     return bindOrUnbindWithAuthorization(true, authorization, error);
 }
 
-int32_t OrvaneServerInterface::unbindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization,
-                                                             Error *error)
+int32_t OrvaneServerInterface::unbindCameraWithAuthorization(
+    const std::shared_ptr<Authorization> &authorization, Error *error)
 {
     return bindOrUnbindWithAuthorization(false, authorization, error);
 }
 
-int32_t OrvaneServerInterface::bindOrUnbindWithAuthorization(bool bind,
-                                                             const std::shared_ptr<Authorization> &authorization,
-                                                             Error *error)
+int32_t OrvaneServerInterface::bindOrUnbindWithAuthorization(
+    bool bind, const std::shared_ptr<Authorization> &authorization, Error *error)
 {
     const QString camera = cameraName();
     if (camera.isNull()) {
         setNoCameraError(error);
         return -1;
     }
-    const QStringList arguments{QStringLiteral("--server"), serverURL(),
-                                QStringLiteral("--user"),   user(),
-                                bind ? QStringLiteral("--bind") : QStringLiteral("--unbind"), camera};
+    const QStringList arguments { QStringLiteral("--server"), serverURL(), QStringLiteral("--user"), user(),
+        bind ? QStringLiteral("--bind") : QStringLiteral("--unbind"), camera };
     const QByteArray secret = password().toUtf8();
     QString output;
     const int32_t status = runPrivileged(authorization, Paths::orvxexec(), arguments, &secret, &output);
@@ -82,12 +80,12 @@ int32_t OrvaneServerInterface::bindOrUnbindWithAuthorization(bool bind,
 void OrvaneServerInterface::bindCameraWithDelegate(QObject *delegate, JobCallback didEnd)
 {
     auto self = shared_from_this();
-    runWithErrorInBackground([self](Error *error) { return self->bindCameraError(error); }, delegate,
-                             std::move(didEnd));
+    runWithErrorInBackground(
+        [self](Error *error) { return self->bindCameraError(error); }, delegate, std::move(didEnd));
 }
 
-void OrvaneServerInterface::bindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization,
-                                                        QObject *delegate, JobCallback didEnd)
+void OrvaneServerInterface::bindCameraWithAuthorization(
+    const std::shared_ptr<Authorization> &authorization, QObject *delegate, JobCallback didEnd)
 {
     auto self = shared_from_this();
     runWithErrorInBackground(
@@ -95,8 +93,8 @@ void OrvaneServerInterface::bindCameraWithAuthorization(const std::shared_ptr<Au
         delegate, std::move(didEnd));
 }
 
-void OrvaneServerInterface::unbindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization,
-                                                          QObject *delegate, JobCallback didEnd)
+void OrvaneServerInterface::unbindCameraWithAuthorization(
+    const std::shared_ptr<Authorization> &authorization, QObject *delegate, JobCallback didEnd)
 {
     auto self = shared_from_this();
     runWithErrorInBackground(
@@ -104,18 +102,17 @@ void OrvaneServerInterface::unbindCameraWithAuthorization(const std::shared_ptr<
         delegate, std::move(didEnd));
 }
 
-int32_t OrvaneServerInterface::setAgentRunning(bool running, const std::shared_ptr<Authorization> &authorization,
-                                               Error *error)
+int32_t OrvaneServerInterface::setAgentRunning(
+    bool running, const std::shared_ptr<Authorization> &authorization, Error *error)
 {
     const QString helper = Paths::orvxctlexec();
     if (!isExecutableFile(helper)) {
-        setError(error, kServerInterfaceErrorDomain, 10, lxFormat(tr("%@ tool cannot be found."), {helper}));
+        setError(error, kServerInterfaceErrorDomain, 10, lxFormat(tr("%@ tool cannot be found."), { helper }));
         return 10;
     }
     QString output;
-    const int32_t status = runPrivileged(
-        authorization, helper, {QStringLiteral("agent"), running ? QStringLiteral("start") : QStringLiteral("stop")},
-        nullptr, &output);
+    const int32_t status = runPrivileged(authorization, helper,
+        { QStringLiteral("agent"), running ? QStringLiteral("start") : QStringLiteral("stop") }, nullptr, &output);
     if (status != 0)
         setError(error, kServerInterfaceErrorDomain, status, output);
     if (output.startsWith(QLatin1String("Error:")))
@@ -123,8 +120,8 @@ int32_t OrvaneServerInterface::setAgentRunning(bool running, const std::shared_p
     return status;
 }
 
-void OrvaneServerInterface::setAgentRunning(bool running, const std::shared_ptr<Authorization> &authorization,
-                                            QObject *delegate, JobCallback didEnd)
+void OrvaneServerInterface::setAgentRunning(
+    bool running, const std::shared_ptr<Authorization> &authorization, QObject *delegate, JobCallback didEnd)
 {
     auto self = shared_from_this();
     runWithErrorInBackground(
@@ -138,22 +135,20 @@ std::optional<QVariantMap> OrvaneServerInterface::getCameraAgentConfigurationErr
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         setError(error, kPosixErrorDomain, file.error(),
-                 lxFormat(tr("The camera agent configuration could not be read from %@: %@"),
-                          {path, file.errorString()}));
+            lxFormat(tr("The camera agent configuration could not be read from %@: %@"), { path, file.errorString() }));
         return std::nullopt;
     }
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         setError(error, kPosixErrorDomain, file.error(),
-                 lxFormat(tr("The camera agent configuration could not be read from %@: %@"),
-                          {path, file.errorString()}));
+            lxFormat(tr("The camera agent configuration could not be read from %@: %@"), { path, file.errorString() }));
         return std::nullopt;
     }
     QString parseError;
     const QVariant root = PropertyList::fromXml(bytes, &parseError);
     if (root.typeId() != QMetaType::QVariantMap) {
         setError(error, kServerInterfaceErrorDomain, -1,
-                 parseError.isEmpty() ? QStringLiteral("the configuration is not a dictionary") : parseError);
+            parseError.isEmpty() ? QStringLiteral("the configuration is not a dictionary") : parseError);
         return std::nullopt;
     }
     return root.toMap();
@@ -165,8 +160,8 @@ std::optional<Error> OrvaneServerInterface::setCameraAgentConfiguration(const QV
     QString writeError;
     if (PropertyList::writeFile(path, configuration, true, &writeError))
         return std::nullopt;
-    return Error{kPosixErrorDomain, -1,
-                 lxFormat(tr("The camera agent configuration could not be saved to %@: %@"), {path, writeError})};
+    return Error { kPosixErrorDomain, -1,
+        lxFormat(tr("The camera agent configuration could not be saved to %@: %@"), { path, writeError }) };
 }
 
 std::optional<QVariantMap> OrvaneServerInterface::localCameraAgentConfiguration()
@@ -177,23 +172,24 @@ std::optional<QVariantMap> OrvaneServerInterface::localCameraAgentConfiguration(
     return root.toMap();
 }
 
-void OrvaneServerInterface::setGlobalAgentConfigValue(const QString &value, const QString &key,
-                                                      const std::shared_ptr<Authorization> &authorization)
+void OrvaneServerInterface::setGlobalAgentConfigValue(
+    const QString &value, const QString &key, const std::shared_ptr<Authorization> &authorization)
 {
     // Reports nothing, by design: the window reads the configuration back.
     runPrivileged(authorization, Paths::orvxexec(),
-                  {QStringLiteral("--setconfig"), lxFormat(QStringLiteral("%@=%@"), {key, value})}, nullptr, nullptr);
+        { QStringLiteral("--setconfig"), lxFormat(QStringLiteral("%@=%@"), { key, value }) }, nullptr, nullptr);
 }
 
 void OrvaneServerInterface::setLocalAgentConfigValue(const QString &value, const QString &key)
 {
-    const int32_t status = runExecutable(
-        Paths::orvxexec(), QStringList{QStringLiteral("--setconfig"), lxFormat(QStringLiteral("%@=%@"), {key, value})},
-        QString(), nullptr, nullptr);
+    const int32_t status = runExecutable(Paths::orvxexec(),
+        QStringList { QStringLiteral("--setconfig"), lxFormat(QStringLiteral("%@=%@"), { key, value }) }, QString(),
+        nullptr, nullptr);
     if (status != 0) {
         // The quotes appear in the log line only, never in the argument.
-        Log::format(QStringLiteral("Error %d when attempting to set local config value %@ to %@ with command: orvx %@ %@"),
-                    {status, key, value, QStringLiteral("--setconfig"),
-                     lxFormat(QStringLiteral("%@=\"%@\""), {key, value})});
+        Log::format(
+            QStringLiteral("Error %d when attempting to set local config value %@ to %@ with command: orvx %@ %@"),
+            { status, key, value, QStringLiteral("--setconfig"),
+                lxFormat(QStringLiteral("%@=\"%@\""), { key, value }) });
     }
 }

@@ -23,13 +23,13 @@ namespace {
 
 QString modeWord(int mode)
 {
-    static const char *const words[] = {"Video", "Audio", "Screen"};
+    static const char *const words[] = { "Video", "Audio", "Screen" };
     return QString::fromLatin1(words[mode]);
 }
 
 QString movieFileFormat(int mode)
 {
-    static const char *const formats[] = {"LocalVideo-%@.mov", "LocalAudio-%@.mov", "ScreenCapture-%@.mov"};
+    static const char *const formats[] = { "LocalVideo-%@.mov", "LocalAudio-%@.mov", "ScreenCapture-%@.mov" };
     return QString::fromLatin1(formats[mode]);
 }
 
@@ -42,13 +42,12 @@ bool ensureJobDataFolder(const QString &folder, Error *error)
     if (QDir().mkpath(folder) && QFileInfo(folder).isDir())
         return true;
     const int code = errno ? errno : EEXIST;
-    const QString reason = QFileInfo::exists(folder)
-        ? QStringLiteral("a file that is not a folder is in the way")
-        : QString::fromLocal8Bit(std::strerror(code));
-    Log::format(QStringLiteral("createDirectoryAtPath:%@ failed %@"), {folder, reason});
+    const QString reason = QFileInfo::exists(folder) ? QStringLiteral("a file that is not a folder is in the way")
+                                                     : QString::fromLocal8Bit(std::strerror(code));
+    Log::format(QStringLiteral("createDirectoryAtPath:%@ failed %@"), { folder, reason });
     setError(error, kPosixErrorDomain, code,
-             lxFormat(OrvaneServerInterface::tr("The folder for recording data could not be created at %@: %@"),
-                      {folder, reason}));
+        lxFormat(OrvaneServerInterface::tr("The folder for recording data could not be created at %@: %@"),
+            { folder, reason }));
     return false;
 }
 
@@ -63,19 +62,19 @@ QString OrvaneServerInterface::writeJobDataToFile(PodcastJob *job, Error *error)
             setError(error, kServerInterfaceErrorDomain, 0, serialiserError);
         else
             setError(error, kServerInterfaceErrorDomain, 1,
-                     QStringLiteral("NSPropertyListSerialization returnd no error, but also returned no data"));
+                QStringLiteral("NSPropertyListSerialization returnd no error, but also returned no data"));
         return QString();
     }
     const QString folder = Paths::jobDataFolder();
     if (!ensureJobDataFolder(folder, error))
         return QString();
     const QString uuid = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    const QString path = folder + lxFormat(QStringLiteral("/submission-%@.plist"), {uuid});
+    const QString path = folder + lxFormat(QStringLiteral("/submission-%@.plist"), { uuid });
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(data) != data.size() || !file.flush()) {
         const int code = errno ? errno : EIO;
         setError(error, kPosixErrorDomain, code,
-                 lxFormat(tr("The recording data could not be saved to %@: %@"), {path, file.errorString()}));
+            lxFormat(tr("The recording data could not be saved to %@: %@"), { path, file.errorString() }));
         file.close();
         QFile::remove(path);
         return QString();
@@ -94,31 +93,30 @@ int32_t OrvaneServerInterface::startLocalJob(LocalMode mode, PodcastJob *job, Er
             preset = stored.mid(stored.lastIndexOf(QLatin1Char(':')) + 1);
     }
     const QString audioDevice = job ? job->localAudioDeviceName() : QString();
-    const QString videoDevice = mode == LocalMode::Video && job
-        ? job->camera().value(QStringLiteral("name")).toString()
-        : QStringLiteral("Automatic");
+    const QString videoDevice = mode == LocalMode::Video && job ? job->camera().value(QStringLiteral("name")).toString()
+                                                                : QStringLiteral("Automatic");
     setLocalAgentConfigValue(word + QLatin1Char(':') + preset, QStringLiteral("Capture"));
     setLocalAgentConfigValue(audioDevice, QStringLiteral("AudioDevice"));
     setLocalAgentConfigValue(videoDevice, QStringLiteral("VideoDevice"));
 
     const QString spool = LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LocalRecordSpoolPath);
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
-    const QString moviePath = spool + lxFormat(QStringLiteral("/%@"), {lxFormat(movieFileFormat(m), {stamp})});
+    const QString moviePath = spool + lxFormat(QStringLiteral("/%@"), { lxFormat(movieFileFormat(m), { stamp }) });
     // Stored before anything can fail, so a failed start still names its file.
     if (job)
-        job->setMovieFilePaths(QStringList{moviePath});
+        job->setMovieFilePaths(QStringList { moviePath });
 
     const int32_t mkdirStatus = makeFolder(spool);
     if (mkdirStatus != 0) {
         setError(error, kServerInterfaceErrorDomain, mkdirStatus,
-                 lxFormat(tr("Could not make destination folder for capture movie. mkdir returned status: %d."),
-                          {mkdirStatus}));
+            lxFormat(tr("Could not make destination folder for capture movie. mkdir returned status: %d."),
+                { mkdirStatus }));
         return mkdirStatus;
     }
 
     const QString agent = Paths::orvxagentd();
     int spawnError = 0;
-    auto task = LocalAgentTask::launch(agent, {QStringLiteral("-f"), moviePath}, &spawnError);
+    auto task = LocalAgentTask::launch(agent, { QStringLiteral("-f"), moviePath }, &spawnError);
     if (task) {
         // An agent that fails does so at once; one still alive after the
         // grace period is taken as running.
@@ -133,7 +131,7 @@ int32_t OrvaneServerInterface::startLocalJob(LocalMode mode, PodcastJob *job, Er
     }
     const int32_t status = task ? task->terminationStatus() : -1;
     setError(error, kServerInterfaceErrorDomain, status,
-             lxFormat(tr("Could not start %@. It terminates with status: %d."), {agent, status}));
+        lxFormat(tr("Could not start %@. It terminates with status: %d."), { agent, status }));
     return status;
 }
 
@@ -171,7 +169,7 @@ int32_t OrvaneServerInterface::pauseLocalJob(PodcastJob *job, Error *error)
     const int result = task ? task->sendSignal(SIGUSR1) : -1;
     if (result != 0) {
         setError(error, kServerInterfaceErrorDomain, result,
-                 lxFormat(tr("Local capture agent failed to respond to pause signal with status: %d."), {result}));
+            lxFormat(tr("Local capture agent failed to respond to pause signal with status: %d."), { result }));
     }
     return result;
 }
@@ -182,7 +180,7 @@ int32_t OrvaneServerInterface::resumeLocalJob(PodcastJob *job, Error *error)
     const int result = task ? task->sendSignal(SIGUSR2) : -1;
     if (result != 0) {
         setError(error, kServerInterfaceErrorDomain, result,
-                 lxFormat(tr("Local capture agent failed to respond to resume signal with status: %d."), {result}));
+            lxFormat(tr("Local capture agent failed to respond to resume signal with status: %d."), { result }));
     }
     return result;
 }
@@ -215,13 +213,13 @@ int32_t OrvaneServerInterface::submit(PodcastJob *job, bool deleteAfterwards, Er
         return -1;
     if (!paths) {
         setError(error, kServerInterfaceErrorDomain, -2,
-                 QStringLiteral("Unexpected internal error. Unable to obtain local submission filename path(s) "
-                                "from job data."));
+            QStringLiteral("Unexpected internal error. Unable to obtain local submission filename path(s) "
+                           "from job data."));
         return -2;
     }
     if (workflow.isNull()) {
         setError(error, kServerInterfaceErrorDomain, -3,
-                 QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data."));
+            QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data."));
         return -3;
     }
 
@@ -235,7 +233,7 @@ int32_t OrvaneServerInterface::submit(PodcastJob *job, bool deleteAfterwards, Er
     QString output, errorText;
     const int32_t status = launchCommand(QStringLiteral("--submit"), args, &output, &errorText);
     if (status != 0)
-        setError(error, kServerInterfaceErrorDomain, status, output + lxFormat(QStringLiteral("\n%@"), {errorText}));
+        setError(error, kServerInterfaceErrorDomain, status, output + lxFormat(QStringLiteral("\n%@"), { errorText }));
     // The upload's identifier is read even from a failed run: the files may
     // have been queued all the same.
     const QString firstLine = output.section(QLatin1Char('\n'), 0, 0);

@@ -25,17 +25,18 @@ std::optional<QVariantList> OrvaneServerInterface::getWorkflowsError(Error *erro
     QString output, errorText;
     const int32_t status = launchCommand(QStringLiteral("--listworkflows"), std::nullopt, &output, &errorText);
     if (status != 0) {
-        const Error e{kServerInterfaceErrorDomain, status, lxFormat(QStringLiteral("%@\n%@"), {output, errorText})};
+        const Error e { kServerInterfaceErrorDomain, status,
+            lxFormat(QStringLiteral("%@\n%@"), { output, errorText }) };
         if (error)
             *error = e;
-        Log::format(QStringLiteral("OrvaneServerInterface error: %@"), {describeError(e)});
+        Log::format(QStringLiteral("OrvaneServerInterface error: %@"), { describeError(e) });
         return std::nullopt;
     }
     try {
         return listEntry(findPropertyList(output), QStringLiteral("workflows"));
     } catch (const PropertyList::ParseError &e) {
         Log::format(QStringLiteral("OrvaneServerInterface error. Could not parse workflows plist data. Reason: %@"),
-                    {e.what()});
+            { e.what() });
         return std::nullopt;
     }
 }
@@ -48,14 +49,14 @@ std::optional<QVariantList> OrvaneServerInterface::getCamerasError(Error *error)
         // Unlike the workflow query, the text is the error text alone, and
         // the log line shows that text rather than the error object.
         setError(error, kServerInterfaceErrorDomain, status, errorText);
-        Log::format(QStringLiteral("OrvaneServerInterface error: %@"), {errorText});
+        Log::format(QStringLiteral("OrvaneServerInterface error: %@"), { errorText });
         return std::nullopt;
     }
     try {
         return listEntry(findPropertyList(output), QStringLiteral("cameras"));
     } catch (const PropertyList::ParseError &e) {
-        Log::format(QStringLiteral("OrvaneServerInterface error. Could not parse camera plist data. Reason: %@"),
-                    {e.what()});
+        Log::format(
+            QStringLiteral("OrvaneServerInterface error. Could not parse camera plist data. Reason: %@"), { e.what() });
         return std::nullopt;
     }
 }
@@ -82,7 +83,7 @@ void OrvaneServerInterface::runListQueryInBackground(ListQuery query, QObject *d
             deliverOnMainThread(context, [didEnd, list, result] { didEnd(list, result); });
         },
         [context, didEnd](const QString &failure) {
-            const Error error{kServerInterfaceErrorDomain, -1, failure};
+            const Error error { kServerInterfaceErrorDomain, -1, failure };
             deliverOnMainThread(context, [didEnd, error] { didEnd(std::nullopt, error); });
         });
 }
@@ -97,20 +98,19 @@ void OrvaneServerInterface::requestPreviewUpdateInThreadForCamera(const QString 
 {
     QString output, errorText;
     const int32_t status = launchCommand(QStringLiteral("--status"),
-                                         QStringList{cameraName, QStringLiteral("--update_preview")}, &output,
-                                         &errorText);
+        QStringList { cameraName, QStringLiteral("--update_preview") }, &output, &errorText);
     if (status != 0)
         Log::format(QStringLiteral("Error: return code %d when calling orvx --status %@ --update_preview"),
-                    {status, cameraName});
+            { status, cameraName });
 }
 
 std::optional<QVariantMap> OrvaneServerInterface::transferStatuses()
 {
     QByteArray output;
-    const int32_t status =
-        runExecutable(Paths::orvxexec(), QStringList{QStringLiteral("--list_uploads")}, QString(), &output, nullptr);
+    const int32_t status = runExecutable(
+        Paths::orvxexec(), QStringList { QStringLiteral("--list_uploads") }, QString(), &output, nullptr);
     if (status != 0) {
-        Log::format(QStringLiteral("orvx --listuploads returned with code %d"), {status});
+        Log::format(QStringLiteral("orvx --listuploads returned with code %d"), { status });
         return std::nullopt;
     }
     try {
@@ -120,15 +120,15 @@ std::optional<QVariantMap> OrvaneServerInterface::transferStatuses()
         return root.toMap();
     } catch (const PropertyList::ParseError &e) {
         Log::format(QStringLiteral("OrvaneServerInterface error. Could not parse uploads plist data. Reason: %@"),
-                    {e.what()});
+            { e.what() });
         return std::nullopt;
     }
 }
 
 void OrvaneServerInterface::clearCompletedTransferStatuses()
 {
-    const int32_t status = runExecutable(Paths::orvxexec(), QStringList{QStringLiteral("--clear_completed_uploads")},
-                                         QString(), nullptr, nullptr);
+    const int32_t status = runExecutable(
+        Paths::orvxexec(), QStringList { QStringLiteral("--clear_completed_uploads") }, QString(), nullptr, nullptr);
     if (status != 0)
-        Log::format(QStringLiteral("'orvx --clear_completed_uploads' failed, return code %d"), {status});
+        Log::format(QStringLiteral("'orvx --clear_completed_uploads' failed, return code %d"), { status });
 }

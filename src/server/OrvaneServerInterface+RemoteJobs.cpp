@@ -17,13 +17,13 @@ QString workflowNameOf(const PodcastJob *job)
 void setMissingCameraError(Error *error)
 {
     setError(error, kServerInterfaceErrorDomain, -2,
-             QStringLiteral("Unexpected internal error. Unable to obtain camera name from job data."));
+        QStringLiteral("Unexpected internal error. Unable to obtain camera name from job data."));
 }
 
 void setMissingWorkflowError(Error *error)
 {
     setError(error, kServerInterfaceErrorDomain, -3,
-             QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data."));
+        QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data."));
 }
 
 } // namespace
@@ -33,7 +33,7 @@ int32_t OrvaneServerInterface::runRemoteCommand(const QString &command, const QS
     QString output, errorText;
     const int32_t status = launchCommand(command, args, &output, &errorText);
     if (status != 0)
-        setError(error, kServerInterfaceErrorDomain, status, output + lxFormat(QStringLiteral("\n%@"), {errorText}));
+        setError(error, kServerInterfaceErrorDomain, status, output + lxFormat(QStringLiteral("\n%@"), { errorText }));
     return status;
 }
 
@@ -42,7 +42,8 @@ int32_t OrvaneServerInterface::startRemoteVideoJob(PodcastJob *job, Error *error
     const QString camera = cameraNameOf(job);
     if (camera.isNull())
         return -2; // no error on purpose: callers of the asynchronous form rely on hearing success here
-    return runRemoteCommand(QStringLiteral("--start"), {camera, QStringLiteral("--delay"), QStringLiteral("3")}, error);
+    return runRemoteCommand(
+        QStringLiteral("--start"), { camera, QStringLiteral("--delay"), QStringLiteral("3") }, error);
 }
 
 int32_t OrvaneServerInterface::startRemoteAudioJob(PodcastJob *job, Error *error)
@@ -51,8 +52,7 @@ int32_t OrvaneServerInterface::startRemoteAudioJob(PodcastJob *job, Error *error
     if (camera.isNull())
         return -2; // as for video: reported to the delegate as success
     return runRemoteCommand(QStringLiteral("--start"),
-                            {camera, QStringLiteral("--audio_only"), QStringLiteral("--delay"), QStringLiteral("3")},
-                            error);
+        { camera, QStringLiteral("--audio_only"), QStringLiteral("--delay"), QStringLiteral("3") }, error);
 }
 
 int32_t OrvaneServerInterface::pauseRemoteJob(PodcastJob *job, Error *error)
@@ -62,7 +62,7 @@ int32_t OrvaneServerInterface::pauseRemoteJob(PodcastJob *job, Error *error)
         setMissingCameraError(error);
         return -2;
     }
-    return runRemoteCommand(QStringLiteral("--pause"), {camera}, error);
+    return runRemoteCommand(QStringLiteral("--pause"), { camera }, error);
 }
 
 int32_t OrvaneServerInterface::resumeRemoteJob(PodcastJob *job, Error *error)
@@ -72,7 +72,7 @@ int32_t OrvaneServerInterface::resumeRemoteJob(PodcastJob *job, Error *error)
         setMissingCameraError(error);
         return -2;
     }
-    return runRemoteCommand(QStringLiteral("--resume"), {camera}, error);
+    return runRemoteCommand(QStringLiteral("--resume"), { camera }, error);
 }
 
 int32_t OrvaneServerInterface::cancelRemoteJob(PodcastJob *job, Error *error)
@@ -82,7 +82,7 @@ int32_t OrvaneServerInterface::cancelRemoteJob(PodcastJob *job, Error *error)
         setMissingCameraError(error);
         return -2;
     }
-    return runRemoteCommand(QStringLiteral("--cancel"), {camera}, error);
+    return runRemoteCommand(QStringLiteral("--cancel"), { camera }, error);
 }
 
 int32_t OrvaneServerInterface::stopRemoteJob(PodcastJob *job, Error *error)
@@ -93,8 +93,7 @@ int32_t OrvaneServerInterface::stopRemoteJob(PodcastJob *job, Error *error)
     const QString dataFile = writeJobDataToFile(job, error);
     if (!dataFile.isNull() && !camera.isNull() && !workflow.isNull()) {
         return runRemoteCommand(QStringLiteral("--stop"),
-                                {camera, QStringLiteral("--metadata"), dataFile, QStringLiteral("--workflow"), workflow},
-                                error);
+            { camera, QStringLiteral("--metadata"), dataFile, QStringLiteral("--workflow"), workflow }, error);
     }
     if (dataFile.isNull())
         return -1;

@@ -24,7 +24,7 @@ void runOnWorkerThread(std::function<void()> work, std::function<void(const QStr
         } catch (...) {
             failure = QStringLiteral("unknown exception");
         }
-        Log::format(QStringLiteral("Uncaught exception in a worker thread: %@"), {failure});
+        Log::format(QStringLiteral("Uncaught exception in a worker thread: %@"), { failure });
         if (onException)
             onException(failure);
     }).detach();
@@ -44,8 +44,8 @@ void deliverOnMainThread(const QPointer<QObject> &context, std::function<void()>
         Qt::QueuedConnection);
 }
 
-std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(const QVariantMap &credentials,
-                                                                     const std::shared_ptr<PodcastJob> &job)
+std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(
+    const QVariantMap &credentials, const std::shared_ptr<PodcastJob> &job)
 {
     initialize();
     std::shared_ptr<OrvaneServerInterface> interface(new OrvaneServerInterface);
@@ -63,20 +63,20 @@ void OrvaneServerInterface::initialize()
     static std::once_flag once;
     std::call_once(once, [] {
         LXUserDefaults::standard().registerDefaults(
-            {{LXDefaultsKeys::LocalRecordSpoolPath, Paths::applicationSupport()}});
+            { { LXDefaultsKeys::LocalRecordSpoolPath, Paths::applicationSupport() } });
     });
 }
 
-#define LX_INTERFACE_ACCESSORS(Type, getter, setter, member) \
-    Type OrvaneServerInterface::getter() const               \
-    {                                                        \
-        std::lock_guard locker(m_mutex);                     \
-        return member;                                       \
-    }                                                        \
-    void OrvaneServerInterface::setter(const Type &value)    \
-    {                                                        \
-        std::lock_guard locker(m_mutex);                     \
-        member = value;                                      \
+#define LX_INTERFACE_ACCESSORS(Type, getter, setter, member)                                                           \
+    Type OrvaneServerInterface::getter() const                                                                         \
+    {                                                                                                                  \
+        std::lock_guard locker(m_mutex);                                                                               \
+        return member;                                                                                                 \
+    }                                                                                                                  \
+    void OrvaneServerInterface::setter(const Type &value)                                                              \
+    {                                                                                                                  \
+        std::lock_guard locker(m_mutex);                                                                               \
+        member = value;                                                                                                \
     }
 
 LX_INTERFACE_ACCESSORS(QString, server, setServer, m_server)
@@ -90,19 +90,19 @@ LX_INTERFACE_ACCESSORS(std::shared_ptr<PodcastJob>, job, setJob, m_job)
 
 QString OrvaneServerInterface::serverURL() const
 {
-    return QStringLiteral("https://") + lxFormat(QStringLiteral("%@:%@/orvane"), {server(), kServerPort});
+    return QStringLiteral("https://") + lxFormat(QStringLiteral("%@:%@/orvane"), { server(), kServerPort });
 }
 
-int32_t OrvaneServerInterface::launchCommand(const QString &command, const std::optional<QStringList> &args,
-                                             QString *output, QString *error)
+int32_t OrvaneServerInterface::launchCommand(
+    const QString &command, const std::optional<QStringList> &args, QString *output, QString *error)
 {
     const QString tool = Paths::orvxexec();
     if (!isExecutableFile(tool)) {
         if (output)
-            *output = lxFormat(tr("%@ tool cannot be found."), {tool});
+            *output = lxFormat(tr("%@ tool cannot be found."), { tool });
         return 10;
     }
-    QStringList arguments{QStringLiteral("--server"), serverURL(), QStringLiteral("--user"), user(), command};
+    QStringList arguments { QStringLiteral("--server"), serverURL(), QStringLiteral("--user"), user(), command };
     if (args)
         arguments += *args;
 
@@ -111,27 +111,28 @@ int32_t OrvaneServerInterface::launchCommand(const QString &command, const std::
     if (output)
         *output = outputBytes.isEmpty() ? QStringLiteral("") : QString::fromUtf8(outputBytes); // empty, not nil
     if (status != 0 && error && !error->isEmpty())
-        Log::format(QStringLiteral("/usr/bin/orvx (%@) error (%d):\n%@"), {command, status, *error});
+        Log::format(QStringLiteral("/usr/bin/orvx (%@) error (%d):\n%@"), { command, status, *error });
     return status;
 }
 
 int32_t OrvaneServerInterface::makeFolder(const QString &path)
 {
-    return runExecutable(Paths::mkdirTool(), QStringList{QStringLiteral("-p"), path}, QString(), nullptr, nullptr);
+    return runExecutable(Paths::mkdirTool(), QStringList { QStringLiteral("-p"), path }, QString(), nullptr, nullptr);
 }
 
-void OrvaneServerInterface::performSelectorInBackgroundThread(JobOperation operation, QObject *delegate,
-                                                              JobCallback didEnd)
+void OrvaneServerInterface::performSelectorInBackgroundThread(
+    JobOperation operation, QObject *delegate, JobCallback didEnd)
 {
     // The thread holds the interface and the job until it has finished.
     auto job = this->job();
     auto self = shared_from_this();
-    runWithErrorInBackground([self, job, operation](Error *error) { return (self.get()->*operation)(job.get(), error); },
-                             delegate, std::move(didEnd));
+    runWithErrorInBackground(
+        [self, job, operation](Error *error) { return (self.get()->*operation)(job.get(), error); }, delegate,
+        std::move(didEnd));
 }
 
-void OrvaneServerInterface::runWithErrorInBackground(std::function<int32_t(Error *)> operation, QObject *delegate,
-                                                     JobCallback didEnd)
+void OrvaneServerInterface::runWithErrorInBackground(
+    std::function<int32_t(Error *)> operation, QObject *delegate, JobCallback didEnd)
 {
     const QPointer<QObject> context(delegate);
     auto self = shared_from_this();
@@ -143,16 +144,15 @@ void OrvaneServerInterface::runWithErrorInBackground(std::function<int32_t(Error
             deliverOnMainThread(context, [didEnd, result] { didEnd(result); });
         },
         [context, didEnd](const QString &failure) {
-            const Error error{kServerInterfaceErrorDomain, -1, failure};
+            const Error error { kServerInterfaceErrorDomain, -1, failure };
             deliverOnMainThread(context, [didEnd, error] { didEnd(error); });
         });
 }
 
-#define LX_ASYNC_JOB_OPERATION(name, operation)                                      \
-    void OrvaneServerInterface::name(QObject *delegate, JobCallback didEnd)           \
-    {                                                                                 \
-        performSelectorInBackgroundThread(&OrvaneServerInterface::operation, delegate, \
-                                          std::move(didEnd));                          \
+#define LX_ASYNC_JOB_OPERATION(name, operation)                                                                        \
+    void OrvaneServerInterface::name(QObject *delegate, JobCallback didEnd)                                            \
+    {                                                                                                                  \
+        performSelectorInBackgroundThread(&OrvaneServerInterface::operation, delegate, std::move(didEnd));             \
     }
 
 LX_ASYNC_JOB_OPERATION(startRemoteVideoJobWithDelegate, startRemoteVideoJob)

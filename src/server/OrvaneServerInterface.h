@@ -33,14 +33,15 @@ class OrvaneServerInterface final : public std::enable_shared_from_this<OrvaneSe
 
 public:
     using JobCallback = std::function<void(const std::optional<Error> &error)>;
-    using ListCallback = std::function<void(const std::optional<QVariantList> &list, const std::optional<Error> &error)>;
+    using ListCallback
+        = std::function<void(const std::optional<QVariantList> &list, const std::optional<Error> &error)>;
     using JobOperation = int32_t (OrvaneServerInterface::*)(PodcastJob *job, Error *error);
 
     static constexpr const char *kServerPort = "8170";
 
     // Credentials: "user", "password", "server"; missing keys stay null.
-    static std::shared_ptr<OrvaneServerInterface> create(const QVariantMap &credentials,
-                                                         const std::shared_ptr<PodcastJob> &job);
+    static std::shared_ptr<OrvaneServerInterface> create(
+        const QVariantMap &credentials, const std::shared_ptr<PodcastJob> &job);
     ~OrvaneServerInterface();
     OrvaneServerInterface(const OrvaneServerInterface &) = delete;
     OrvaneServerInterface &operator=(const OrvaneServerInterface &) = delete;
@@ -67,8 +68,8 @@ public:
 
     // Runs the server tool with "--server URL --user USER COMMAND ARGS…" and
     // the password on its standard input. Both places receive text.
-    int32_t launchCommand(const QString &command, const std::optional<QStringList> &args, QString *output,
-                          QString *error);
+    int32_t launchCommand(
+        const QString &command, const std::optional<QStringList> &args, QString *output, QString *error);
     // "/bin/mkdir -p PATH"; its exit status, -1 if mkdir cannot be run.
     static int32_t makeFolder(const QString &path);
 
@@ -125,18 +126,18 @@ public:
     int32_t bindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization, Error *error);
     int32_t unbindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization, Error *error);
     void bindCameraWithDelegate(QObject *delegate, JobCallback didEnd);
-    void bindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization, QObject *delegate,
-                                     JobCallback didEnd);
-    void unbindCameraWithAuthorization(const std::shared_ptr<Authorization> &authorization, QObject *delegate,
-                                       JobCallback didEnd);
+    void bindCameraWithAuthorization(
+        const std::shared_ptr<Authorization> &authorization, QObject *delegate, JobCallback didEnd);
+    void unbindCameraWithAuthorization(
+        const std::shared_ptr<Authorization> &authorization, QObject *delegate, JobCallback didEnd);
     int32_t setAgentRunning(bool running, const std::shared_ptr<Authorization> &authorization, Error *error);
-    void setAgentRunning(bool running, const std::shared_ptr<Authorization> &authorization, QObject *delegate,
-                         JobCallback didEnd);
+    void setAgentRunning(
+        bool running, const std::shared_ptr<Authorization> &authorization, QObject *delegate, JobCallback didEnd);
     std::optional<QVariantMap> getCameraAgentConfigurationError(Error *error);
     std::optional<Error> setCameraAgentConfiguration(const QVariantMap &configuration);
     std::optional<QVariantMap> localCameraAgentConfiguration();
-    void setGlobalAgentConfigValue(const QString &value, const QString &key,
-                                   const std::shared_ptr<Authorization> &authorization);
+    void setGlobalAgentConfigValue(
+        const QString &value, const QString &key, const std::shared_ptr<Authorization> &authorization);
     void setLocalAgentConfigValue(const QString &value, const QString &key);
 
     // The asynchronous pattern of job operations: `operation` runs on a new
@@ -157,8 +158,7 @@ private:
     enum class LocalMode { Video, Audio, Screen };
     int32_t startLocalJob(LocalMode mode, PodcastJob *job, Error *error);
     int32_t submit(PodcastJob *job, bool deleteAfterwards, Error *error);
-    int32_t bindOrUnbindWithAuthorization(bool bind, const std::shared_ptr<Authorization> &authorization,
-                                          Error *error);
+    int32_t bindOrUnbindWithAuthorization(bool bind, const std::shared_ptr<Authorization> &authorization, Error *error);
     int32_t runRemoteCommand(const QString &command, const QStringList &args, Error *error);
 
     mutable std::mutex m_mutex;

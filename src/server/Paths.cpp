@@ -27,11 +27,26 @@ QString expandTilde(const QString &path)
     return home + path.mid(1);
 }
 
-QString orvxexec() { return system(QStringLiteral("/usr/libexec/orvane/orvxexec")); }
-QString orvxctlexec() { return system(QStringLiteral("/usr/libexec/orvane/orvxctlexec")); }
-QString orvxagentd() { return system(QStringLiteral("/usr/libexec/orvane/orvxagentd")); }
-QString mkdirTool() { return QStringLiteral("/bin/mkdir"); }
-QString nullDevice() { return QStringLiteral("/dev/null"); }
+QString orvxexec()
+{
+    return system(QStringLiteral("/usr/libexec/orvane/orvxexec"));
+}
+QString orvxctlexec()
+{
+    return system(QStringLiteral("/usr/libexec/orvane/orvxctlexec"));
+}
+QString orvxagentd()
+{
+    return system(QStringLiteral("/usr/libexec/orvane/orvxagentd"));
+}
+QString mkdirTool()
+{
+    return QStringLiteral("/bin/mkdir");
+}
+QString nullDevice()
+{
+    return QStringLiteral("/dev/null");
+}
 
 QString globalAgentConfig()
 {

@@ -19,17 +19,17 @@ QString system(const QString &absolutePath);
 // `path` with a leading "~" replaced by the user's home folder.
 QString expandTilde(const QString &path);
 
-QString orvxexec();       // "/usr/libexec/orvane/orvxexec"
-QString orvxctlexec();    // "/usr/libexec/orvane/orvxctlexec"
-QString orvxagentd();     // "/usr/libexec/orvane/orvxagentd"
-QString mkdirTool();      // "/bin/mkdir", never prefixed
-QString nullDevice();     // "/dev/null", never prefixed
+QString orvxexec(); // "/usr/libexec/orvane/orvxexec"
+QString orvxctlexec(); // "/usr/libexec/orvane/orvxctlexec"
+QString orvxagentd(); // "/usr/libexec/orvane/orvxagentd"
+QString mkdirTool(); // "/bin/mkdir", never prefixed
+QString nullDevice(); // "/dev/null", never prefixed
 
-QString globalAgentConfig();   // "/Library/Preferences/com.tarn.orvxagentd.plist"
-QString userAgentConfig();     // "~/Library/Preferences/com.tarn.orvxagentd.plist"
-QString kioskFile();           // "/Library/Preferences/com.tarn.Lumex.kiosk.plist"
-QString userDefaultsFile();    // "~/Library/Preferences/com.tarn.Lumex.plist"
-QString applicationSupport();  // "~/Library/Application Support/Lumex", expanded now
+QString globalAgentConfig(); // "/Library/Preferences/com.tarn.orvxagentd.plist"
+QString userAgentConfig(); // "~/Library/Preferences/com.tarn.orvxagentd.plist"
+QString kioskFile(); // "/Library/Preferences/com.tarn.Lumex.kiosk.plist"
+QString userDefaultsFile(); // "~/Library/Preferences/com.tarn.Lumex.plist"
+QString applicationSupport(); // "~/Library/Application Support/Lumex", expanded now
 
 // The job data folder, "~/Library/Application Support/Lumex" expanded.
 // Computed on first use and kept for the life of the process.

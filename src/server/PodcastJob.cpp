@@ -21,21 +21,21 @@ PodcastJob::~PodcastJob()
     if (m_localAgentTask && m_localAgentTask->isRunning()) {
         Log::format(QStringLiteral("PodcastJob is being dealloc'd but there was still a running orvxagentd job "
                                    "(pid: %d). Sending SIGTERM."),
-                    {m_localAgentTask->processIdentifier()});
+            { m_localAgentTask->processIdentifier() });
         m_localAgentTask->terminate();
     }
 }
 
-#define LX_JOB_ACCESSORS(Type, getter, setter, member) \
-    Type PodcastJob::getter() const                   \
-    {                                                 \
-        std::lock_guard locker(m_mutex);              \
-        return member;                                \
-    }                                                 \
-    void PodcastJob::setter(const Type &value)        \
-    {                                                 \
-        std::lock_guard locker(m_mutex);              \
-        member = value;                               \
+#define LX_JOB_ACCESSORS(Type, getter, setter, member)                                                                 \
+    Type PodcastJob::getter() const                                                                                    \
+    {                                                                                                                  \
+        std::lock_guard locker(m_mutex);                                                                               \
+        return member;                                                                                                 \
+    }                                                                                                                  \
+    void PodcastJob::setter(const Type &value)                                                                         \
+    {                                                                                                                  \
+        std::lock_guard locker(m_mutex);                                                                               \
+        member = value;                                                                                                \
     }
 
 LX_JOB_ACCESSORS(QString, user, setUser, m_user)

@@ -76,8 +76,7 @@ SpawnResult runOverSocketPair(CStringArray &argv, char **envp, const QByteArray 
 
     SpawnResult result;
     result.started = true;
-    while (::waitpid(pid, &result.status, 0) < 0 && errno == EINTR) {
-    }
+    while (::waitpid(pid, &result.status, 0) < 0 && errno == EINTR) { }
     return result;
 }
 
@@ -101,8 +100,8 @@ std::shared_ptr<PrivilegedLauncher> PrivilegedLauncher::standard()
     return std::make_shared<PkexecLauncher>();
 }
 
-int32_t PkexecLauncher::execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
-                                QByteArray *output)
+int32_t PkexecLauncher::execute(
+    const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output)
 {
     CStringArray argv = argumentVector(QStringLiteral("/usr/bin/pkexec"), helper, arguments);
     const SpawnResult result = runOverSocketPair(argv, environ, input, output);
@@ -121,8 +120,8 @@ int32_t PkexecLauncher::execute(const QString &helper, const QStringList &argume
     return 0;
 }
 
-int32_t DirectLauncher::execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
-                                QByteArray *output)
+int32_t DirectLauncher::execute(
+    const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output)
 {
     CStringArray env = CStringArray::environment();
     env.append(QByteArray(Paths::kPrivilegedRunVariable) + "=1");

@@ -24,8 +24,9 @@ public:
     virtual ~PrivilegedLauncher() = default;
 
     // `input` null: nothing is written. `output` may be null to drop it.
-    virtual int32_t execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
-                            QByteArray *output) = 0;
+    virtual int32_t execute(
+        const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output)
+        = 0;
 
     // pkexec for a person at a desktop; the direct launcher when
     // LUMEX_SYSROOT is set (tests, the simulator) or when already root.
@@ -36,16 +37,16 @@ public:
 class PkexecLauncher final : public PrivilegedLauncher
 {
 public:
-    int32_t execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
-                    QByteArray *output) override;
+    int32_t execute(
+        const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output) override;
 };
 
 // Runs the helper itself, marking the run as privileged in its environment.
 class DirectLauncher final : public PrivilegedLauncher
 {
 public:
-    int32_t execute(const QString &helper, const QStringList &arguments, const QByteArray *input,
-                    QByteArray *output) override;
+    int32_t execute(
+        const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output) override;
 };
 
 // The stand-in for the platform's authorization handle: which launcher the
@@ -55,8 +56,7 @@ class Authorization final
 public:
     explicit Authorization(std::shared_ptr<PrivilegedLauncher> launcher = PrivilegedLauncher::standard())
         : m_launcher(std::move(launcher))
-    {
-    }
+    { }
     PrivilegedLauncher &launcher() const { return *m_launcher; }
 
 private:

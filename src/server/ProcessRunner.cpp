@@ -25,11 +25,15 @@ class Fd
 {
 public:
     Fd() = default;
-    explicit Fd(int fd) : m_fd(fd) {}
+    explicit Fd(int fd)
+        : m_fd(fd)
+    { }
     ~Fd() { reset(); }
     Fd(const Fd &) = delete;
     Fd &operator=(const Fd &) = delete;
-    Fd(Fd &&other) noexcept : m_fd(other.release()) {}
+    Fd(Fd &&other) noexcept
+        : m_fd(other.release())
+    { }
     Fd &operator=(Fd &&other) noexcept
     {
         reset(other.release());
@@ -66,7 +70,7 @@ Pipe makePipe()
     int fds[2];
     if (::pipe2(fds, O_CLOEXEC) != 0)
         throw ProcessStartError(std::string("cannot create a pipe: ") + std::strerror(errno));
-    return Pipe{Fd(fds[0]), Fd(fds[1])};
+    return Pipe { Fd(fds[0]), Fd(fds[1]) };
 }
 
 Fd openNull(int flags)
@@ -115,7 +119,7 @@ bool isExecutableFile(const QString &path)
 }
 
 int32_t runExecutable(const QString &launchPath, const std::optional<QStringList> &arguments, const QString &input,
-                      QByteArray *output, QString *error, const std::optional<QStringList> &environment)
+    QByteArray *output, QString *error, const std::optional<QStringList> &environment)
 {
     if (launchPath.isNull() || !isExecutableFile(launchPath))
         return -1;
@@ -162,8 +166,8 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
     posix_spawn_file_actions_adddup2(&actions, childErr.get(), STDERR_FILENO);
     posix_spawn_file_actions_addclosefrom_np(&actions, 3);
     pid_t pid = -1;
-    const int rc = ::posix_spawn(&pid, program.constData(), &actions, nullptr, argv.data(),
-                                 environment ? envp.data() : environ);
+    const int rc
+        = ::posix_spawn(&pid, program.constData(), &actions, nullptr, argv.data(), environment ? envp.data() : environ);
     posix_spawn_file_actions_destroy(&actions);
     childIn.reset();
     childOut.reset();
@@ -186,15 +190,15 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
         int inIdx = -1, outIdx = -1, errIdx = -1;
         if (in.write.valid()) {
             inIdx = int(n);
-            fds[n++] = pollfd{in.write.get(), POLLOUT, 0};
+            fds[n++] = pollfd { in.write.get(), POLLOUT, 0 };
         }
         if (out.read.valid()) {
             outIdx = int(n);
-            fds[n++] = pollfd{out.read.get(), POLLIN, 0};
+            fds[n++] = pollfd { out.read.get(), POLLIN, 0 };
         }
         if (err.read.valid()) {
             errIdx = int(n);
-            fds[n++] = pollfd{err.read.get(), POLLIN, 0};
+            fds[n++] = pollfd { err.read.get(), POLLIN, 0 };
         }
         if (::poll(fds, n, -1) < 0) {
             if (errno == EINTR)

@@ -34,8 +34,7 @@ public:
 // killed the child (never 0 for a crash), or -1 when `launchPath` is null or
 // not executable.
 int32_t runExecutable(const QString &launchPath, const std::optional<QStringList> &arguments, const QString &input,
-                      QByteArray *output, QString *error,
-                      const std::optional<QStringList> &environment = std::nullopt);
+    QByteArray *output, QString *error, const std::optional<QStringList> &environment = std::nullopt);
 
 // True when `path` names a file this process may execute.
 bool isExecutableFile(const QString &path);

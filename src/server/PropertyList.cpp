@@ -10,10 +10,10 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 #include <limits>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -199,10 +199,9 @@ plist_t fromVariant(const QVariant &value, QString *error)
     }
     default:
         if (error) {
-            *error = value.isValid()
-                ? QStringLiteral("a value of type %1 has no property-list form")
-                      .arg(QString::fromLatin1(value.typeName()))
-                : QStringLiteral("a nil value has no property-list form");
+            *error = value.isValid() ? QStringLiteral("a value of type %1 has no property-list form")
+                                           .arg(QString::fromLatin1(value.typeName()))
+                                     : QStringLiteral("a nil value has no property-list form");
         }
         return nullptr;
     }

@@ -15,8 +15,7 @@ double wallClock()
 
 StopWatch::StopWatch(Clock clock)
     : m_clock(clock ? std::move(clock) : Clock(wallClock))
-{
-}
+{ }
 
 StopWatch::~StopWatch()
 {
@@ -80,5 +79,5 @@ QString StopWatch::elapsedTimeString()
 
 StopWatch::AttributedString StopWatch::elapsedTimeAttributedString()
 {
-    return AttributedString{elapsedTimeString(), m_stringAttributes};
+    return AttributedString { elapsedTimeString(), m_stringAttributes };
 }

@@ -8,8 +8,7 @@
 
 TransfersController::TransfersController(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 TransfersController::~TransfersController() = default;
 

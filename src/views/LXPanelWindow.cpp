@@ -4,8 +4,7 @@
 
 LXPanelWindow::LXPanelWindow(QWidget *parent)
     : QWidget(parent, Qt::Window)
-{
-}
+{ }
 
 void LXPanelWindow::closeEvent(QCloseEvent *event)
 {

@@ -14,7 +14,7 @@ public:
     void startAnimation();
     void stopAnimation();
     bool isAnimating() const { return m_timerId != 0; }
-    QSize sizeHint() const override { return {18, 18}; }
+    QSize sizeHint() const override { return { 18, 18 }; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

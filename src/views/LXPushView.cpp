@@ -6,8 +6,7 @@
 
 LXPushView::LXPushView(QWidget *parent)
     : VKColorBox(parent)
-{
-}
+{ }
 
 void LXPushView::pushView(QWidget *page, Direction direction)
 {
@@ -38,7 +37,7 @@ void LXPushView::pushView(QWidget *page, Direction direction)
     auto *out = new QPropertyAnimation(old, "pos");
     out->setStartValue(QPoint(0, 0));
     out->setEndValue(QPoint(-sign * w, 0));
-    for (QPropertyAnimation *a : {in, out}) {
+    for (QPropertyAnimation *a : { in, out }) {
         a->setDuration(kDurationMs);
         a->setEasingCurve(QEasingCurve::OutCubic);
         m_animation->addAnimation(a);

@@ -14,7 +14,7 @@ public:
 
     void setImageName(const QString &name);
     QString imageName() const { return m_imageName; }
-    QSize sizeHint() const override { return {56, 56}; }
+    QSize sizeHint() const override { return { 56, 56 }; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

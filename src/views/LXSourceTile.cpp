@@ -27,12 +27,12 @@ LXSourceTile::LXSourceTile(LXGlyphs::Glyph glyph, const QString &title, QWidget 
 
 QSize LXSourceTile::sizeHint() const
 {
-    return {150, 150};
+    return { 150, 150 };
 }
 
 QSize LXSourceTile::minimumSizeHint() const
 {
-    return {96, 104};
+    return { 96, 104 };
 }
 
 void LXSourceTile::animate(QVariantAnimation *animation, qreal &value, qreal target, int ms)
@@ -100,6 +100,6 @@ void LXSourceTile::paintEvent(QPaintEvent *)
     p.setFont(f);
     p.setPen(glyphColor);
     const QRectF textRect(card.left(), glyphRect.bottom() + card.height() * 0.06, card.width(),
-                          card.bottom() - glyphRect.bottom() - card.height() * 0.06);
+        card.bottom() - glyphRect.bottom() - card.height() * 0.06);
     p.drawText(textRect, Qt::AlignHCenter | Qt::AlignTop, text());
 }

@@ -5,8 +5,7 @@
 
 LXTimerBackgroundView::LXTimerBackgroundView(QWidget *parent)
     : QWidget(parent)
-{
-}
+{ }
 
 void LXTimerBackgroundView::paintEvent(QPaintEvent *)
 {

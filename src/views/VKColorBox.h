@@ -34,7 +34,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    QColor m_background{Qt::black};
+    QColor m_background { Qt::black };
     QColor m_gradientTop;
     QColor m_gradientBottom;
     QColor m_frame;

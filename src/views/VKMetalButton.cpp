@@ -12,7 +12,7 @@ VKMetalButton::VKMetalButton(const QString &text, QWidget *parent)
 QSize VKMetalButton::sizeHint() const
 {
     const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
-    return {qMax(96, text.width() + 36), qMax(30, text.height() + 14)};
+    return { qMax(96, text.width() + 36), qMax(30, text.height() + 14) };
 }
 
 void VKMetalButton::paintEvent(QPaintEvent *)

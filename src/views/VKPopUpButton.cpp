@@ -18,13 +18,13 @@ QSize VKPopUpButton::sizeHint() const
     for (int i = 0; i < count(); ++i)
         widest = qMax(widest, fontMetrics().horizontalAdvance(itemText(i)));
     const int height = qMax(28, fontMetrics().height() + 12);
-    return {qMin(widest, 320) + height / 2 + int(height * 0.9) + 6, height};
+    return { qMin(widest, 320) + height / 2 + int(height * 0.9) + 6, height };
 }
 
 QSize VKPopUpButton::minimumSizeHint() const
 {
     const QSize hint = sizeHint();
-    return {qMin(hint.width(), 120), hint.height()};
+    return { qMin(hint.width(), 120), hint.height() };
 }
 
 void VKPopUpButton::paintEvent(QPaintEvent *)
@@ -43,7 +43,7 @@ void VKPopUpButton::paintEvent(QPaintEvent *)
     const qreal arrowSpace = r.height() * 0.9;
     const QRectF textRect = r.adjusted(r.height() / 2, 0, -arrowSpace, 0);
     p.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft,
-               fontMetrics().elidedText(currentText(), Qt::ElideRight, int(textRect.width())));
+        fontMetrics().elidedText(currentText(), Qt::ElideRight, int(textRect.width())));
 
     // Two small chevrons, as pop-up buttons show.
     const qreal cx = r.right() - arrowSpace / 2 - 2;
@@ -51,6 +51,6 @@ void VKPopUpButton::paintEvent(QPaintEvent *)
     const qreal s = r.height() * 0.12;
     QPen pen(textColor, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     p.setPen(pen);
-    p.drawPolyline(QPolygonF{{cx - s, cy - s * 0.6}, {cx, cy - s * 1.6}, {cx + s, cy - s * 0.6}});
-    p.drawPolyline(QPolygonF{{cx - s, cy + s * 0.6}, {cx, cy + s * 1.6}, {cx + s, cy + s * 0.6}});
+    p.drawPolyline(QPolygonF { { cx - s, cy - s * 0.6 }, { cx, cy - s * 1.6 }, { cx + s, cy - s * 0.6 } });
+    p.drawPolyline(QPolygonF { { cx - s, cy + s * 0.6 }, { cx, cy + s * 1.6 }, { cx + s, cy + s * 0.6 } });
 }

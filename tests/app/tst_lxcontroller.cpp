@@ -59,10 +59,10 @@ protected:
 QStringList serverWorkflowTitles(const QString &sysroot)
 {
     Q_UNUSED(sysroot);
-    auto server = OrvaneServerInterface::create({{QStringLiteral("server"), SimSandbox::kServerHost},
-                                                 {QStringLiteral("user"), QStringLiteral("demo")},
-                                                 {QStringLiteral("password"), QStringLiteral("lumex")}},
-                                                nullptr);
+    auto server = OrvaneServerInterface::create(
+        { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
+            { QStringLiteral("password"), QStringLiteral("lumex") } },
+        nullptr);
     Error error;
     QStringList titles;
     for (const QVariant &w : server->getWorkflowsError(&error).value_or(QVariantList()))
@@ -142,11 +142,10 @@ private slots:
     {
         QStringList notices;
         QObject observer;
-        LXNotificationCenter::defaultCenter().addObserver(&observer, kUserDidConnectNotice, [&](const QVariant &o) {
-            notices << o.toMap().value(QStringLiteral("user")).toString();
-        });
+        LXNotificationCenter::defaultCenter().addObserver(&observer, kUserDidConnectNotice,
+            [&](const QVariant &o) { notices << o.toMap().value(QStringLiteral("user")).toString(); });
         signIn(QStringLiteral("lumex"));
-        QTRY_COMPARE_WITH_TIMEOUT(notices, QStringList{QStringLiteral("demo")}, 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(notices, QStringList { QStringLiteral("demo") }, 10000);
         QVERIFY(!m_controller->loginPanel());
 
         const QStringList serverTitles = serverWorkflowTitles(m_sim->sysroot());
@@ -169,7 +168,8 @@ private slots:
         QVERIFY(m_controller->remoteCameraSnapshotRefreshTimer()->isActive());
         QCOMPARE(m_controller->selectedRemoteCameraPreviewUpdateTimer()->interval(), 5000);
         QVERIFY(m_controller->window()->videoTile->isEnabled());
-        QCOMPARE(LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost), SimSandbox::kServerHost);
+        QCOMPARE(
+            LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost), SimSandbox::kServerHost);
     }
 
     void wrongPasswordShowsAuthenticationFailedOnThePanel()
@@ -193,12 +193,13 @@ private slots:
 
     void failingCameraQueryAlertsOnMainWindowWithoutConnecting()
     {
-        m_sim->setFaults({{QStringLiteral("--listcameras"),
-                           QVariantMap{{QStringLiteral("status"), 1}, {QStringLiteral("stderr"), QStringLiteral("camera registry offline")}}}});
+        m_sim->setFaults({ { QStringLiteral("--listcameras"),
+            QVariantMap { { QStringLiteral("status"), 1 },
+                { QStringLiteral("stderr"), QStringLiteral("camera registry offline") } } } });
         bool connected = false;
         QObject observer;
-        LXNotificationCenter::defaultCenter().addObserver(&observer, kUserDidConnectNotice,
-                                                          [&](const QVariant &) { connected = true; });
+        LXNotificationCenter::defaultCenter().addObserver(
+            &observer, kUserDidConnectNotice, [&](const QVariant &) { connected = true; });
         Log::Capture log;
         signIn(QStringLiteral("lumex"));
         QTRY_VERIFY_WITH_TIMEOUT(alertOn(m_controller->window()), 10000);
@@ -211,7 +212,8 @@ private slots:
 
     void unreadableWorkflowListIsAFailureOfItsOwn()
     {
-        m_sim->setFaults({{QStringLiteral("--listworkflows"), QVariantMap{{QStringLiteral("no_plist"), true}}}});
+        m_sim->setFaults(
+            { { QStringLiteral("--listworkflows"), QVariantMap { { QStringLiteral("no_plist"), true } } } });
         signIn(QStringLiteral("lumex"));
         LXUserLoginPanelController *panel = m_controller->loginPanel();
         QTRY_VERIFY_WITH_TIMEOUT(alertOn(panel->loginPanel()), 10000);
@@ -224,7 +226,7 @@ private slots:
 
     void hangingServerNeverFreezesTheWindowAndCancelCloses()
     {
-        m_sim->setFaults({{QStringLiteral("--listworkflows"), QVariantMap{{QStringLiteral("hang"), 10.0}}}});
+        m_sim->setFaults({ { QStringLiteral("--listworkflows"), QVariantMap { { QStringLiteral("hang"), 10.0 } } } });
         LXUserLoginPanelController *panel = m_controller->loginPanel();
         PaintCounter counter;
         panel->loginPanel()->installEventFilter(&counter);
@@ -316,12 +318,12 @@ private slots:
         QTest::addColumn<qint64>("code");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("auth in any domain") << QStringLiteral("elsewhere") << qint64(26) << QString()
-                                            << QStringLiteral("Authentication Failed");
+        QTest::newRow("auth in any domain")
+            << QStringLiteral("elsewhere") << qint64(26) << QString() << QStringLiteral("Authentication Failed");
         QTest::newRow("server failure") << kServerInterfaceErrorDomain << qint64(1) << QStringLiteral("x")
                                         << QStringLiteral("Server communication error.");
-        QTest::newRow("local capture code 1") << kLumexErrorDomain << qint64(1) << QStringLiteral("x")
-                                              << QStringLiteral("Server communication error.");
+        QTest::newRow("local capture code 1")
+            << kLumexErrorDomain << qint64(1) << QStringLiteral("x") << QStringLiteral("Server communication error.");
         QTest::newRow("capture layer") << QStringLiteral("gst-resource-error-quark") << qint64(3)
                                        << QStringLiteral("Could not open the camera.")
                                        << QStringLiteral("Could not open the camera.");
@@ -338,7 +340,7 @@ private slots:
         m_controller->loginPanel()->doCancel();
         m_controller->showLoginPanel();
         // With a login panel the alert goes there; without one, to the window.
-        m_controller->alertUserToError(Error{domain, code, text});
+        m_controller->alertUserToError(Error { domain, code, text });
         QMessageBox *alert = alertOn(m_controller->loginPanel()->loginPanel());
         QVERIFY(alert);
         QCOMPARE(alert->text(), shown);
@@ -348,16 +350,16 @@ private slots:
     void derivedPropertiesFollowStateAndMode()
     {
         // The dependency table: which announcements a change of each key makes.
-        const QStringList all{"recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "canBeginRecording",
-                              "videoModeIsSelected", "audioModeIsSelected", "screenModeIsSelected",
-                              "isSmallerPreviewHidden", "recordOrPauseImage", "microphoneListShouldBeHidden"};
-        const QHash<QString, QStringList> dependents{
-            {"state", {"recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage"}},
-            {"mode",
-             {"recordPauseMenuTitle", "canRecordOrPause", "canBeginRecording", "videoModeIsSelected",
-              "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden", "recordOrPauseImage",
-              "microphoneListShouldBeHidden"}},
-            {"localRecordingChosen", {"microphoneListShouldBeHidden"}},
+        const QStringList all { "recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "canBeginRecording",
+            "videoModeIsSelected", "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden",
+            "recordOrPauseImage", "microphoneListShouldBeHidden" };
+        const QHash<QString, QStringList> dependents {
+            { "state", { "recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage" } },
+            { "mode",
+                { "recordPauseMenuTitle", "canRecordOrPause", "canBeginRecording", "videoModeIsSelected",
+                    "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden", "recordOrPauseImage",
+                    "microphoneListShouldBeHidden" } },
+            { "localRecordingChosen", { "microphoneListShouldBeHidden" } },
         };
         LXController *c = m_controller.get();
         std::map<QString, std::unique_ptr<QSignalSpy>> spies;
@@ -379,8 +381,8 @@ private slots:
             return l;
         };
 
-        const QList<State> states{State::Idle, State::Starting, State::Recording, State::Paused, State::Submitted};
-        const QList<Mode> modes{Mode::Video, Mode::Audio, Mode::Screen, Mode::File, Mode::NoSource};
+        const QList<State> states { State::Idle, State::Starting, State::Recording, State::Paused, State::Submitted };
+        const QList<Mode> modes { Mode::Video, Mode::Audio, Mode::Screen, Mode::File, Mode::NoSource };
         for (Mode mode : modes) {
             c->setMode(mode);
             announced();
@@ -392,13 +394,13 @@ private slots:
                 const bool begun = state == State::Starting || state == State::Recording || state == State::Paused;
                 QCOMPARE(c->hasBegunRecording(), begun);
                 QCOMPARE(c->recordPauseMenuTitle(),
-                         state == State::Paused ? QStringLiteral("Resume Recording")
-                         : (state == State::Starting || state == State::Recording) ? QStringLiteral("Pause Recording")
-                                                                                 : QStringLiteral("Record Podcast"));
+                    state == State::Paused                                        ? QStringLiteral("Resume Recording")
+                        : (state == State::Starting || state == State::Recording) ? QStringLiteral("Pause Recording")
+                                                                                  : QStringLiteral("Record Podcast"));
                 const QString image = (state == State::Starting || state == State::Recording) ? "PausedOff"
-                    : mode == Mode::Audio                                                    ? "RecordAudio"
-                    : mode == Mode::Screen                                                   ? "RecordScreen"
-                                                                                             : "RecordVideo";
+                    : mode == Mode::Audio                                                     ? "RecordAudio"
+                    : mode == Mode::Screen                                                    ? "RecordScreen"
+                                                                                              : "RecordVideo";
                 QCOMPARE(c->recordOrPauseImage(), image);
                 QCOMPARE(c->videoModeIsSelected(), mode == Mode::Video);
                 QCOMPARE(c->audioModeIsSelected(), mode == Mode::Audio);
@@ -429,8 +431,8 @@ private slots:
         c->setMode(Mode::Video);
         QVERIFY(!c->canBeginRecording());
         announced();
-        c->setJobCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
-        QCOMPARE(announced(), QStringList{"canBeginRecording"});
+        c->setJobCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
+        QCOMPARE(announced(), QStringList { "canBeginRecording" });
         QVERIFY(c->canBeginRecording());
         c->setMode(Mode::Audio);
         QVERIFY(c->canBeginRecording()); // remote audio uses the camera
@@ -444,7 +446,7 @@ private slots:
         QVERIFY(!c->canBeginRecording());
         announced();
         c->setJob(std::make_shared<PodcastJob>());
-        QCOMPARE(announced(), QStringList{"canBeginRecording"});
+        QCOMPARE(announced(), QStringList { "canBeginRecording" });
 
         // On the record page, without a sheet, recording is possible except while starting.
         c->sourceClicked(Mode::Video);
@@ -457,20 +459,21 @@ private slots:
     {
         signIn(QStringLiteral("lumex"));
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
-        LXUserDefaults::standard().setObject(QStringLiteral("Publish to Course Site"),
-                                             LXDefaultsKeys::PreviousWorkflowChosen);
+        LXUserDefaults::standard().setObject(
+            QStringLiteral("Publish to Course Site"), LXDefaultsKeys::PreviousWorkflowChosen);
         m_controller->resetJobAndRecordingState();
-        QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("name")).toString(),
-                 QStringLiteral("course-site-hd"));
+        QCOMPARE(
+            m_controller->job()->workflow().value(QStringLiteral("name")).toString(), QStringLiteral("course-site-hd"));
         // What the pop-up shows is where the recording goes.
         QCOMPARE(m_controller->window()->workflowPopUpButton->text(), QStringLiteral("Publish to Course Site"));
         QVERIFY(!m_controller->window()->signInMenuItem->isEnabled()); // no second sign-in mid-session
         // A reset stops the camera timers until the next sign-in.
         QVERIFY(!m_controller->remoteCameraSnapshotRefreshTimer());
-        LXUserDefaults::standard().setObject(QStringLiteral("No Such Workflow"), LXDefaultsKeys::PreviousWorkflowChosen);
+        LXUserDefaults::standard().setObject(
+            QStringLiteral("No Such Workflow"), LXDefaultsKeys::PreviousWorkflowChosen);
         m_controller->resetJobAndRecordingState();
         QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("name")).toString(),
-                 QStringLiteral("lecture-capture"));
+            QStringLiteral("lecture-capture"));
     }
 
     void closedTransfersWindowCannotBeShownAgain()
@@ -505,7 +508,7 @@ private slots:
         QCOMPARE(split->toolTip(), QStringLiteral("D"));
         QCOMPARE(nested->toolTip(), QStringLiteral("B"));
         // Items with the separator go to the end whatever index was asked.
-        QCOMPARE(menu.actions(), (QList<QAction *>{first, plain, split, nested}));
+        QCOMPARE(menu.actions(), (QList<QAction *> { first, plain, split, nested }));
     }
 };
 

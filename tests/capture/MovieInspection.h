@@ -26,10 +26,10 @@ struct MovieInspection
     int channels = 0;
     double containerDuration = 0; // seconds, as the file's header says
     // From decoding every frame and sound buffer:
-    double videoEnd = 0;          // seconds: last frame's time + its duration
+    double videoEnd = 0; // seconds: last frame's time + its duration
     double audioEnd = 0;
-    double largestVideoGap = 0;   // seconds between consecutive frames
-    double largestAudioGap = 0;   // seconds between one buffer's end and the next start
+    double largestVideoGap = 0; // seconds between consecutive frames
+    double largestAudioGap = 0; // seconds between one buffer's end and the next start
     int videoFrames = 0;
     QStringList topLevelAtoms;
     qint64 fileSize = 0;
@@ -87,7 +87,8 @@ inline void scanAtoms(const QString &path, MovieInspection &result)
     while (offset + 8 <= result.fileSize) {
         file.seek(offset);
         const QByteArray header = file.read(16);
-        quint64 size = (quint8(header[0]) << 24) | (quint8(header[1]) << 16) | (quint8(header[2]) << 8) | quint8(header[3]);
+        quint64 size
+            = (quint8(header[0]) << 24) | (quint8(header[1]) << 16) | (quint8(header[2]) << 8) | quint8(header[3]);
         qint64 headerSize = 8;
         if (size == 1 && header.size() >= 16) {
             size = 0;
@@ -180,7 +181,8 @@ inline MovieInspection inspectMovie(const QString &path)
     g_signal_connect(decodebin, "pad-added", G_CALLBACK(onPadAdded), &decode);
     gst_element_set_state(decode.pipeline, GST_STATE_PLAYING);
     GstBus *bus = gst_element_get_bus(decode.pipeline);
-    GstMessage *message = gst_bus_timed_pop_filtered(bus, 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR));
+    GstMessage *message
+        = gst_bus_timed_pop_filtered(bus, 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR));
     // A file cut off by a crash may end in an error after its last whole
     // fragment; what decoded up to there is what a viewer gets.
     result.readable = message != nullptr;

@@ -16,13 +16,13 @@ public:
     explicit XvfbServer(const QString &geometry = QStringLiteral("320x240x24"))
     {
         for (int number = 90; number < 190; ++number) {
-            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(number)) ||
-                QFile::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(number)))
+            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(number))
+                || QFile::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(number)))
                 continue;
             const QString display = QStringLiteral(":%1").arg(number);
-            m_process.start(QStringLiteral("Xvfb"), {display, QStringLiteral("-noreset"), QStringLiteral("-nolisten"),
-                                                     QStringLiteral("tcp"), QStringLiteral("-screen"), QStringLiteral("0"),
-                                                     geometry});
+            m_process.start(QStringLiteral("Xvfb"),
+                { display, QStringLiteral("-noreset"), QStringLiteral("-nolisten"), QStringLiteral("tcp"),
+                    QStringLiteral("-screen"), QStringLiteral("0"), geometry });
             if (!m_process.waitForStarted())
                 return;
             for (int i = 0; i < 100 && m_process.state() == QProcess::Running; ++i) {

@@ -54,7 +54,7 @@ void TestAgentRecorder::initTestCase()
 
 void TestAgentRecorder::configure(const QString &capture, const QString &audioDevice, const QString &videoDevice)
 {
-    QVariantMap config{{QStringLiteral("Capture"), capture}};
+    QVariantMap config { { QStringLiteral("Capture"), capture } };
     if (!videoDevice.isNull())
         config.insert(QStringLiteral("VideoDevice"), videoDevice);
     if (!audioDevice.isNull())
@@ -80,7 +80,7 @@ Take TestAgentRecorder::record(const QString &movie, const QProcessEnvironment &
     Take take;
     QProcess agent;
     agent.setProcessEnvironment(env);
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     if (!agent.waitForStarted())
         return take;
     // Recording starts when the file appears.
@@ -117,7 +117,7 @@ void TestAgentRecorder::audioFromATestDeviceHasNoGapAfterPause()
     QCOMPARE(inspected.sampleRate, 48000);
     QCOMPARE(inspected.channels, 2);
     QVERIFY2(qAbs(inspected.containerDuration - take.recordedMs / 1000.0) < 0.2,
-             qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
+        qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
     QVERIFY(inspected.largestAudioGap < 0.05);
     QVERIFY(!inspected.topLevelAtoms.contains(QStringLiteral("moof")));
 }
@@ -139,7 +139,7 @@ void TestAgentRecorder::screenRecordingUnderXvfb()
     QCOMPARE(QSize(inspected.width, inspected.height), QSize(640, 480));
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
     QVERIFY2(qAbs(inspected.containerDuration - take.recordedMs / 1000.0) < 0.2,
-             qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
+        qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
     QVERIFY2(inspected.largestVideoGap < 0.15, qPrintable(QString::number(inspected.largestVideoGap)));
     QVERIFY(inspected.largestAudioGap < 0.05);
 }
@@ -160,10 +160,10 @@ void TestAgentRecorder::defaultMicrophoneOfAPulseAudioServer()
     // A server of our own with nothing but a null sink, whose monitor is
     // then the default source.
     pulse.start(QStringLiteral("pulseaudio"),
-                {QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
-                 QStringLiteral("--disallow-exit"), QStringLiteral("--use-pid-file=no"),
-                 QStringLiteral("--load=module-native-protocol-unix auth-anonymous=1 socket=") + socket,
-                 QStringLiteral("--load=module-null-sink sink_name=lumex_null")});
+        { QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
+            QStringLiteral("--disallow-exit"), QStringLiteral("--use-pid-file=no"),
+            QStringLiteral("--load=module-native-protocol-unix auth-anonymous=1 socket=") + socket,
+            QStringLiteral("--load=module-null-sink sink_name=lumex_null") });
     if (!pulse.waitForStarted())
         QSKIP("pulseaudio could not be started");
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket) || pulse.state() != QProcess::Running, 10000);
@@ -181,7 +181,7 @@ void TestAgentRecorder::defaultMicrophoneOfAPulseAudioServer()
     const MovieInspection inspected = inspectMovie(movie);
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
     QVERIFY2(qAbs(inspected.containerDuration - take.recordedMs / 1000.0) < 0.2,
-             qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
+        qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
     QVERIFY(inspected.largestAudioGap < 0.05);
 }
 
@@ -193,7 +193,7 @@ void TestAgentRecorder::unknownDeviceExitsAtOnce()
     agent.setProcessEnvironment(environment());
     QElapsedTimer clock;
     clock.start();
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     QVERIFY(agent.waitForFinished(10000));
     QVERIFY(clock.elapsed() < 5000);
     QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
@@ -206,7 +206,7 @@ void TestAgentRecorder::unknownDeviceExitsAtOnce()
     QProcessEnvironment none = environment();
     none.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QString());
     agent.setProcessEnvironment(none);
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     QVERIFY(agent.waitForFinished(10000));
     QVERIFY(agent.exitCode() != 0);
     QVERIFY(!agent.readAllStandardError().isEmpty());
@@ -219,7 +219,8 @@ void TestAgentRecorder::screenWithoutDisplayExitsAtOnce()
     env.remove(QStringLiteral("DISPLAY"));
     QProcess agent;
     agent.setProcessEnvironment(env);
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), m_sim->home() + QStringLiteral("/s.mov")});
+    agent.start(
+        m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), m_sim->home() + QStringLiteral("/s.mov") });
     QVERIFY(agent.waitForFinished(10000));
     QVERIFY(agent.exitCode() != 0);
     QVERIFY(agent.readAllStandardError().contains("DISPLAY"));
@@ -228,7 +229,8 @@ void TestAgentRecorder::screenWithoutDisplayExitsAtOnce()
 void TestAgentRecorder::muxedMicrophoneAndCameraByName()
 {
     QProcessEnvironment env = environment();
-    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("muxed:dv1:Test Camcorder;camera:cam1:Front Camera"));
+    env.insert(
+        QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("muxed:dv1:Test Camcorder;camera:cam1:Front Camera"));
 
     // A camcorder chosen as the microphone gives only its sound.
     configure(QStringLiteral("Audio:Better"), QStringLiteral("test:dv1"), QStringLiteral("Automatic"));
@@ -253,12 +255,14 @@ void TestAgentRecorder::muxedMicrophoneAndCameraByName()
     env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("microphone:mic1:Desk Microphone"));
     agent.setProcessEnvironment(env);
     configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Desk Microphone"));
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov")});
+    agent.start(
+        m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov") });
     QVERIFY(agent.waitForFinished(10000));
     QCOMPARE(agent.exitCode(), 4);
     QCOMPARE(agent.readAllStandardError(), QByteArray("orvxagentd: no camera \"Desk Microphone\".\n"));
     configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Automatic"));
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov")});
+    agent.start(
+        m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov") });
     QVERIFY(agent.waitForFinished(10000));
     QCOMPARE(agent.exitCode(), 4);
     QCOMPARE(agent.readAllStandardError(), QByteArray("orvxagentd: no camera to record from.\n"));
@@ -270,7 +274,7 @@ void TestAgentRecorder::secondStopWhileFinishingExitsAtOnce()
     const QString movie = m_sim->home() + QStringLiteral("/LocalAudio-twice.mov");
     QProcess agent;
     agent.setProcessEnvironment(environment());
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     QVERIFY(agent.waitForStarted());
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 0, 10000);
     QTest::qWait(1500);

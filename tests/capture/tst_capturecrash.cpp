@@ -21,7 +21,7 @@ void TestCaptureCrash::killedApplicationLeavesAPlayableFile()
     TestSandbox sandbox;
     QProcess app;
     app.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    app.start(QCoreApplication::applicationDirPath() + QStringLiteral("/capture_record_helper"), {sandbox.path()});
+    app.start(QCoreApplication::applicationDirPath() + QStringLiteral("/capture_record_helper"), { sandbox.path() });
     QVERIFY(app.waitForStarted());
     QVERIFY(app.waitForReadyRead(20000));
     const QString path = QString::fromLocal8Bit(app.readLine()).trimmed();

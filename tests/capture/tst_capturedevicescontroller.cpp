@@ -62,7 +62,7 @@ void TestCaptureDevicesController::initTestCase()
     m_sandbox = std::make_unique<TestSandbox>();
     qputenv(CaptureDeviceRegistry::kHardwareVariable, "0");
     qputenv(CaptureDeviceRegistry::kTestDevicesVariable,
-            "camera:cam1:Test Camera;microphone:mic1:Test Microphone;muxed:dv1:Test Camcorder;broken:bad1");
+        "camera:cam1:Test Camera;microphone:mic1:Test Microphone;muxed:dv1:Test Camcorder;broken:bad1");
     m_spool = m_sandbox->path() + QStringLiteral("/spool");
     QDir().mkpath(m_spool);
     LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath);
@@ -82,8 +82,8 @@ void TestCaptureDevicesController::writeAgentConfiguration(const QVariantMap &co
 void TestCaptureDevicesController::initRefreshesWithoutAControllerAndListsMuxedDevicesTwice()
 {
     CaptureDevicesController devices;
-    QCOMPARE(ids(devices.cameras()), QStringList({"test:cam1", "test:bad1", "test:dv1"}));
-    QCOMPARE(ids(devices.microphones()), QStringList({"test:mic1", "test:dv1"}));
+    QCOMPARE(ids(devices.cameras()), QStringList({ "test:cam1", "test:bad1", "test:dv1" }));
+    QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:dv1" }));
     QVERIFY(!devices.captureSession());
     QVERIFY(!devices.deleteMovieFileWhenItFinishesRecording());
     FakeApplicationController app;
@@ -95,19 +95,19 @@ void TestCaptureDevicesController::initRefreshesWithoutAControllerAndListsMuxedD
 void TestCaptureDevicesController::devicesBoundToTheAgentAreLeftOut()
 {
     // Bound as the agent's video input, a muxed device leaves both lists.
-    writeAgentConfiguration({{QStringLiteral("CameraName"), QStringLiteral("Room 101")},
-                             {QStringLiteral("RecordingVideoInput"), QStringLiteral("test:dv1")},
-                             {QStringLiteral("RecordingAudioInput"), QStringLiteral("test:mic1")}});
+    writeAgentConfiguration({ { QStringLiteral("CameraName"), QStringLiteral("Room 101") },
+        { QStringLiteral("RecordingVideoInput"), QStringLiteral("test:dv1") },
+        { QStringLiteral("RecordingAudioInput"), QStringLiteral("test:mic1") } });
     CaptureDevicesController devices;
-    QCOMPARE(ids(devices.cameras()), QStringList({"test:cam1", "test:bad1"}));
+    QCOMPARE(ids(devices.cameras()), QStringList({ "test:cam1", "test:bad1" }));
     QVERIFY(devices.microphones().isEmpty());
 
     // Without a camera name the agent is not bound, whatever it lists.
-    writeAgentConfiguration({{QStringLiteral("RecordingVideoInput"), QStringLiteral("test:dv1")},
-                             {QStringLiteral("RecordingAudioInput"), QStringLiteral("test:mic1")}});
+    writeAgentConfiguration({ { QStringLiteral("RecordingVideoInput"), QStringLiteral("test:dv1") },
+        { QStringLiteral("RecordingAudioInput"), QStringLiteral("test:mic1") } });
     devices.refreshDevices();
-    QCOMPARE(ids(devices.cameras()), QStringList({"test:cam1", "test:bad1", "test:dv1"}));
-    QCOMPARE(ids(devices.microphones()), QStringList({"test:mic1", "test:dv1"}));
+    QCOMPARE(ids(devices.cameras()), QStringList({ "test:cam1", "test:bad1", "test:dv1" }));
+    QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:dv1" }));
 
     // An unreadable configuration binds nothing either.
     {
@@ -127,11 +127,11 @@ void TestCaptureDevicesController::connectingAndDisconnectingRebuildsTheLists()
     auto &registry = CaptureDeviceRegistry::instance();
     QVERIFY(registry.addTestDevice(QStringLiteral("microphone:mic2")));
     QCOMPARE(app.rebuilds, 1);
-    QCOMPARE(ids(devices.microphones()), QStringList({"test:mic1", "test:mic2", "test:dv1"}));
+    QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:mic2", "test:dv1" }));
     QCOMPARE(devices.cameras().size(), 3);
     QVERIFY(registry.removeTestDevice(QStringLiteral("test:mic2")));
     QCOMPARE(app.rebuilds, 2);
-    QCOMPARE(ids(devices.microphones()), QStringList({"test:mic1", "test:dv1"}));
+    QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:dv1" }));
 }
 
 void TestCaptureDevicesController::missingDeviceAlertsTheControllerAndDropsTheSession()
@@ -142,7 +142,8 @@ void TestCaptureDevicesController::missingDeviceAlertsTheControllerAndDropsTheSe
     devices.setController(&app);
     devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:unplugged"));
     QCOMPARE(app.alerts.size(), 1);
-    QCOMPARE(app.alerts[0], (Error{QStringLiteral("com.tarn.Lumex"), 1, QStringLiteral("Cannot find the audio and video devices")}));
+    QCOMPARE(app.alerts[0],
+        (Error { QStringLiteral("com.tarn.Lumex"), 1, QStringLiteral("Cannot find the audio and video devices") }));
     QVERIFY(!devices.captureSession());
     QVERIFY(log.contains(QStringLiteral("initAudioDevice:(null) videoDevice:Test Camera -- cannot be nil")));
     QVERIFY(!app.theJob->movieFilePaths());
@@ -158,8 +159,8 @@ void TestCaptureDevicesController::deviceOpenFailureAlertsWithGStreamersError()
     QCOMPARE(app.alerts.size(), 1);
     QCOMPARE(app.alerts[0].domain, QStringLiteral("gst-resource-error-quark"));
     QVERIFY(!devices.captureSession());
-    QVERIFY(log.contains(QStringLiteral("initVideoAndAudioDevices: Error initializing video device: ") +
-                         app.alerts[0].localizedDescription));
+    QVERIFY(log.contains(QStringLiteral("initVideoAndAudioDevices: Error initializing video device: ")
+        + app.alerts[0].localizedDescription));
     // The microphone opened on the way stays open, as the system leaves it.
     QVERIFY(CaptureDeviceRegistry::instance().deviceWithUniqueID(QStringLiteral("test:mic1"))->isOpen());
     CaptureDeviceRegistry::instance().deviceWithUniqueID(QStringLiteral("test:mic1"))->close();
@@ -170,7 +171,8 @@ void TestCaptureDevicesController::fileNameCarriesTheTimeOfSetUp()
     CaptureDevicesController devices;
     FakeApplicationController app;
     devices.setController(&app);
-    app.theJob->setMovieFilePaths(QStringList{QStringLiteral("/earlier/one.mov"), QStringLiteral("/earlier/two.mov")});
+    app.theJob->setMovieFilePaths(
+        QStringList { QStringLiteral("/earlier/one.mov"), QStringLiteral("/earlier/two.mov") });
     LXUserDefaults::standard().setObject(m_spool + QLatin1Char('/'), LXDefaultsKeys::LocalRecordSpoolPath);
     const QDateTime before = QDateTime::currentDateTime();
     devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
@@ -181,13 +183,13 @@ void TestCaptureDevicesController::fileNameCarriesTheTimeOfSetUp()
     const QStringList paths = app.theJob->movieFilePaths().value_or(QStringList());
     QCOMPARE(paths.size(), 1);
     // A trailing slash in the setting is kept: plain string append.
-    const QRegularExpression pattern(QRegularExpression::escape(m_spool) +
-                                     QStringLiteral("//LocalVideo-(\\d{4}-\\d{2}-\\d{2}-\\d{6})\\.mov"));
+    const QRegularExpression pattern(
+        QRegularExpression::escape(m_spool) + QStringLiteral("//LocalVideo-(\\d{4}-\\d{2}-\\d{2}-\\d{6})\\.mov"));
     const QRegularExpressionMatch match = pattern.match(paths[0]);
     QVERIFY2(match.hasMatch(), qPrintable(paths[0]));
     const QString stamp = match.captured(1);
-    QVERIFY(stamp == before.toString(QStringLiteral("yyyy-MM-dd-HHmmss")) ||
-            stamp == after.toString(QStringLiteral("yyyy-MM-dd-HHmmss")));
+    QVERIFY(stamp == before.toString(QStringLiteral("yyyy-MM-dd-HHmmss"))
+        || stamp == after.toString(QStringLiteral("yyyy-MM-dd-HHmmss")));
     // Nothing is written before recording begins.
     QTest::qWait(1200);
     QVERIFY(!QFile::exists(paths[0]));
@@ -230,7 +232,7 @@ void TestCaptureDevicesController::muxedCameraWithAnotherMicrophoneAddsTheMicrop
     QCOMPARE(active.size(), 2);
     for (const CaptureConnectionPtr &connection : active)
         QCOMPARE(connection->input()->device()->uniqueID(),
-                 connection->mediaType() == MediaType::Video ? QStringLiteral("test:dv1") : QStringLiteral("test:mic1"));
+            connection->mediaType() == MediaType::Video ? QStringLiteral("test:dv1") : QStringLiteral("test:mic1"));
     devices.teardown();
 
     // A plain camera goes in first.
@@ -275,10 +277,9 @@ void TestCaptureDevicesController::stoppedRecordingKeepsAPausedFileAndReportsNil
     QVERIFY(!devices.captureSession());
     QVERIFY(app.alerts.isEmpty());
 
-    const QStringList expected{QStringLiteral("Starting capture: ") + url, QStringLiteral("Pausing capture"),
-                               QStringLiteral("Resuming capture"), QStringLiteral("Stopping capture"),
-                               QStringLiteral("Will finish recording to: ") + url,
-                               QStringLiteral("Finished recording to: ") + url};
+    const QStringList expected { QStringLiteral("Starting capture: ") + url, QStringLiteral("Pausing capture"),
+        QStringLiteral("Resuming capture"), QStringLiteral("Stopping capture"),
+        QStringLiteral("Will finish recording to: ") + url, QStringLiteral("Finished recording to: ") + url };
     QCOMPARE(log.lines(), expected);
 
     const MovieInspection movie = inspectMovie(path);
@@ -288,7 +289,7 @@ void TestCaptureDevicesController::stoppedRecordingKeepsAPausedFileAndReportsNil
     QCOMPARE(movie.sampleRate, 48000);
     QCOMPARE(movie.channels, 2);
     QVERIFY2(qAbs(movie.containerDuration - recordedMs / 1000.0) < 0.2,
-             qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recordedMs)));
+        qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recordedMs)));
     QVERIFY(movie.largestVideoGap < 0.1);
     QVERIFY(movie.largestAudioGap < 0.05);
     QVERIFY(qAbs(movie.videoEnd - movie.audioEnd) < 0.2);
@@ -306,7 +307,8 @@ void TestCaptureDevicesController::cancelledRecordingRemovesTheFileWithoutReport
     QTest::qWait(1000);
     devices.cancelRecording();
     QVERIFY(devices.deleteMovieFileWhenItFinishesRecording());
-    QTRY_VERIFY_WITH_TIMEOUT(log.contains(QStringLiteral("Successfully deleted cancelled recording at ") + path), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        log.contains(QStringLiteral("Successfully deleted cancelled recording at ") + path), 20000);
     QVERIFY(!QFile::exists(path));
     QVERIFY(!devices.captureSession());
     QTest::qWait(100);
@@ -318,7 +320,7 @@ void TestCaptureDevicesController::cancelledRecordingRemovesTheFileWithoutReport
 void TestCaptureDevicesController::missingCompressionLeavesThePlatformDefaultSilently()
 {
     // Without any AAC encoder the sound keeps the platform default.
-    for (const char *name : {"voaacenc", "avenc_aac"}) {
+    for (const char *name : { "voaacenc", "avenc_aac" }) {
         if (GstPluginFeature *feature = gst_registry_lookup_feature(gst_registry_get(), name)) {
             gst_registry_remove_feature(gst_registry_get(), feature);
             gst_object_unref(feature);
@@ -349,7 +351,8 @@ void TestCaptureDevicesController::separatorTitleAppendsASeparator()
 {
     InputDeviceMenu menu;
     int triggered = 0;
-    menu.insertItemWithTitle(QStringLiteral("Camera A"), [&] { ++triggered; }, QKeySequence(), 0);
+    menu.insertItemWithTitle(
+        QStringLiteral("Camera A"), [&] { ++triggered; }, QKeySequence(), 0);
     menu.insertItemWithTitle(QStringLiteral("Camera B"), nullptr, QKeySequence(), 0);
     QAction *separator = menu.insertItemWithTitle(InputDeviceMenu::kSeparatorItem, nullptr, QKeySequence(), 0);
     menu.insertItemWithTitle(QStringLiteral("Microphone"), nullptr, QKeySequence(QStringLiteral("Ctrl+M")), 99);
@@ -371,7 +374,7 @@ void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedReco
     CaptureDevicesController devices;
     FakeApplicationController app;
     devices.setController(&app);
-    for (const bool cancel : {false, true}) {
+    for (const bool cancel : { false, true }) {
         QVERIFY(registry.addTestDevice(QStringLiteral("camera:gone:Unplugged Camera")));
         devices.refreshDevices();
         Log::Capture log;
@@ -381,9 +384,10 @@ void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedReco
         QVERIFY(registry.removeTestDevice(QStringLiteral("test:gone")));
         QTRY_VERIFY_WITH_TIMEOUT(!devices.captureSession()->isRunning(), 5000);
         const QString failure = log.lines().value(0);
-        QVERIFY2(failure.startsWith(QStringLiteral("Capture session stopped due to error: Error Domain=gst-resource-error-quark "
-                                                   "Code=3 \"The capture device Unplugged Camera was disconnected.\"")),
-                 qPrintable(failure));
+        QVERIFY2(failure.startsWith(
+                     QStringLiteral("Capture session stopped due to error: Error Domain=gst-resource-error-quark "
+                                    "Code=3 \"The capture device Unplugged Camera was disconnected.\"")),
+            qPrintable(failure));
 
         // The recording asked for on a dead session cannot start, and its
         // stop or cancel still ends it.
@@ -396,16 +400,17 @@ void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedReco
         QTest::qWait(200);
         QVERIFY(!QFile::exists(path));
         const QString url = QUrl::fromLocalFile(path).toString();
-        const QString stoppedDueToError = QStringLiteral("Stopped due to error: Error Domain=gst-resource-error-quark Code=3 "
-                                                         "\"The capture device Unplugged Camera was disconnected.\": {\n"
-                                                         "    NSLocalizedDescription = The capture device Unplugged Camera was disconnected.;\n}");
-        QStringList expected{failure, QStringLiteral("Starting capture: ") + url,
-                             cancel ? QStringLiteral("Stopping capture and discarding movie file") : QStringLiteral("Stopping capture"),
-                             QStringLiteral("Will finish recording to: ") + url, QStringLiteral("Finished recording to: ") + url,
-                             stoppedDueToError};
+        const QString stoppedDueToError
+            = QStringLiteral("Stopped due to error: Error Domain=gst-resource-error-quark Code=3 "
+                             "\"The capture device Unplugged Camera was disconnected.\": {\n"
+                             "    NSLocalizedDescription = The capture device Unplugged Camera was disconnected.;\n}");
+        QStringList expected { failure, QStringLiteral("Starting capture: ") + url,
+            cancel ? QStringLiteral("Stopping capture and discarding movie file") : QStringLiteral("Stopping capture"),
+            QStringLiteral("Will finish recording to: ") + url, QStringLiteral("Finished recording to: ") + url,
+            stoppedDueToError };
         if (cancel)
-            expected << QStringLiteral("Could not delete recording at ") + path +
-                            QStringLiteral(" ({\n    NSLocalizedDescription = No such file or directory;\n})");
+            expected << QStringLiteral("Could not delete recording at ") + path
+                    + QStringLiteral(" ({\n    NSLocalizedDescription = No such file or directory;\n})");
         QCOMPARE(log.lines(), expected);
     }
     // Only the stopped one reports, once, with the session's error.

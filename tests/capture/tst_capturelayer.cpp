@@ -30,8 +30,8 @@ class RecordingDelegate final : public CaptureFileOutputDelegate
 public:
     FinishRecord record;
 
-    void captureOutputWillFinishRecording(CaptureMovieFileOutput *, const QUrl &url, const QList<CaptureConnectionPtr> &,
-                                          const std::optional<Error> &) override
+    void captureOutputWillFinishRecording(CaptureMovieFileOutput *, const QUrl &url,
+        const QList<CaptureConnectionPtr> &, const std::optional<Error> &) override
     {
         ++record.willFinish;
         record.order << QStringLiteral("will");
@@ -39,7 +39,7 @@ public:
         record.onMainThread &= QThread::currentThread() == qApp->thread();
     }
     void captureOutputDidFinishRecording(CaptureMovieFileOutput *, const QUrl &url, const QList<CaptureConnectionPtr> &,
-                                         const std::optional<Error> &error) override
+        const std::optional<Error> &error) override
     {
         ++record.didFinish;
         record.order << QStringLiteral("did");
@@ -70,11 +70,11 @@ struct Rig
         output->setDelegate(&delegate);
         if (withEncoders) {
             for (const CaptureConnectionPtr &connection : output->connections())
-                output->setCompressionOptions(CompressionOptions::compressionOptionsWithIdentifier(
-                                                  connection->mediaType() == MediaType::Video
-                                                      ? CompressionOptions::SD480SizeMPEG4Video
-                                                      : CompressionOptions::HighQualityAACAudio),
-                                              connection);
+                output->setCompressionOptions(
+                    CompressionOptions::compressionOptionsWithIdentifier(connection->mediaType() == MediaType::Video
+                            ? CompressionOptions::SD480SizeMPEG4Video
+                            : CompressionOptions::HighQualityAACAudio),
+                    connection);
         }
         session->startRunning();
     }
@@ -125,7 +125,7 @@ void TestCaptureLayer::initTestCase()
     m_sandbox = std::make_unique<TestSandbox>();
     qputenv(CaptureDeviceRegistry::kHardwareVariable, "0");
     qputenv(CaptureDeviceRegistry::kTestDevicesVariable,
-            "camera:cam1:Test Camera;microphone:mic1;muxed:dv1:Test Camcorder;broken:bad1;nonsense;camera:");
+        "camera:cam1:Test Camera;microphone:mic1;muxed:dv1:Test Camcorder;broken:bad1;nonsense;camera:");
 }
 
 void TestCaptureLayer::testDevicesComeFromTheEnvironmentWithTheirMediaTypes()
@@ -135,13 +135,13 @@ void TestCaptureLayer::testDevicesComeFromTheEnvironmentWithTheirMediaTypes()
     for (const CaptureDevicePtr &d : devices)
         ids << d->uniqueID();
     // Malformed entries are skipped, the rest keep their order.
-    QCOMPARE(ids, QStringList({"test:cam1", "test:mic1", "test:dv1", "test:bad1"}));
+    QCOMPARE(ids, QStringList({ "test:cam1", "test:mic1", "test:dv1", "test:bad1" }));
     QCOMPARE(devices[0]->localizedDisplayName(), QStringLiteral("Test Camera"));
-    QCOMPARE(devices[0]->mediaTypes(), QStringList{MediaType::Video});
-    QCOMPARE(devices[1]->mediaTypes(), QStringList{MediaType::Sound});
+    QCOMPARE(devices[0]->mediaTypes(), QStringList { MediaType::Video });
+    QCOMPARE(devices[1]->mediaTypes(), QStringList { MediaType::Sound });
     QCOMPARE(devices[1]->localizedDisplayName(), QStringLiteral("Test microphone mic1"));
     // A muxed device is only muxed: it is not listed under video or sound.
-    QCOMPARE(devices[2]->mediaTypes(), QStringList{MediaType::Muxed});
+    QCOMPARE(devices[2]->mediaTypes(), QStringList { MediaType::Muxed });
     QVERIFY(!devices[2]->hasMediaType(MediaType::Video));
     QCOMPARE(CaptureDeviceRegistry::instance().defaultMicrophone()->uniqueID(), QStringLiteral("test:mic1"));
 }
@@ -172,8 +172,9 @@ void TestCaptureLayer::mediaTypeListsConcatenateWithoutDeduplicating()
             result << d->uniqueID();
         return result;
     };
-    QCOMPARE(ids({MediaType::Video, MediaType::Muxed}), QStringList({"test:cam1", "test:bad1", "test:dv1"}));
-    QCOMPARE(ids({MediaType::Muxed, MediaType::Sound, MediaType::Muxed}), QStringList({"test:dv1", "test:mic1", "test:dv1"}));
+    QCOMPARE(ids({ MediaType::Video, MediaType::Muxed }), QStringList({ "test:cam1", "test:bad1", "test:dv1" }));
+    QCOMPARE(ids({ MediaType::Muxed, MediaType::Sound, MediaType::Muxed }),
+        QStringList({ "test:dv1", "test:mic1", "test:dv1" }));
     QVERIFY(ids({}).isEmpty());
 }
 
@@ -194,7 +195,7 @@ void TestCaptureLayer::openingABrokenDeviceFailsWithGStreamersError()
 
 void TestCaptureLayer::pausedRecordingHasRecordedDurationWithoutGaps()
 {
-    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") });
     QVERIFY(rig.session->isRunning());
     const QString path = moviePath(QStringLiteral("paused.mov"));
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
@@ -225,7 +226,8 @@ void TestCaptureLayer::pausedRecordingHasRecordedDurationWithoutGaps()
     QCOMPARE(movie.sampleRate, 48000);
     QCOMPARE(movie.channels, 2);
     QVERIFY2(qAbs(movie.containerDuration - recorded) < 0.2, qPrintable(QString::number(movie.containerDuration)));
-    QVERIFY2(qAbs(movie.videoEnd - movie.audioEnd) < 0.2, qPrintable(QStringLiteral("%1 %2").arg(movie.videoEnd).arg(movie.audioEnd)));
+    QVERIFY2(qAbs(movie.videoEnd - movie.audioEnd) < 0.2,
+        qPrintable(QStringLiteral("%1 %2").arg(movie.videoEnd).arg(movie.audioEnd)));
     QVERIFY2(movie.largestVideoGap < 0.1, qPrintable(QString::number(movie.largestVideoGap)));
     QVERIFY2(movie.largestAudioGap < 0.05, qPrintable(QString::number(movie.largestAudioGap)));
     // A clean stop leaves a plain movie: no fragments, no padding.
@@ -237,7 +239,7 @@ void TestCaptureLayer::pausedRecordingHasRecordedDurationWithoutGaps()
 
 void TestCaptureLayer::manyFragmentsStillFinishAPlainMovie()
 {
-    Rig rig({QStringLiteral("test:dv1")});
+    Rig rig({ QStringLiteral("test:dv1") });
     rig.output->setFragmentDuration(std::chrono::milliseconds(20));
     const QString path = moviePath(QStringLiteral("fragments.mov"));
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
@@ -254,7 +256,7 @@ void TestCaptureLayer::manyFragmentsStillFinishAPlainMovie()
 
 void TestCaptureLayer::connectionsWithoutOptionsGetThePlatformDefault()
 {
-    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")}, false);
+    Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") }, false);
     const QString path = moviePath(QStringLiteral("default.mov"));
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
     wait(1000);
@@ -274,7 +276,7 @@ void TestCaptureLayer::connectionsWithoutOptionsGetThePlatformDefault()
 
 void TestCaptureLayer::unwritableFileFinishesWithAnError()
 {
-    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") });
     const QString path = moviePath(QStringLiteral("no/such/folder/movie.mov"));
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
     QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 10000);
@@ -287,7 +289,7 @@ void TestCaptureLayer::unwritableFileFinishesWithAnError()
 
 void TestCaptureLayer::soundConnectionReportsTheAudioLevel()
 {
-    Rig rig({QStringLiteral("test:mic1")});
+    Rig rig({ QStringLiteral("test:mic1") });
     const CaptureConnectionPtr sound = rig.session->activeConnections().value(0);
     QVERIFY(sound);
     QCOMPARE(sound->mediaType(), MediaType::Sound);
@@ -299,7 +301,7 @@ void TestCaptureLayer::soundConnectionReportsTheAudioLevel()
 
 void TestCaptureLayer::previewShowsFramesWhileRecording()
 {
-    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") });
     CaptureVideoPreviewWidget widget;
     widget.resize(320, 240);
     widget.show();
@@ -323,7 +325,7 @@ void TestCaptureLayer::previewShowsFramesWhileRecording()
 
 void TestCaptureLayer::sourceEndingFinishesLikeAStopWithAnError()
 {
-    Rig rig({QStringLiteral("test:dv1")});
+    Rig rig({ QStringLiteral("test:dv1") });
     QSignalSpy failures(rig.session.get(), &CaptureSession::runtimeError);
     const QString path = moviePath(QStringLiteral("source-ended.mov"));
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
@@ -332,7 +334,7 @@ void TestCaptureLayer::sourceEndingFinishesLikeAStopWithAnError()
     const CaptureDevicePtr camcorder = CaptureDeviceRegistry::instance().deviceWithUniqueID(QStringLiteral("test:dv1"));
     gst_element_send_event(camcorder->source(), gst_event_new_eos());
     QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 20000);
-    QCOMPARE(rig.delegate.record.order, QStringList({"will", "did"}));
+    QCOMPARE(rig.delegate.record.order, QStringList({ "will", "did" }));
     QVERIFY(rig.delegate.record.error);
     QVERIFY(!rig.output->isRecording());
     QVERIFY(rig.output->outputFileURL().isEmpty());
@@ -346,7 +348,7 @@ void TestCaptureLayer::sourceEndingFinishesLikeAStopWithAnError()
 
 void TestCaptureLayer::stoppingTheSessionMidRecordingStillFinishesAPlainMovie()
 {
-    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") });
     const QString path = moviePath(QStringLiteral("session-stopped.mov"));
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
     wait(1500);
@@ -356,14 +358,14 @@ void TestCaptureLayer::stoppingTheSessionMidRecordingStillFinishesAPlainMovie()
     QVERIFY(!rig.output->isRecording());
     QCOMPARE(rig.delegate.record.didFinish, 0);
     QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 20000);
-    QCOMPARE(rig.delegate.record.order, QStringList({"will", "did"}));
+    QCOMPARE(rig.delegate.record.order, QStringList({ "will", "did" }));
     QVERIFY(!rig.delegate.record.error);
     const MovieInspection movie = inspectMovie(path);
     QCOMPARE(movie.videoCodec, QStringLiteral("video/x-h264"));
     QCOMPARE(movie.audioCodec, QStringLiteral("audio/mpeg"));
     QVERIFY(!movie.topLevelAtoms.contains(QStringLiteral("moof")));
     QVERIFY2(qAbs(movie.containerDuration - recorded) < 0.3,
-             qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recorded)));
+        qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recorded)));
 
     // A URL given while the session is down waits for it to run again.
     const QString next = moviePath(QStringLiteral("after-restart.mov"));
@@ -395,7 +397,7 @@ void TestCaptureLayer::discardedRecordingIsNotRewrittenAndStaleRewritesGo()
     // Another process may be writing this one right now.
     touch(fresh, QDateTime::currentDateTime());
 
-    Rig rig({QStringLiteral("test:cam1"), QStringLiteral("test:mic1")});
+    Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") });
     const QString path = folder + QStringLiteral("/discarded.mov");
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(path));
     QVERIFY(!QFile::exists(stale));
@@ -417,7 +419,7 @@ void TestCaptureLayer::sessionWithoutStreamsRefusesToRecord()
     QVERIFY(rig.output->connections().isEmpty());
     rig.output->recordToOutputFileURL(QUrl::fromLocalFile(moviePath(QStringLiteral("nothing.mov"))));
     QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.record.didFinish, 1, 5000);
-    QCOMPARE(rig.delegate.record.order, QStringList({"will", "did"}));
+    QCOMPARE(rig.delegate.record.order, QStringList({ "will", "did" }));
     QVERIFY(rig.delegate.record.error);
     QVERIFY(!rig.output->isRecording());
     QVERIFY(!QFile::exists(moviePath(QStringLiteral("nothing.mov"))));

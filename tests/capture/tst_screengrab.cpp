@@ -14,9 +14,9 @@ namespace {
 void showPatch(xcb_connection_t *c, xcb_screen_t *screen, int16_t x, int16_t y, uint16_t w, uint16_t h, uint32_t rgb)
 {
     const xcb_window_t window = xcb_generate_id(c);
-    const uint32_t values[] = {rgb, 1};
+    const uint32_t values[] = { rgb, 1 };
     xcb_create_window(c, XCB_COPY_FROM_PARENT, window, screen->root, x, y, w, h, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+        screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
     xcb_map_window(c, window);
 }
 
@@ -73,9 +73,9 @@ void TestScreenGrab::grabIsTopDownWithTheScreensSize()
     xcb_connection_t *c = xcb_connect(server.display().toLocal8Bit().constData(), nullptr);
     std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> owner(c, xcb_disconnect);
     xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(c)).data;
-    showPatch(c, screen, 0, 0, 8, 4, 0xff0000);     // top left: red
-    showPatch(c, screen, 0, 236, 8, 4, 0x00ff00);   // bottom left: green
-    showPatch(c, screen, 312, 0, 8, 4, 0x0000ff);   // top right: blue
+    showPatch(c, screen, 0, 0, 8, 4, 0xff0000); // top left: red
+    showPatch(c, screen, 0, 236, 8, 4, 0x00ff00); // bottom left: green
+    showPatch(c, screen, 312, 0, 8, 4, 0x0000ff); // top right: blue
     xcb_flush(c);
     free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr)); // round trip: drawn
 

@@ -11,7 +11,10 @@ class TestUserDefaults : public QObject
 
     std::unique_ptr<TestSandbox> m_sandbox;
     QString store() const { return m_sandbox->home() + QStringLiteral("/Library/Preferences/com.tarn.Lumex.plist"); }
-    QString kiosk() const { return m_sandbox->sysroot() + QStringLiteral("/Library/Preferences/com.tarn.Lumex.kiosk.plist"); }
+    QString kiosk() const
+    {
+        return m_sandbox->sysroot() + QStringLiteral("/Library/Preferences/com.tarn.Lumex.kiosk.plist");
+    }
     void writeKiosk(const QVariantMap &values)
     {
         QDir().mkpath(QFileInfo(kiosk()).absolutePath());
@@ -25,12 +28,12 @@ private slots:
     void registeredDefaultsAreNeverWritten()
     {
         LXUserDefaults defaults(store(), kiosk());
-        defaults.registerDefaults({{LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::kDefaultGlobalKeyCode}});
+        defaults.registerDefaults({ { LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::kDefaultGlobalKeyCode } });
         QCOMPARE(defaults.integerForKey(LXDefaultsKeys::GlobalKeyCode), 120);
         defaults.setObject(QStringLiteral("host.example"), LXDefaultsKeys::LoginPanelLastLoginHost);
 
         const QVariantMap onDisk = PropertyList::readFile(store()).toMap();
-        QCOMPARE(onDisk, (QVariantMap{{LXDefaultsKeys::LoginPanelLastLoginHost, QStringLiteral("host.example")}}));
+        QCOMPARE(onDisk, (QVariantMap { { LXDefaultsKeys::LoginPanelLastLoginHost, QStringLiteral("host.example") } }));
 
         LXUserDefaults reopened(store(), kiosk());
         QCOMPARE(reopened.stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost), QStringLiteral("host.example"));
@@ -48,7 +51,7 @@ private slots:
         QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
 
         // Any value forces, even false or empty.
-        writeKiosk({{LXDefaultsKeys::GlobalKeyCode, qint64(96)}, {LXDefaultsKeys::GlobalKeyModifiers, false}});
+        writeKiosk({ { LXDefaultsKeys::GlobalKeyCode, qint64(96) }, { LXDefaultsKeys::GlobalKeyModifiers, false } });
         QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode).toLongLong(), 96);
         QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
         QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyModifiers));
@@ -77,12 +80,12 @@ private slots:
             QVERIFY(f.open(QIODevice::WriteOnly));
             f.write("<?xml version=\"1.0\"?><plist><dict><key>GlobalKeyCode</key>");
         } else if (kind == 1) {
-            QVERIFY(PropertyList::writeFile(kiosk(), QVariantList{QStringLiteral("GlobalKeyCode")}, true));
+            QVERIFY(PropertyList::writeFile(kiosk(), QVariantList { QStringLiteral("GlobalKeyCode") }, true));
         } else {
             QVERIFY(QDir().mkpath(kiosk()));
         }
         LXUserDefaults defaults(store(), kiosk());
-        defaults.registerDefaults({{LXDefaultsKeys::GlobalKeyCode, 120}});
+        defaults.registerDefaults({ { LXDefaultsKeys::GlobalKeyCode, 120 } });
         QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
         QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode).toInt(), 120);
     }
@@ -108,9 +111,9 @@ private slots:
         }
         defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername);
         QCOMPARE(PropertyList::readFile(store()).toMap().value(LXDefaultsKeys::LoginPanelLastLoginUsername),
-                 QVariant(QStringLiteral("ann")));
-        const QStringList aside = QDir(QFileInfo(store()).absolutePath())
-                                      .entryList({QStringLiteral("com.tarn.Lumex.plist.corrupt-*")});
+            QVariant(QStringLiteral("ann")));
+        const QStringList aside
+            = QDir(QFileInfo(store()).absolutePath()).entryList({ QStringLiteral("com.tarn.Lumex.plist.corrupt-*") });
         QCOMPARE(aside.size(), 1);
         QFile kept(QFileInfo(store()).absolutePath() + QLatin1Char('/') + aside.first());
         QVERIFY(kept.open(QIODevice::ReadOnly));
@@ -132,10 +135,10 @@ private slots:
     void typedGettersDoNotConfuseTypes()
     {
         LXUserDefaults defaults(store(), kiosk());
-        defaults.setObject(QVariantMap{{QStringLiteral("isLocalRecording"), true}},
-                           LXDefaultsKeys::lastDeviceSelectionFor(QStringLiteral("Video")));
+        defaults.setObject(QVariantMap { { QStringLiteral("isLocalRecording"), true } },
+            LXDefaultsKeys::lastDeviceSelectionFor(QStringLiteral("Video")));
         QCOMPARE(defaults.dictionaryForKey(QStringLiteral("lastDeviceSelectionForVideo")).value("isLocalRecording"),
-                 QVariant(true));
+            QVariant(true));
         QVERIFY(defaults.stringForKey(QStringLiteral("lastDeviceSelectionForVideo")).isNull());
     }
 };

@@ -48,10 +48,10 @@ private slots:
 private:
     std::shared_ptr<OrvaneServerInterface> makeInterface(const QString &camera = QStringLiteral("Office Mac"))
     {
-        auto interface = OrvaneServerInterface::create({{QStringLiteral("server"), SimSandbox::kServerHost},
-                                                        {QStringLiteral("user"), QStringLiteral("demo")},
-                                                        {QStringLiteral("password"), QStringLiteral("lumex")}},
-                                                       std::make_shared<PodcastJob>());
+        auto interface = OrvaneServerInterface::create(
+            { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
+                { QStringLiteral("password"), QStringLiteral("lumex") } },
+            std::make_shared<PodcastJob>());
         interface->setCameraName(camera);
         return interface;
     }
@@ -110,12 +110,12 @@ void TestAgentBinding::bindWithoutRights()
     QCOMPARE(globalConfig().value(QStringLiteral("TunnelHost")).toString(), SimSandbox::kServerHost);
 
     // The tool's refusal: status as code, output then error text.
-    m_sim->setFaults({{QStringLiteral("--bind"), QVariantMap{{QStringLiteral("stderr"), QStringLiteral("no seat\n")},
-                                                            {QStringLiteral("status"), 4}}}});
+    m_sim->setFaults({ { QStringLiteral("--bind"),
+        QVariantMap { { QStringLiteral("stderr"), QStringLiteral("no seat\n") }, { QStringLiteral("status"), 4 } } } });
     QCOMPARE(interface->bindCameraError(&error), 4);
     QCOMPARE(error.code, 4);
-    QCOMPARE(error.localizedDescription,
-             QStringLiteral("Connecting to %1 ...\n\nno seat\n").arg(SimSandbox::kServerURL));
+    QCOMPARE(
+        error.localizedDescription, QStringLiteral("Connecting to %1 ...\n\nno seat\n").arg(SimSandbox::kServerURL));
 
     // It runs through the ordinary command line, password on standard input.
     m_sim->installRecordingTool();
@@ -123,8 +123,8 @@ void TestAgentBinding::bindWithoutRights()
     m_sim->setReply("Successfully bound\n", "", 0);
     QCOMPARE(interface->bindCameraError(&error), 0);
     QCOMPARE(m_sim->recordedArguments(),
-             (QStringList{QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
-                          QStringLiteral("demo"), QStringLiteral("--bind"), QStringLiteral("Office Mac")}));
+        (QStringList { QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
+            QStringLiteral("demo"), QStringLiteral("--bind"), QStringLiteral("Office Mac") }));
     QCOMPARE(m_sim->recordedStdin(), QByteArray("lumex"));
     QVERIFY(!m_sim->recordedEnvironment().contains("ORVANE_PRIVILEGED_RUN=1"));
 }
@@ -148,9 +148,9 @@ void TestAgentBinding::privilegedCommandLines()
     QCOMPARE(status, 0);
     QVERIFY(error.domain.isEmpty());
     QCOMPARE(m_sim->recordedArguments(),
-             (QStringList{QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
-                          QStringLiteral("demo"), bind ? QStringLiteral("--bind") : QStringLiteral("--unbind"),
-                          QStringLiteral("Room 101")}));
+        (QStringList { QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
+            QStringLiteral("demo"), bind ? QStringLiteral("--bind") : QStringLiteral("--unbind"),
+            QStringLiteral("Room 101") }));
     // The password travels over the pipe, never in the environment.
     QCOMPARE(m_sim->recordedStdin(), QByteArray("lumex"));
     const QByteArray env = m_sim->recordedEnvironment();
@@ -246,7 +246,10 @@ void TestAgentBinding::agentStartStop()
     QCOMPARE(interface->bindCameraWithAuthorization(authorization, &error), 0);
     QCOMPARE(interface->setAgentRunning(true, authorization, &error), 0);
     QVERIFY2(error.domain.isEmpty(), qPrintable(error.localizedDescription));
-    QVERIFY(PropertyList::readFile(m_sim->state(QStringLiteral("agent.plist"))).toMap().value(QStringLiteral("running")).toBool());
+    QVERIFY(PropertyList::readFile(m_sim->state(QStringLiteral("agent.plist")))
+                .toMap()
+                .value(QStringLiteral("running"))
+                .toBool());
 
     QCOMPARE(interface->setAgentRunning(false, authorization, &error), 0);
     QVERIFY(error.domain.isEmpty());
@@ -278,7 +281,7 @@ void TestAgentBinding::agentControlOutput()
     Error error;
     QCOMPARE(interface->setAgentRunning(start, directAuthorization(), &error), 0);
     QCOMPARE(m_sim->recordedArguments(),
-             (QStringList{QStringLiteral("agent"), start ? QStringLiteral("start") : QStringLiteral("stop")}));
+        (QStringList { QStringLiteral("agent"), start ? QStringLiteral("start") : QStringLiteral("stop") }));
     QCOMPARE(m_sim->recordedStdin(), QByteArray()); // nothing is written to it
     if (fails) {
         QCOMPARE(error.code, 2);
@@ -297,7 +300,7 @@ void TestAgentBinding::agentControlHelperMissing()
     QCOMPARE(error.domain, kServerInterfaceErrorDomain);
     QCOMPARE(error.code, 10);
     QCOMPARE(error.localizedDescription,
-             m_sim->tool(QStringLiteral("orvxctlexec")) + QStringLiteral(" tool cannot be found."));
+        m_sim->tool(QStringLiteral("orvxctlexec")) + QStringLiteral(" tool cannot be found."));
 }
 
 void TestAgentBinding::machineWideConfiguration()
@@ -314,9 +317,9 @@ void TestAgentBinding::machineWideConfiguration()
     QCOMPARE(error.code, -1);
     QVERIFY(!error.localizedDescription.isEmpty());
 
-    const QVariantMap configuration{{QStringLiteral("CameraName"), QStringLiteral("Lab Mac")},
-                                    {QStringLiteral("VideoDevice"), QStringLiteral("Automatic")},
-                                    {QStringLiteral("AudioDevice"), QStringLiteral("USB \u00c4udio")}};
+    const QVariantMap configuration { { QStringLiteral("CameraName"), QStringLiteral("Lab Mac") },
+        { QStringLiteral("VideoDevice"), QStringLiteral("Automatic") },
+        { QStringLiteral("AudioDevice"), QStringLiteral("USB \u00c4udio") } };
     QVERIFY(!interface->setCameraAgentConfiguration(configuration));
     error = {};
     const auto read = interface->getCameraAgentConfigurationError(&error);
@@ -324,8 +327,9 @@ void TestAgentBinding::machineWideConfiguration()
     QVERIFY(read);
     QCOMPARE(*read, configuration);
     int exitCode = -1;
-    const QByteArray name = runPython(QStringLiteral("import plistlib,sys; print(plistlib.load(open(sys.stdin.read(),'rb'))['AudioDevice'])"),
-                                      m_sim->globalConfig().toUtf8(), &exitCode);
+    const QByteArray name = runPython(
+        QStringLiteral("import plistlib,sys; print(plistlib.load(open(sys.stdin.read(),'rb'))['AudioDevice'])"),
+        m_sim->globalConfig().toUtf8(), &exitCode);
     QCOMPARE(exitCode, 0);
     QCOMPARE(QString::fromUtf8(name).trimmed(), QStringLiteral("USB \u00c4udio"));
 
@@ -342,7 +346,8 @@ void TestAgentBinding::setConfigPassesValueAsOneArgument()
     auto interface = makeInterface();
     const QString value = QStringLiteral("FaceTime HD Camera (Built-in)");
     interface->setLocalAgentConfigValue(value, QStringLiteral("VideoDevice"));
-    QCOMPARE(PropertyList::readFile(m_sim->userConfig()).toMap().value(QStringLiteral("VideoDevice")).toString(), value);
+    QCOMPARE(
+        PropertyList::readFile(m_sim->userConfig()).toMap().value(QStringLiteral("VideoDevice")).toString(), value);
     QVERIFY(!QFileInfo::exists(m_sim->globalConfig()));
 
     interface->setGlobalAgentConfigValue(value, QStringLiteral("VideoDevice"), directAuthorization());
@@ -350,14 +355,14 @@ void TestAgentBinding::setConfigPassesValueAsOneArgument()
 
     // A failing machine-wide write reports nothing, not even a log line.
     Log::Capture log;
-    m_sim->setFaults({{QStringLiteral("--setconfig"), QVariantMap{{QStringLiteral("status"), 5}}}});
+    m_sim->setFaults({ { QStringLiteral("--setconfig"), QVariantMap { { QStringLiteral("status"), 5 } } } });
     interface->setGlobalAgentConfigValue(QStringLiteral("x"), QStringLiteral("AudioDevice"), directAuthorization());
     QVERIFY(log.lines().isEmpty());
 
     m_sim->installRecordingTool();
     interface->setGlobalAgentConfigValue(value, QStringLiteral("VideoDevice"), directAuthorization());
     QCOMPARE(m_sim->recordedArguments(),
-             (QStringList{QStringLiteral("--setconfig"), QStringLiteral("VideoDevice=") + value}));
+        (QStringList { QStringLiteral("--setconfig"), QStringLiteral("VideoDevice=") + value }));
     QVERIFY(m_sim->recordedEnvironment().contains("ORVANE_PRIVILEGED_RUN=1\n"));
 }
 

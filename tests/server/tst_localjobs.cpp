@@ -61,10 +61,10 @@ private slots:
 private:
     std::shared_ptr<OrvaneServerInterface> makeInterface()
     {
-        auto interface = OrvaneServerInterface::create({{QStringLiteral("server"), SimSandbox::kServerHost},
-                                                        {QStringLiteral("user"), QStringLiteral("demo")},
-                                                        {QStringLiteral("password"), QStringLiteral("lumex")}},
-                                                       std::make_shared<PodcastJob>());
+        auto interface = OrvaneServerInterface::create(
+            { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
+                { QStringLiteral("password"), QStringLiteral("lumex") } },
+            std::make_shared<PodcastJob>());
         m_job = interface->job();
         return interface;
     }
@@ -111,19 +111,21 @@ void TestLocalJobs::startConfiguresAgentAndRecords_data()
     QTest::newRow("audio, no preset") << QStringLiteral("audio") << QString() << QStringLiteral("USB Mic 2")
                                       << QStringLiteral("Audio:Better") << QStringLiteral("USB Mic 2")
                                       << QStringLiteral("Automatic") << QStringLiteral("LocalAudio-");
-    QTest::newRow("audio, audio preset") << QStringLiteral("audio") << QStringLiteral("Audio:Best") << QStringLiteral("Mic")
-                                         << QStringLiteral("Audio:Best") << QStringLiteral("Mic")
-                                         << QStringLiteral("Automatic") << QStringLiteral("LocalAudio-");
+    QTest::newRow("audio, audio preset") << QStringLiteral("audio") << QStringLiteral("Audio:Best")
+                                         << QStringLiteral("Mic") << QStringLiteral("Audio:Best")
+                                         << QStringLiteral("Mic") << QStringLiteral("Automatic")
+                                         << QStringLiteral("LocalAudio-");
     QTest::newRow("video, audio preset stays Better")
-        << QStringLiteral("video") << QStringLiteral("Audio:Best") << QStringLiteral("Mic") << QStringLiteral("Video:Better")
-        << QStringLiteral("Mic") << QStringLiteral("Front Cam") << QStringLiteral("LocalVideo-");
-    QTest::newRow("screen, part after the last colon") << QStringLiteral("screen") << QStringLiteral("Screen:Old:High")
-                                                       << QStringLiteral("Mic") << QStringLiteral("Screen:High")
-                                                       << QStringLiteral("Mic") << QStringLiteral("Automatic")
-                                                       << QStringLiteral("ScreenCapture-");
-    QTest::newRow("no audio device reads (null)") << QStringLiteral("audio") << QString() << QString()
-                                                  << QStringLiteral("Audio:Better") << QStringLiteral("(null)")
-                                                  << QStringLiteral("Automatic") << QStringLiteral("LocalAudio-");
+        << QStringLiteral("video") << QStringLiteral("Audio:Best") << QStringLiteral("Mic")
+        << QStringLiteral("Video:Better") << QStringLiteral("Mic") << QStringLiteral("Front Cam")
+        << QStringLiteral("LocalVideo-");
+    QTest::newRow("screen, part after the last colon")
+        << QStringLiteral("screen") << QStringLiteral("Screen:Old:High") << QStringLiteral("Mic")
+        << QStringLiteral("Screen:High") << QStringLiteral("Mic") << QStringLiteral("Automatic")
+        << QStringLiteral("ScreenCapture-");
+    QTest::newRow("no audio device reads (null)")
+        << QStringLiteral("audio") << QString() << QString() << QStringLiteral("Audio:Better")
+        << QStringLiteral("(null)") << QStringLiteral("Automatic") << QStringLiteral("LocalAudio-");
 }
 
 void TestLocalJobs::startConfiguresAgentAndRecords()
@@ -138,13 +140,13 @@ void TestLocalJobs::startConfiguresAgentAndRecords()
 
     if (!storedPreset.isNull()) {
         QVERIFY(QDir().mkpath(QFileInfo(m_sim->userConfig()).absolutePath()));
-        QVERIFY(PropertyList::writeFile(m_sim->userConfig(),
-                                        QVariantMap{{QStringLiteral("RecordingCapturePreset"), storedPreset}}, true));
+        QVERIFY(PropertyList::writeFile(
+            m_sim->userConfig(), QVariantMap { { QStringLiteral("RecordingCapturePreset"), storedPreset } }, true));
     }
     QDir(spool()).removeRecursively();
     auto interface = makeInterface();
     m_job->setLocalAudioDeviceName(audioDevice);
-    m_job->setCamera({{QStringLiteral("name"), QStringLiteral("Front Cam")}});
+    m_job->setCamera({ { QStringLiteral("name"), QStringLiteral("Front Cam") } });
 
     const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
     Error error;
@@ -198,7 +200,7 @@ void TestLocalJobs::signalsReachAgent()
     // After the stop there is no agent to pause any more.
     QCOMPARE(interface->pauseLocalJob(m_job.get(), &error), -1);
     QCOMPARE(error.localizedDescription,
-             QStringLiteral("Local capture agent failed to respond to pause signal with status: -1."));
+        QStringLiteral("Local capture agent failed to respond to pause signal with status: -1."));
 }
 
 void TestLocalJobs::withoutRunningAgent_data()
@@ -232,9 +234,9 @@ void TestLocalJobs::withoutRunningAgent()
         QCOMPARE(::kill(m_job->localAgentTask()->processIdentifier(), SIGKILL), 0);
         QTRY_VERIFY(!m_job->localAgentTask()->isRunning());
     }
-    Operation op = operation == QLatin1String("stop")    ? &OrvaneServerInterface::stopLocalJob
-        : operation == QLatin1String("pause")            ? &OrvaneServerInterface::pauseLocalJob
-                                                         : &OrvaneServerInterface::resumeLocalJob;
+    Operation op = operation == QLatin1String("stop") ? &OrvaneServerInterface::stopLocalJob
+        : operation == QLatin1String("pause")         ? &OrvaneServerInterface::pauseLocalJob
+                                                      : &OrvaneServerInterface::resumeLocalJob;
     QCOMPARE((interface.get()->*op)(m_job.get(), &error), status);
     QCOMPARE(error.domain, kServerInterfaceErrorDomain);
     QCOMPARE(error.code, status);
@@ -245,8 +247,8 @@ void TestLocalJobs::agentThatFailsAtOnce_data()
 {
     QTest::addColumn<QVariantMap>("settings");
     QTest::addColumn<int>("status");
-    QTest::newRow("default status") << QVariantMap{{QStringLiteral("stderr"), QStringLiteral("")}} << 3;
-    QTest::newRow("given status") << QVariantMap{{QStringLiteral("status"), 7}} << 7;
+    QTest::newRow("default status") << QVariantMap { { QStringLiteral("stderr"), QStringLiteral("") } } << 3;
+    QTest::newRow("given status") << QVariantMap { { QStringLiteral("status"), 7 } } << 7;
 }
 
 void TestLocalJobs::agentThatFailsAtOnce()
@@ -255,14 +257,15 @@ void TestLocalJobs::agentThatFailsAtOnce()
     QFETCH(int, status);
 
     QVERIFY(m_sim->installTools()); // the real agent, which honours the fault file
-    m_sim->setFaults({{QStringLiteral("orvxagentd"), settings}});
+    m_sim->setFaults({ { QStringLiteral("orvxagentd"), settings } });
     auto interface = makeInterface();
     Error error;
     QCOMPARE(interface->startLocalScreenCapJob(m_job.get(), &error), status);
     QCOMPARE(error.code, status);
-    QCOMPARE(error.localizedDescription, QStringLiteral("Could not start %1. It terminates with status: %2.")
-                                             .arg(m_sim->tool(QStringLiteral("orvxagentd")))
-                                             .arg(status));
+    QCOMPARE(error.localizedDescription,
+        QStringLiteral("Could not start %1. It terminates with status: %2.")
+            .arg(m_sim->tool(QStringLiteral("orvxagentd")))
+            .arg(status));
     QVERIFY(!m_job->localAgentTask());
     QVERIFY(m_job->movieFilePaths() && m_job->movieFilePaths()->size() == 1); // the path stays
 }
@@ -280,7 +283,7 @@ void TestLocalJobs::spoolFolderCannotBeMade()
     QCOMPARE(status, 1); // mkdir's own status
     QCOMPARE(error.code, 1);
     QCOMPARE(error.localizedDescription,
-             QStringLiteral("Could not make destination folder for capture movie. mkdir returned status: 1."));
+        QStringLiteral("Could not make destination folder for capture movie. mkdir returned status: 1."));
     QVERIFY(!m_job->localAgentTask());
     QVERIFY(m_job->movieFilePaths());
     QVERIFY(m_job->movieFilePaths()->first().startsWith(spoolPath + QStringLiteral("/LocalAudio-")));
@@ -299,16 +302,16 @@ void TestLocalJobs::cancelDeletesOnlyLastPath()
     QCOMPARE(interface->startLocalAudioJob(m_job.get(), &error), 0);
     const QString movie = m_job->movieFilePaths()->first();
     QTRY_VERIFY(QFileInfo::exists(movie));
-    m_job->setMovieFilePaths(QStringList{chosen, movie});
+    m_job->setMovieFilePaths(QStringList { chosen, movie });
     QCOMPARE(interface->cancelLocalJob(m_job.get(), &error), 0);
     QVERIFY(!m_job->localAgentTask());
     QVERIFY(QFileInfo::exists(chosen));
-    QCOMPARE(*m_job->movieFilePaths(), (QStringList{chosen, movie}));
+    QCOMPARE(*m_job->movieFilePaths(), (QStringList { chosen, movie }));
     QTest::qWait(200); // the agent may still be finishing its file
     QFile::remove(movie);
 
     // Without an agent: the stop fails, the last file still goes.
-    m_job->setMovieFilePaths(QStringList{chosen, other});
+    m_job->setMovieFilePaths(QStringList { chosen, other });
     QCOMPARE(interface->cancelLocalJob(m_job.get(), &error), 50);
     QCOMPARE(error.code, 50);
     QVERIFY(QFileInfo::exists(chosen));
@@ -317,17 +320,18 @@ void TestLocalJobs::cancelDeletesOnlyLastPath()
 
 void TestLocalJobs::localConfigFailureIsLoggedWithQuotedValue()
 {
-    m_sim->setFaults({{QStringLiteral("--setconfig"), QVariantMap{{QStringLiteral("status"), 6}}}});
+    m_sim->setFaults({ { QStringLiteral("--setconfig"), QVariantMap { { QStringLiteral("status"), 6 } } } });
     auto interface = makeInterface();
     Log::Capture log;
     interface->setLocalAgentConfigValue(QStringLiteral("Built-in Mic"), QStringLiteral("AudioDevice"));
-    QCOMPARE(log.lines(), QStringList{QStringLiteral("Error 6 when attempting to set local config value AudioDevice to "
-                                                     "Built-in Mic with command: orvx --setconfig "
-                                                     "AudioDevice=\"Built-in Mic\"")});
+    QCOMPARE(log.lines(),
+        QStringList { QStringLiteral("Error 6 when attempting to set local config value AudioDevice to "
+                                     "Built-in Mic with command: orvx --setconfig "
+                                     "AudioDevice=\"Built-in Mic\"") });
 
     // A failing configuration only logs; the recording still starts.
     log.clear();
-    m_sim->setFaults({{QStringLiteral("--setconfig"), QVariantMap{{QStringLiteral("status"), 6}}}});
+    m_sim->setFaults({ { QStringLiteral("--setconfig"), QVariantMap { { QStringLiteral("status"), 6 } } } });
     Error error;
     QCOMPARE(interface->startLocalAudioJob(m_job.get(), &error), 0);
     QCOMPARE(log.lines().size(), 3);
@@ -336,7 +340,7 @@ void TestLocalJobs::localConfigFailureIsLoggedWithQuotedValue()
     m_sim->installRecordingTool();
     interface->setLocalAgentConfigValue(QStringLiteral("Built-in Mic"), QStringLiteral("AudioDevice"));
     QCOMPARE(m_sim->recordedArguments(),
-             (QStringList{QStringLiteral("--setconfig"), QStringLiteral("AudioDevice=Built-in Mic")}));
+        (QStringList { QStringLiteral("--setconfig"), QStringLiteral("AudioDevice=Built-in Mic") }));
     QCOMPARE(m_sim->recordedStdinKind(), QStringLiteral("/dev/null"));
 }
 
@@ -345,10 +349,10 @@ void TestLocalJobs::submissionCommandLine_data()
     QTest::addColumn<QStringList>("files");
     QTest::addColumn<bool>("deleteFiles");
 
-    QTest::newRow("two files") << QStringList{QStringLiteral("/tmp/a b.mov"), QStringLiteral("/tmp/c.mov")} << false;
-    QTest::newRow("two files, delete last") << QStringList{QStringLiteral("/tmp/a b.mov"), QStringLiteral("/tmp/c.mov")}
-                                            << true;
-    QTest::newRow("empty list runs without --file") << QStringList{} << false;
+    QTest::newRow("two files") << QStringList { QStringLiteral("/tmp/a b.mov"), QStringLiteral("/tmp/c.mov") } << false;
+    QTest::newRow("two files, delete last")
+        << QStringList { QStringLiteral("/tmp/a b.mov"), QStringLiteral("/tmp/c.mov") } << true;
+    QTest::newRow("empty list runs without --file") << QStringList {} << false;
 }
 
 void TestLocalJobs::submissionCommandLine()
@@ -359,21 +363,23 @@ void TestLocalJobs::submissionCommandLine()
     m_sim->installRecordingTool();
     auto interface = makeInterface();
     m_job->setMovieFilePaths(files);
-    m_job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
+    m_job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
     Error error;
     const int32_t status = deleteFiles ? interface->submitAndDeleteJobFiles(m_job.get(), &error)
                                        : interface->submitJobFiles(m_job.get(), &error);
     QCOMPARE(status, 0);
     const QStringList args = m_sim->recordedArguments();
-    QCOMPARE(args.mid(0, 5), (QStringList{QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
-                                          QStringLiteral("demo"), QStringLiteral("--submit")}));
+    QCOMPARE(args.mid(0, 5),
+        (QStringList { QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
+            QStringLiteral("demo"), QStringLiteral("--submit") }));
     QStringList expected;
     for (const QString &f : files)
         expected << QStringLiteral("--file") << f;
     const int metadataAt = 5 + expected.size();
     QVERIFY(args.size() > metadataAt + 1);
     const QString dataFile = args.at(metadataAt + 1);
-    expected << QStringLiteral("--metadata") << dataFile << QStringLiteral("--workflow") << QStringLiteral("archive-only");
+    expected << QStringLiteral("--metadata") << dataFile << QStringLiteral("--workflow")
+             << QStringLiteral("archive-only");
     if (deleteFiles)
         expected << QStringLiteral("--delete");
     QCOMPARE(args.mid(5), expected);
@@ -391,11 +397,13 @@ void TestLocalJobs::submissionChecks_data()
     QTest::newRow("no movie paths") << false << true << -2
                                     << QStringLiteral("Unexpected internal error. Unable to obtain local submission "
                                                       "filename path(s) from job data.");
-    QTest::newRow("no paths, no workflow: paths first") << false << false << -2
-                                                        << QStringLiteral("Unexpected internal error. Unable to obtain "
-                                                                          "local submission filename path(s) from job data.");
+    QTest::newRow("no paths, no workflow: paths first")
+        << false << false << -2
+        << QStringLiteral("Unexpected internal error. Unable to obtain "
+                          "local submission filename path(s) from job data.");
     QTest::newRow("no workflow") << true << false << -3
-                                 << QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data.");
+                                 << QStringLiteral(
+                                        "Unexpected internal error. Unable to obtain workflow name from job data.");
 }
 
 void TestLocalJobs::submissionChecks()
@@ -408,9 +416,9 @@ void TestLocalJobs::submissionChecks()
     m_sim->installRecordingTool();
     auto interface = makeInterface();
     if (hasPaths)
-        m_job->setMovieFilePaths(QStringList{QStringLiteral("/tmp/x.mov")});
+        m_job->setMovieFilePaths(QStringList { QStringLiteral("/tmp/x.mov") });
     if (hasWorkflow)
-        m_job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
+        m_job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
     const int before = QDir(m_sim->jobDataFolder()).entryList(QDir::Files).size();
     Error error;
     QCOMPARE(interface->submitAndDeleteJobFiles(m_job.get(), &error), status);
@@ -430,12 +438,12 @@ void TestLocalJobs::uploadIdentifierOnlyFromFirstLine_data()
 
     QTest::newRow("first line") << QByteArray("Upload UUID: 0A1B-22\nQueued 1 file(s).\n") << QByteArray() << 0
                                 << QStringLiteral("0A1B-22");
-    QTest::newRow("last word of the first line") << QByteArray("Note: Upload UUID: one two XYZ") << QByteArray() << 0
-                                                 << QStringLiteral("XYZ");
+    QTest::newRow("last word of the first line")
+        << QByteArray("Note: Upload UUID: one two XYZ") << QByteArray() << 0 << QStringLiteral("XYZ");
     QTest::newRow("second line only") << QByteArray("Connecting ...\nUpload UUID: 0A1B-22\n") << QByteArray() << 0
                                       << QString();
-    QTest::newRow("failure still takes it") << QByteArray("Upload UUID: F00D\n") << QByteArray("disk full\n") << 2
-                                            << QStringLiteral("F00D");
+    QTest::newRow("failure still takes it")
+        << QByteArray("Upload UUID: F00D\n") << QByteArray("disk full\n") << 2 << QStringLiteral("F00D");
 }
 
 void TestLocalJobs::uploadIdentifierOnlyFromFirstLine()
@@ -448,8 +456,8 @@ void TestLocalJobs::uploadIdentifierOnlyFromFirstLine()
     m_sim->installRecordingTool();
     m_sim->setReply(out, err, status);
     auto interface = makeInterface();
-    m_job->setMovieFilePaths(QStringList{QStringLiteral("/tmp/x.mov")});
-    m_job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
+    m_job->setMovieFilePaths(QStringList { QStringLiteral("/tmp/x.mov") });
+    m_job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
     Error error;
     QCOMPARE(interface->submitJobFiles(m_job.get(), &error), status);
     QCOMPARE(m_job->uploadUUID(), uuid);
@@ -467,8 +475,8 @@ void TestLocalJobs::submitAndDeleteAgainstSimulator()
     const QString b = m_sim->path() + QStringLiteral("/take 2.mov");
     QVERIFY(SimSandbox::writeFile(a, "first take"));
     QVERIFY(SimSandbox::writeFile(b, "second take"));
-    m_job->setMovieFilePaths(QStringList{a, b});
-    m_job->setWorkflow({{QStringLiteral("name"), QStringLiteral("lecture-capture")}});
+    m_job->setMovieFilePaths(QStringList { a, b });
+    m_job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("lecture-capture") } });
     m_job->setTitle(QStringLiteral("Two takes"));
     Error error;
     QCOMPARE(interface->submitAndDeleteJobFiles(m_job.get(), &error), 0);
@@ -489,7 +497,7 @@ void TestLocalJobs::submitAndDeleteAgainstSimulator()
                          .toMap()
                          .value(QStringLiteral("Title"))
                          .toString(),
-                     QStringLiteral("Two takes"));
+                QStringLiteral("Two takes"));
         }
     }
     QVERIFY(found);

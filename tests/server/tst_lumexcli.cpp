@@ -25,9 +25,9 @@ CliResult cli(const QStringList &arguments, const QByteArray &input = QByteArray
 {
     QProcess process;
     process.start(QStringLiteral(LUMEX_CLI),
-                  QStringList{QStringLiteral("--server"), SimSandbox::kServerHost, QStringLiteral("--user"),
-                              QStringLiteral("demo")}
-                      + arguments);
+        QStringList {
+            QStringLiteral("--server"), SimSandbox::kServerHost, QStringLiteral("--user"), QStringLiteral("demo") }
+            + arguments);
     process.waitForStarted();
     process.write(input);
     process.closeWriteChannel();
@@ -64,11 +64,11 @@ void TestLumexCli::initTestCase()
 
 void TestLumexCli::workflowsPrintAPropertyList()
 {
-    const CliResult r = cli({QStringLiteral("workflows")}, "lumex\n");
+    const CliResult r = cli({ QStringLiteral("workflows") }, "lumex\n");
     QCOMPARE(r.exitCode, 0);
     int exitCode = -1;
-    const QByteArray json = runPython(
-        QStringLiteral("import plistlib,json,sys; print(json.dumps([w['name'] for w in plistlib.loads(sys.stdin.buffer.read())]))"),
+    const QByteArray json = runPython(QStringLiteral("import plistlib,json,sys; print(json.dumps([w['name'] for w in "
+                                                     "plistlib.loads(sys.stdin.buffer.read())]))"),
         r.out, &exitCode);
     QCOMPARE(exitCode, 0);
     const QJsonArray names = QJsonDocument::fromJson(json).array();
@@ -82,8 +82,8 @@ void TestLumexCli::wrongPasswordExitsWithTheError_data()
     QTest::addColumn<QString>("text");
 
     const QString failed = QStringLiteral("Authentication failed for user demo.\n");
-    QTest::newRow("workflows: output and error")
-        << QStringLiteral("workflows") << QStringLiteral("Connecting to %1 ...\n\n").arg(SimSandbox::kServerURL) + failed;
+    QTest::newRow("workflows: output and error") << QStringLiteral(
+        "workflows") << QStringLiteral("Connecting to %1 ...\n\n").arg(SimSandbox::kServerURL) + failed;
     QTest::newRow("cameras: error alone") << QStringLiteral("cameras") << failed;
 }
 
@@ -91,26 +91,27 @@ void TestLumexCli::wrongPasswordExitsWithTheError()
 {
     QFETCH(QString, command);
     QFETCH(QString, text);
-    const CliResult r = cli({command}, "not-lumex\n");
+    const CliResult r = cli({ command }, "not-lumex\n");
     QCOMPARE(r.exitCode, 1);
     QVERIFY(r.out.isEmpty());
-    QCOMPARE(QString::fromUtf8(r.err), QStringLiteral("error: PodcastServerInteraceErrorDomain 26: ") + text + QLatin1Char('\n'));
+    QCOMPARE(QString::fromUtf8(r.err),
+        QStringLiteral("error: PodcastServerInteraceErrorDomain 26: ") + text + QLatin1Char('\n'));
 }
 
 void TestLumexCli::submitPrintsTheUploadThatUploadsLists()
 {
     const QString movie = m_sim->path() + QStringLiteral("/lecture.mov");
     QVERIFY(SimSandbox::writeFile(movie, "movie bytes"));
-    const CliResult r = cli({QStringLiteral("submit"), QStringLiteral("--workflow"), QStringLiteral("archive-only"),
-                             QStringLiteral("--title"), QStringLiteral("From the shell"), movie},
-                            "lumex\n");
+    const CliResult r = cli({ QStringLiteral("submit"), QStringLiteral("--workflow"), QStringLiteral("archive-only"),
+                                QStringLiteral("--title"), QStringLiteral("From the shell"), movie },
+        "lumex\n");
     QCOMPARE(r.exitCode, 0);
     const QString uuid = QString::fromUtf8(r.out).trimmed();
     QVERIFY2(QRegularExpression(QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")).match(uuid).hasMatch(),
-             r.out.constData());
+        r.out.constData());
     QVERIFY(QFileInfo::exists(movie)); // no --delete
 
-    const CliResult uploads = cli({QStringLiteral("uploads")});
+    const CliResult uploads = cli({ QStringLiteral("uploads") });
     QCOMPARE(uploads.exitCode, 0);
     const QVariantMap listing = PropertyList::fromXml(uploads.out).toMap();
     bool found = false;
@@ -124,8 +125,8 @@ void TestLumexCli::submitPrintsTheUploadThatUploadsLists()
     QVERIFY2(found, uploads.out.constData());
 
     // A workflow the server does not know: the tool's text, exit 1.
-    const CliResult bad = cli({QStringLiteral("submit"), QStringLiteral("--workflow"), QStringLiteral("nope"), movie},
-                              "lumex\n");
+    const CliResult bad
+        = cli({ QStringLiteral("submit"), QStringLiteral("--workflow"), QStringLiteral("nope"), movie }, "lumex\n");
     QCOMPARE(bad.exitCode, 1);
     QVERIFY2(bad.err.startsWith("error: PodcastServerInteraceErrorDomain 1: "), bad.err.constData());
     QVERIFY(bad.err.contains("Unknown workflow: nope"));

@@ -14,8 +14,8 @@ private slots:
         QCOMPARE(Paths::orvxexec(), QStringLiteral("/tmp/sim-root/usr/libexec/orvane/orvxexec"));
         QCOMPARE(Paths::orvxctlexec(), QStringLiteral("/tmp/sim-root/usr/libexec/orvane/orvxctlexec"));
         QCOMPARE(Paths::orvxagentd(), QStringLiteral("/tmp/sim-root/usr/libexec/orvane/orvxagentd"));
-        QCOMPARE(Paths::globalAgentConfig(),
-                 QStringLiteral("/tmp/sim-root/Library/Preferences/com.tarn.orvxagentd.plist"));
+        QCOMPARE(
+            Paths::globalAgentConfig(), QStringLiteral("/tmp/sim-root/Library/Preferences/com.tarn.orvxagentd.plist"));
         QCOMPARE(Paths::kioskFile(), QStringLiteral("/tmp/sim-root/Library/Preferences/com.tarn.Lumex.kiosk.plist"));
         QCOMPARE(Paths::mkdirTool(), QStringLiteral("/bin/mkdir"));
         QCOMPARE(Paths::nullDevice(), QStringLiteral("/dev/null"));

@@ -76,21 +76,21 @@ private slots:
         job.setStartedAt(fromSeconds(1199145600));
         job.setStoppedAt(fromSeconds(1199149200));
         const QByteArray xml = PropertyList::toXml(job.submissionDictionary());
-        const QByteArray out = runPython(QStringLiteral(
-            "import plistlib,sys\n"
-            "d=plistlib.loads(sys.stdin.buffer.read())\n"
-            "assert all(isinstance(v,str) for v in d.values()), d\n"
-            "print(sorted(d.keys()), d['Title'], d['Recording Stopped At'])\n"),
-            xml);
+        const QByteArray out
+            = runPython(QStringLiteral("import plistlib,sys\n"
+                                       "d=plistlib.loads(sys.stdin.buffer.read())\n"
+                                       "assert all(isinstance(v,str) for v in d.values()), d\n"
+                                       "print(sorted(d.keys()), d['Title'], d['Recording Stopped At'])\n"),
+                xml);
         QCOMPARE(QString::fromUtf8(out).trimmed(),
-                 QStringLiteral("['Author', 'Description', 'Recording Started At', 'Recording Stopped At', "
-                                "'Title'] <Lecture & Lab> 1199149200"));
+            QStringLiteral("['Author', 'Description', 'Recording Started At', 'Recording Stopped At', "
+                           "'Title'] <Lecture & Lab> 1199149200"));
     }
 
     void destroyingJobTerminatesRunningAgent()
     {
         Log::Capture log;
-        auto task = LocalAgentTask::launch(QStringLiteral("/bin/sleep"), {QStringLiteral("30")});
+        auto task = LocalAgentTask::launch(QStringLiteral("/bin/sleep"), { QStringLiteral("30") });
         QVERIFY(task);
         const pid_t pid = task->processIdentifier();
         QVERIFY(task->isRunning());
@@ -98,9 +98,11 @@ private slots:
             PodcastJob job;
             job.setLocalAgentTask(task);
         }
-        QCOMPARE(log.lines(), QStringList{lxFormat(
-            QStringLiteral("PodcastJob is being dealloc'd but there was still a running orvxagentd job "
-                           "(pid: %d). Sending SIGTERM."), {pid})});
+        QCOMPARE(log.lines(),
+            QStringList {
+                lxFormat(QStringLiteral("PodcastJob is being dealloc'd but there was still a running orvxagentd job "
+                                        "(pid: %d). Sending SIGTERM."),
+                    { pid }) });
         QTRY_VERIFY(!task->isRunning());
         QCOMPARE(task->terminationStatus(), SIGTERM);
     }
@@ -108,7 +110,8 @@ private slots:
     void destroyingJobWithExitedAgentDoesNothing()
     {
         Log::Capture log;
-        auto task = LocalAgentTask::launch(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("exit 4")});
+        auto task
+            = LocalAgentTask::launch(QStringLiteral("/bin/sh"), { QStringLiteral("-c"), QStringLiteral("exit 4") });
         QVERIFY(task);
         // An exited child that nobody has waited for is a zombie: not running.
         QTRY_VERIFY(!task->isRunning());
@@ -123,7 +126,7 @@ private slots:
 
     void taskReportsSignalsAndNeverSignalsBadIds()
     {
-        auto task = LocalAgentTask::launch(QStringLiteral("/bin/sleep"), {QStringLiteral("30")});
+        auto task = LocalAgentTask::launch(QStringLiteral("/bin/sleep"), { QStringLiteral("30") });
         QVERIFY(task);
         QCOMPARE(task->sendSignal(SIGKILL), 0);
         QTRY_VERIFY(!task->isRunning());

@@ -52,7 +52,7 @@ const QString kSh = QStringLiteral("/bin/sh");
 
 int32_t sh(const QString &script, const QString &input, QByteArray *out, QString *err)
 {
-    return runExecutable(kSh, QStringList{QStringLiteral("-c"), script}, input, out, err);
+    return runExecutable(kSh, QStringList { QStringLiteral("-c"), script }, input, out, err);
 }
 
 } // namespace
@@ -78,8 +78,8 @@ void TestProcessRunner::standardInputKinds_data()
     QTest::addColumn<QByteArray>("read");
 
     QTest::newRow("null input is /dev/null") << QString() << QStringLiteral("/dev/null") << QByteArray();
-    QTest::newRow("empty input is a pipe at end of file") << QStringLiteral("") << QStringLiteral("pipe:")
-                                                          << QByteArray();
+    QTest::newRow("empty input is a pipe at end of file")
+        << QStringLiteral("") << QStringLiteral("pipe:") << QByteArray();
     QTest::newRow("text is written once, no line end")
         << QStringLiteral("s\u00e9cret pass") << QStringLiteral("pipe:") << QStringLiteral("s\u00e9cret pass").toUtf8();
 }
@@ -103,8 +103,9 @@ void TestProcessRunner::standardInputKinds()
 void TestProcessRunner::unwantedStreamsGoToDevNullAndAreNotMerged()
 {
     const QString where = m_scratch + QStringLiteral("/fds");
-    const QString script = QStringLiteral("o=$(readlink /proc/$$/fd/1); e=$(readlink /proc/$$/fd/2); printf '%s\\n%s\\n' \"$o\" \"$e\" > '%1';"
-                                          " echo to-out; echo to-err >&2")
+    const QString script = QStringLiteral(
+        "o=$(readlink /proc/$$/fd/1); e=$(readlink /proc/$$/fd/2); printf '%s\\n%s\\n' \"$o\" \"$e\" > '%1';"
+        " echo to-out; echo to-err >&2")
                                .arg(where);
 
     // Neither place given: both streams are /dev/null.
@@ -130,9 +131,9 @@ void TestProcessRunner::argumentsNullEmptyAndGiven_data()
     QTest::addColumn<QByteArray>("expected");
 
     QTest::newRow("null") << std::optional<QStringList>() << QByteArray("0:");
-    QTest::newRow("empty") << std::optional<QStringList>(QStringList{}) << QByteArray("0:");
+    QTest::newRow("empty") << std::optional<QStringList>(QStringList {}) << QByteArray("0:");
     QTest::newRow("with spaces and empties")
-        << std::optional<QStringList>(QStringList{QStringLiteral("a b"), QString(), QStringLiteral("--x=\"y\"")})
+        << std::optional<QStringList>(QStringList { QStringLiteral("a b"), QString(), QStringLiteral("--x=\"y\"") })
         << QByteArray("3:[a b][][--x=\"y\"]");
 }
 
@@ -142,7 +143,8 @@ void TestProcessRunner::argumentsNullEmptyAndGiven()
     QFETCH(QByteArray, expected);
 
     const QString script = m_scratch + QStringLiteral("/argv.sh");
-    QVERIFY(SimSandbox::writeFile(script, "#!/bin/sh\nprintf '%s:' \"$#\"; for a in \"$@\"; do printf '[%s]' \"$a\"; done\n"));
+    QVERIFY(SimSandbox::writeFile(
+        script, "#!/bin/sh\nprintf '%s:' \"$#\"; for a in \"$@\"; do printf '[%s]' \"$a\"; done\n"));
     QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner);
     QByteArray out;
     QCOMPARE(runExecutable(script, arguments, QString(), &out, nullptr), 0);
@@ -154,8 +156,8 @@ void TestProcessRunner::environmentReplacesOursWhenGiven()
     qputenv("LUMEX_RUNNER_PROBE", "inherited");
     QByteArray out;
     QCOMPARE(runExecutable(QStringLiteral("/usr/bin/env"), std::nullopt, QString(), &out, nullptr,
-                           QStringList{QStringLiteral("ONLY=this one")}),
-             0);
+                 QStringList { QStringLiteral("ONLY=this one") }),
+        0);
     QCOMPARE(out, QByteArray("ONLY=this one\n"));
 
     QCOMPARE(runExecutable(QStringLiteral("/usr/bin/env"), std::nullopt, QString(), &out, nullptr), 0);
@@ -193,13 +195,13 @@ void TestProcessRunner::killedBySignalGivesSignalNumber_data()
 void TestProcessRunner::killedBySignalGivesSignalNumber()
 {
     QFETCH(int, signalNumber);
-    m_sim->setFaults({{QStringLiteral("--list_uploads"),
-                       QVariantMap{{QStringLiteral("stdout"), QStringLiteral("never")},
-                                   {QStringLiteral("signal"), signalNumber}}}});
+    m_sim->setFaults({ { QStringLiteral("--list_uploads"),
+        QVariantMap {
+            { QStringLiteral("stdout"), QStringLiteral("never") }, { QStringLiteral("signal"), signalNumber } } } });
     QByteArray out;
     QString err;
     const int32_t status = runExecutable(m_sim->tool(QStringLiteral("orvxexec")),
-                                         QStringList{QStringLiteral("--list_uploads")}, QString(), &out, &err);
+        QStringList { QStringLiteral("--list_uploads") }, QString(), &out, &err);
     QCOMPARE(status, signalNumber);
     QVERIFY(out.isEmpty());
 }
@@ -210,14 +212,13 @@ void TestProcessRunner::largeStderrBeforeStdoutArrivesWhole()
     // reads output to its end first would never finish.
     const qint64 errBytes = 8 * 1024 * 1024;
     const qint64 outBytes = 3 * 1024 * 1024 + 17;
-    m_sim->setFaults({{QStringLiteral("--list_uploads"),
-                       QVariantMap{{QStringLiteral("stderr_flood"), errBytes},
-                                   {QStringLiteral("stdout_flood"), outBytes},
-                                   {QStringLiteral("status"), 4}}}});
+    m_sim->setFaults({ { QStringLiteral("--list_uploads"),
+        QVariantMap { { QStringLiteral("stderr_flood"), errBytes }, { QStringLiteral("stdout_flood"), outBytes },
+            { QStringLiteral("status"), 4 } } } });
     QByteArray out;
     QString err;
     const int32_t status = runExecutable(m_sim->tool(QStringLiteral("orvxexec")),
-                                         QStringList{QStringLiteral("--list_uploads")}, QString(), &out, &err);
+        QStringList { QStringLiteral("--list_uploads") }, QString(), &out, &err);
     QCOMPARE(status, 4);
     QCOMPARE(qint64(err.size()), errBytes);
     QCOMPARE(qint64(out.size()), outBytes);
@@ -279,7 +280,7 @@ void TestProcessRunner::cannotRunGivesMinusOne()
     }
     QByteArray out = "untouched";
     QString err = QStringLiteral("untouched");
-    QCOMPARE(runExecutable(path, QStringList{QStringLiteral("x")}, QStringLiteral("pw"), &out, &err), -1);
+    QCOMPARE(runExecutable(path, QStringList { QStringLiteral("x") }, QStringLiteral("pw"), &out, &err), -1);
     QCOMPARE(out, QByteArray("untouched"));
 }
 
@@ -300,21 +301,22 @@ void TestProcessRunner::folderAtToolPathReachesDelegateAsError()
 
     Log::Capture log;
     auto interface = OrvaneServerInterface::create(
-        {{QStringLiteral("server"), SimSandbox::kServerHost}, {QStringLiteral("user"), QStringLiteral("demo")},
-         {QStringLiteral("password"), QStringLiteral("lumex")}},
+        { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
+            { QStringLiteral("password"), QStringLiteral("lumex") } },
         std::make_shared<PodcastJob>());
 
     QObject delegate;
     bool called = false;
     bool onMainThread = false;
-    std::optional<QVariantList> list = QVariantList{};
+    std::optional<QVariantList> list = QVariantList {};
     std::optional<Error> error;
-    interface->getWorkflowsForDelegate(&delegate, [&](const std::optional<QVariantList> &l, const std::optional<Error> &e) {
-        called = true;
-        onMainThread = QThread::currentThread() == qApp->thread();
-        list = l;
-        error = e;
-    });
+    interface->getWorkflowsForDelegate(
+        &delegate, [&](const std::optional<QVariantList> &l, const std::optional<Error> &e) {
+            called = true;
+            onMainThread = QThread::currentThread() == qApp->thread();
+            list = l;
+            error = e;
+        });
     QTRY_VERIFY(called);
     QVERIFY(onMainThread);
     QVERIFY(!list);
@@ -330,7 +332,7 @@ void TestProcessRunner::folderAtToolPathReachesDelegateAsError()
     // The job pattern catches it the same way.
     bool jobCalled = false;
     std::optional<Error> jobError;
-    interface->job()->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
+    interface->job()->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
     interface->pauseRemoteJobWithDelegate(&delegate, [&](const std::optional<Error> &e) {
         jobCalled = true;
         jobError = e;

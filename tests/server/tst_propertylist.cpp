@@ -14,21 +14,22 @@ class TestPropertyList : public QObject
 private:
     static QVariantMap sample()
     {
-        QVariantMap inner{
-            {QStringLiteral("n"), qint64(-5)},
-            {QStringLiteral("big"), qint64(9007199254740993LL)},
-            {QStringLiteral("flag"), true},
-            {QStringLiteral("off"), false},
+        QVariantMap inner {
+            { QStringLiteral("n"), qint64(-5) },
+            { QStringLiteral("big"), qint64(9007199254740993LL) },
+            { QStringLiteral("flag"), true },
+            { QStringLiteral("off"), false },
         };
-        return QVariantMap{
-            {QStringLiteral("title"), QStringLiteral("Vorlesung über Ökonomie – «Teil 2» 日本")},
-            {QStringLiteral("xml"), QStringLiteral("a < b && c > d \"quoted\" 'single' ]]>")},
-            {QStringLiteral("real"), 3.25},
-            {QStringLiteral("date"), QDateTime(QDate(2008, 1, 1), QTime(0, 0), QTimeZone::utc())},
-            {QStringLiteral("data"), QByteArray("\x00\x01\xfe\xff binary", 11)},
-            {QStringLiteral("list"), QVariantList{qint64(1), QStringLiteral("two"), QVariantList{qint64(3)}, inner}},
-            {QStringLiteral("dict"), inner},
-            {QStringLiteral("empty"), QStringLiteral("")},
+        return QVariantMap {
+            { QStringLiteral("title"), QStringLiteral("Vorlesung über Ökonomie – «Teil 2» 日本") },
+            { QStringLiteral("xml"), QStringLiteral("a < b && c > d \"quoted\" 'single' ]]>") },
+            { QStringLiteral("real"), 3.25 },
+            { QStringLiteral("date"), QDateTime(QDate(2008, 1, 1), QTime(0, 0), QTimeZone::utc()) },
+            { QStringLiteral("data"), QByteArray("\x00\x01\xfe\xff binary", 11) },
+            { QStringLiteral("list"),
+                QVariantList { qint64(1), QStringLiteral("two"), QVariantList { qint64(3) }, inner } },
+            { QStringLiteral("dict"), inner },
+            { QStringLiteral("empty"), QStringLiteral("") },
         };
     }
 
@@ -44,31 +45,31 @@ private slots:
     void pythonReadsWhatWeWrite()
     {
         const QByteArray xml = PropertyList::toXml(sample());
-        const QByteArray out = runPython(QStringLiteral(
-            "import plistlib,sys,datetime\n"
-            "d=plistlib.loads(sys.stdin.buffer.read())\n"
-            "assert d['list'][3]['n']==-5, d['list'][3]\n"
-            "assert d['dict']['big']==9007199254740993\n"
-            "assert d['dict']['flag'] is True and d['dict']['off'] is False\n"
-            "assert d['title']=='Vorlesung über Ökonomie – «Teil 2» 日本'\n"
-            "assert d['xml']=='a < b && c > d \"quoted\" \\'single\\' ]]>'\n"
-            "assert d['real']==3.25\n"
-            "assert d['date']==datetime.datetime(2008,1,1), d['date']\n"
-            "assert d['data']==b'\\x00\\x01\\xfe\\xff binary'\n"
-            "assert d['list'][2]==[3] and d['empty']==''\n"
-            "print('ok')\n"),
-            xml);
+        const QByteArray out
+            = runPython(QStringLiteral("import plistlib,sys,datetime\n"
+                                       "d=plistlib.loads(sys.stdin.buffer.read())\n"
+                                       "assert d['list'][3]['n']==-5, d['list'][3]\n"
+                                       "assert d['dict']['big']==9007199254740993\n"
+                                       "assert d['dict']['flag'] is True and d['dict']['off'] is False\n"
+                                       "assert d['title']=='Vorlesung über Ökonomie – «Teil 2» 日本'\n"
+                                       "assert d['xml']=='a < b && c > d \"quoted\" \\'single\\' ]]>'\n"
+                                       "assert d['real']==3.25\n"
+                                       "assert d['date']==datetime.datetime(2008,1,1), d['date']\n"
+                                       "assert d['data']==b'\\x00\\x01\\xfe\\xff binary'\n"
+                                       "assert d['list'][2]==[3] and d['empty']==''\n"
+                                       "print('ok')\n"),
+                xml);
         QCOMPARE(out.trimmed(), QByteArray("ok"));
     }
 
     void weReadWhatPythonWrites()
     {
-        const QByteArray xml = runPython(QStringLiteral(
-            "import plistlib,sys,datetime\n"
-            "d={'neg':-5,'min':-9223372036854775808,'max':9223372036854775807,"
-            "'when':datetime.datetime(2069,1,19,3,14,7),'old':datetime.datetime(1933,1,1),"
-            "'bytes':b'\\x00abc','nested':{'a':[{'b':'<&>'}]},'t':'Grüße'}\n"
-            "sys.stdout.buffer.write(plistlib.dumps(d))\n"));
+        const QByteArray xml
+            = runPython(QStringLiteral("import plistlib,sys,datetime\n"
+                                       "d={'neg':-5,'min':-9223372036854775808,'max':9223372036854775807,"
+                                       "'when':datetime.datetime(2069,1,19,3,14,7),'old':datetime.datetime(1933,1,1),"
+                                       "'bytes':b'\\x00abc','nested':{'a':[{'b':'<&>'}]},'t':'Grüße'}\n"
+                                       "sys.stdout.buffer.write(plistlib.dumps(d))\n"));
         QString error;
         const QVariantMap d = PropertyList::fromXml(xml, &error).toMap();
         QVERIFY2(!d.isEmpty(), qPrintable(error));
@@ -77,27 +78,30 @@ private slots:
         QCOMPARE(d.value("max").toLongLong(), std::numeric_limits<qint64>::max());
         QCOMPARE(d.value("when").toDateTime(), QDateTime(QDate(2069, 1, 19), QTime(3, 14, 7), QTimeZone::utc()));
         QCOMPARE(d.value("old").toDateTime(), QDateTime(QDate(1933, 1, 1), QTime(0, 0), QTimeZone::utc()));
-        QCOMPARE(d.value("bytes").toByteArray(), QByteArray("\x00" "abc", 4));
+        QCOMPARE(d.value("bytes").toByteArray(),
+            QByteArray("\x00"
+                       "abc",
+                4));
         QCOMPARE(d.value("nested").toMap().value("a").toList().value(0).toMap().value("b").toString(),
-                 QStringLiteral("<&>"));
+            QStringLiteral("<&>"));
         QCOMPARE(d.value("t").toString(), QStringLiteral("Grüße"));
     }
 
     void refusesValuesWithNoPropertyListForm()
     {
         QString error;
-        QVERIFY(PropertyList::toXml(QVariantMap{{QStringLiteral("nil"), QVariant()}}, &error).isNull());
+        QVERIFY(PropertyList::toXml(QVariantMap { { QStringLiteral("nil"), QVariant() } }, &error).isNull());
         QVERIFY(!error.isEmpty());
         error.clear();
         const QDateTime tooLate(QDate(2100, 1, 1), QTime(0, 0), QTimeZone::utc());
-        QVERIFY(PropertyList::toXml(QVariantMap{{QStringLiteral("d"), tooLate}}, &error).isNull());
+        QVERIFY(PropertyList::toXml(QVariantMap { { QStringLiteral("d"), tooLate } }, &error).isNull());
         QVERIFY(error.contains(QStringLiteral("range")));
     }
 
     void findPropertyListSkipsLeadingText()
     {
-        const QString xml = QString::fromUtf8(PropertyList::toXml(QVariantMap{
-            {QStringLiteral("workflows"), QVariantList{QVariantMap{{QStringLiteral("name"), QStringLiteral("w")}}}}}));
+        const QString xml = QString::fromUtf8(PropertyList::toXml(QVariantMap { { QStringLiteral("workflows"),
+            QVariantList { QVariantMap { { QStringLiteral("name"), QStringLiteral("w") } } } } }));
         const QString text = QStringLiteral("Connecting to server...\nProgress: 50%\n") + xml;
         const QVariantMap root = findPropertyList(text).toMap();
         QCOMPARE(root.value("workflows").toList().size(), 1);

@@ -32,7 +32,8 @@ Operation operationNamed(const QString &name)
 }
 
 const QString kMissingCamera = QStringLiteral("Unexpected internal error. Unable to obtain camera name from job data.");
-const QString kMissingWorkflow = QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data.");
+const QString kMissingWorkflow
+    = QStringLiteral("Unexpected internal error. Unable to obtain workflow name from job data.");
 
 } // namespace
 
@@ -59,14 +60,14 @@ private slots:
 private:
     std::shared_ptr<OrvaneServerInterface> makeInterface()
     {
-        return OrvaneServerInterface::create({{QStringLiteral("server"), SimSandbox::kServerHost},
-                                              {QStringLiteral("user"), QStringLiteral("demo")},
-                                              {QStringLiteral("password"), QStringLiteral("lumex")}},
-                                             std::make_shared<PodcastJob>());
+        return OrvaneServerInterface::create(
+            { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
+                { QStringLiteral("password"), QStringLiteral("lumex") } },
+            std::make_shared<PodcastJob>());
     }
     QStringList jobDataFiles() const
     {
-        return QDir(m_sim->jobDataFolder()).entryList({QStringLiteral("submission-*.plist")}, QDir::Files);
+        return QDir(m_sim->jobDataFolder()).entryList({ QStringLiteral("submission-*.plist") }, QDir::Files);
     }
 
     std::unique_ptr<SimSandbox> m_sim;
@@ -91,15 +92,14 @@ void TestRemoteJobs::commandLines_data()
     QTest::addColumn<QStringList>("expected");
 
     const QString cam = QStringLiteral("Lecture Hall A");
-    QTest::newRow("start video") << QStringLiteral("startVideo")
-                                 << QStringList{QStringLiteral("--start"), cam, QStringLiteral("--delay"),
-                                                QStringLiteral("3")};
+    QTest::newRow("start video") << QStringLiteral(
+        "startVideo") << QStringList { QStringLiteral("--start"), cam, QStringLiteral("--delay"), QStringLiteral("3") };
     QTest::newRow("start audio") << QStringLiteral("startAudio")
-                                 << QStringList{QStringLiteral("--start"), cam, QStringLiteral("--audio_only"),
-                                                QStringLiteral("--delay"), QStringLiteral("3")};
-    QTest::newRow("pause") << QStringLiteral("pause") << QStringList{QStringLiteral("--pause"), cam};
-    QTest::newRow("resume") << QStringLiteral("resume") << QStringList{QStringLiteral("--resume"), cam};
-    QTest::newRow("cancel") << QStringLiteral("cancel") << QStringList{QStringLiteral("--cancel"), cam};
+                                 << QStringList { QStringLiteral("--start"), cam, QStringLiteral("--audio_only"),
+                                        QStringLiteral("--delay"), QStringLiteral("3") };
+    QTest::newRow("pause") << QStringLiteral("pause") << QStringList { QStringLiteral("--pause"), cam };
+    QTest::newRow("resume") << QStringLiteral("resume") << QStringList { QStringLiteral("--resume"), cam };
+    QTest::newRow("cancel") << QStringLiteral("cancel") << QStringList { QStringLiteral("--cancel"), cam };
 }
 
 void TestRemoteJobs::commandLines()
@@ -110,15 +110,15 @@ void TestRemoteJobs::commandLines()
     m_sim->installRecordingTool();
     auto interface = makeInterface();
     auto job = interface->job();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Lecture Hall A")}});
-    job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Lecture Hall A") } });
+    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
     Error error;
     QCOMPARE((interface.get()->*operationNamed(operation))(job.get(), &error), 0);
     QVERIFY(error.domain.isEmpty());
     QCOMPARE(m_sim->recordedArguments(),
-             QStringList({QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
-                          QStringLiteral("demo")})
-                 + expected);
+        QStringList(
+            { QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"), QStringLiteral("demo") })
+            + expected);
     QCOMPARE(m_sim->recordedStdin(), QByteArray("lumex"));
 }
 
@@ -127,8 +127,8 @@ void TestRemoteJobs::stopWritesJobDataAndSendsIt()
     m_sim->installRecordingTool();
     auto interface = makeInterface();
     auto job = interface->job();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
-    job->setWorkflow({{QStringLiteral("name"), QStringLiteral("podcast-publishing")}});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
+    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("podcast-publishing") } });
     job->setUser(QStringLiteral("demo"));
     job->setTitle(QStringLiteral("Week 3: \u00dcbung & <tags>"));
     job->setJobDescription(QStringLiteral("two\nlines"));
@@ -147,10 +147,11 @@ void TestRemoteJobs::stopWritesJobDataAndSendsIt()
 
     const QString dataFile = args.at(3);
     QCOMPARE(QFileInfo(dataFile).absolutePath(), m_sim->jobDataFolder());
-    QVERIFY2(QRegularExpression(QStringLiteral("^submission-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}\\.plist$"))
+    QVERIFY2(QRegularExpression(
+                 QStringLiteral("^submission-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}\\.plist$"))
                  .match(QFileInfo(dataFile).fileName())
                  .hasMatch(),
-             qPrintable(dataFile));
+        qPrintable(dataFile));
     QVERIFY(QFileInfo::exists(dataFile)); // not deleted afterwards
 
     // A reader other than ours sees the submission dictionary.
@@ -171,20 +172,19 @@ void TestRemoteJobs::missingNamesStopBeforeAnyTool_data()
     QTest::addColumn<QString>("text"); // null: no error at all
     QTest::addColumn<bool>("writesJobData");
 
-    QTest::newRow("start video without camera: no error") << QStringLiteral("startVideo") << false << true << -2
-                                                          << QString() << false;
-    QTest::newRow("start audio without camera: no error") << QStringLiteral("startAudio") << false << true << -2
-                                                          << QString() << false;
+    QTest::newRow("start video without camera: no error")
+        << QStringLiteral("startVideo") << false << true << -2 << QString() << false;
+    QTest::newRow("start audio without camera: no error")
+        << QStringLiteral("startAudio") << false << true << -2 << QString() << false;
     QTest::newRow("pause without camera") << QStringLiteral("pause") << false << true << -2 << kMissingCamera << false;
-    QTest::newRow("resume without camera") << QStringLiteral("resume") << false << true << -2 << kMissingCamera
-                                           << false;
-    QTest::newRow("cancel without camera") << QStringLiteral("cancel") << false << true << -2 << kMissingCamera
-                                           << false;
-    QTest::newRow("stop without either: camera reported") << QStringLiteral("stop") << false << false << -2
-                                                          << kMissingCamera << true;
+    QTest::newRow("resume without camera")
+        << QStringLiteral("resume") << false << true << -2 << kMissingCamera << false;
+    QTest::newRow("cancel without camera")
+        << QStringLiteral("cancel") << false << true << -2 << kMissingCamera << false;
+    QTest::newRow("stop without either: camera reported")
+        << QStringLiteral("stop") << false << false << -2 << kMissingCamera << true;
     QTest::newRow("stop without camera") << QStringLiteral("stop") << false << true << -2 << kMissingCamera << true;
-    QTest::newRow("stop without workflow") << QStringLiteral("stop") << true << false << -3 << kMissingWorkflow
-                                           << true;
+    QTest::newRow("stop without workflow") << QStringLiteral("stop") << true << false << -3 << kMissingWorkflow << true;
 }
 
 void TestRemoteJobs::missingNamesStopBeforeAnyTool()
@@ -200,11 +200,11 @@ void TestRemoteJobs::missingNamesStopBeforeAnyTool()
     auto interface = makeInterface();
     auto job = interface->job();
     if (hasCamera)
-        job->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
+        job->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
     else
-        job->setCamera({{QStringLiteral("location"), QStringLiteral("somewhere")}});
+        job->setCamera({ { QStringLiteral("location"), QStringLiteral("somewhere") } });
     if (hasWorkflow)
-        job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
+        job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
     job->setTitle(QStringLiteral("t"));
 
     const QStringList before = jobDataFiles();
@@ -234,9 +234,9 @@ void TestRemoteJobs::jobDataFolderBlockedStopsBeforeTool()
     m_sim->installRecordingTool();
     auto interface = makeInterface();
     auto job = interface->job();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
-    job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
-    job->setMovieFilePaths(QStringList{QStringLiteral("/tmp/x.mov")});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
+    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
+    job->setMovieFilePaths(QStringList { QStringLiteral("/tmp/x.mov") });
     Log::Capture log;
     Error stopError, submitError;
     const int32_t stopStatus = interface->stopRemoteJob(job.get(), &stopError);
@@ -264,8 +264,8 @@ void TestRemoteJobs::toolFailureText_data()
     QTest::addColumn<QByteArray>("err");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("pause: output and error") << QStringLiteral("pause") << QByteArray("out") << QByteArray("err")
-                                             << QStringLiteral("out\nerr");
+    QTest::newRow("pause: output and error")
+        << QStringLiteral("pause") << QByteArray("out") << QByteArray("err") << QStringLiteral("out\nerr");
     QTest::newRow("pause: empty output") << QStringLiteral("pause") << QByteArray() << QByteArray("bad\n")
                                          << QStringLiteral("\nbad\n");
     QTest::newRow("start: empty error") << QStringLiteral("startVideo") << QByteArray("said no\n") << QByteArray()
@@ -285,8 +285,8 @@ void TestRemoteJobs::toolFailureText()
     m_sim->setReply(out, err, 9);
     auto interface = makeInterface();
     auto job = interface->job();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
-    job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
+    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
     Error error;
     QCOMPARE((interface.get()->*operationNamed(operation))(job.get(), &error), 9);
     QCOMPARE(error.domain, kServerInterfaceErrorDomain);
@@ -299,12 +299,12 @@ void TestRemoteJobs::missingToolText()
     m_sim->removeTool(QStringLiteral("orvxexec"));
     auto interface = makeInterface();
     auto job = interface->job();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
     Error error;
     QCOMPARE(interface->resumeRemoteJob(job.get(), &error), 10);
     QCOMPARE(error.code, 10);
     QCOMPARE(error.localizedDescription,
-             m_sim->tool(QStringLiteral("orvxexec")) + QStringLiteral(" tool cannot be found.\n(null)"));
+        m_sim->tool(QStringLiteral("orvxexec")) + QStringLiteral(" tool cannot be found.\n(null)"));
 }
 
 void TestRemoteJobs::asyncFormsUseOwnJobAndReportOnMainThread()
@@ -340,7 +340,7 @@ void TestRemoteJobs::asyncFormsUseOwnJobAndReportOnMainThread()
 
     // The interface's own job is used: a job set later is the one sent.
     auto job = std::make_shared<PodcastJob>();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Seminar Room")}});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Seminar Room") } });
     interface->setJob(job);
     m_sim->setReply("busy\n", "no way\n", 3);
     Outcome failed;
@@ -350,15 +350,16 @@ void TestRemoteJobs::asyncFormsUseOwnJobAndReportOnMainThread()
     QVERIFY(failed.error);
     QCOMPARE(failed.error->code, 3);
     QCOMPARE(failed.error->localizedDescription, QStringLiteral("busy\n\nno way\n"));
-    QCOMPARE(m_sim->recordedArguments().mid(4, 2), (QStringList{QStringLiteral("--start"), QStringLiteral("Seminar Room")}));
+    QCOMPARE(m_sim->recordedArguments().mid(4, 2),
+        (QStringList { QStringLiteral("--start"), QStringLiteral("Seminar Room") }));
 }
 
 void TestRemoteJobs::wholeRecordingAgainstSimulator()
 {
     auto interface = makeInterface();
     auto job = interface->job();
-    job->setCamera({{QStringLiteral("name"), QStringLiteral("Studio 2")}});
-    job->setWorkflow({{QStringLiteral("name"), QStringLiteral("lecture-capture")}});
+    job->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
+    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("lecture-capture") } });
     job->setTitle(QStringLiteral("Whole flow"));
     job->setStartedAt(QDateTime::currentDateTimeUtc());
 
@@ -367,7 +368,7 @@ void TestRemoteJobs::wholeRecordingAgainstSimulator()
     QCOMPARE(interface->pauseRemoteJob(job.get(), &error), 1);
     QCOMPARE(error.code, 1);
     QCOMPARE(error.localizedDescription,
-             QStringLiteral("Connecting to %1 ...\n\nCamera Studio 2 is not recording.\n").arg(SimSandbox::kServerURL));
+        QStringLiteral("Connecting to %1 ...\n\nCamera Studio 2 is not recording.\n").arg(SimSandbox::kServerURL));
 
     error = {};
     QCOMPARE(interface->startRemoteAudioJob(job.get(), &error), 0);
@@ -378,7 +379,8 @@ void TestRemoteJobs::wholeRecordingAgainstSimulator()
     QVERIFY2(error.domain.isEmpty(), qPrintable(error.localizedDescription));
 
     // The server received the job data as its metadata.
-    const QStringList entries = QDir(m_sim->state(QStringLiteral("library"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    const QStringList entries
+        = QDir(m_sim->state(QStringLiteral("library"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QCOMPARE(entries.size(), 1);
     const QString entry = m_sim->state(QStringLiteral("library/")) + entries.first();
     QCOMPARE(PropertyList::readFile(entry + QStringLiteral("/metadata.plist")).toMap(), job->submissionDictionary());

@@ -14,10 +14,10 @@ namespace {
 
 const QString kPassword = QStringLiteral("lumex");
 
-std::shared_ptr<OrvaneServerInterface> makeInterface(const QVariant &password = kPassword,
-                                                     const QString &user = QStringLiteral("demo"))
+std::shared_ptr<OrvaneServerInterface> makeInterface(
+    const QVariant &password = kPassword, const QString &user = QStringLiteral("demo"))
 {
-    QVariantMap credentials{{QStringLiteral("server"), SimSandbox::kServerHost}, {QStringLiteral("user"), user}};
+    QVariantMap credentials { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), user } };
     if (password.isValid())
         credentials.insert(QStringLiteral("password"), password);
     return OrvaneServerInterface::create(credentials, std::make_shared<PodcastJob>());
@@ -99,17 +99,17 @@ void TestServerQueries::commandLineOrder_data()
     QTest::addColumn<std::optional<QStringList>>("args");
     QTest::addColumn<QStringList>("further");
 
-    QTest::newRow("no further arguments (null)") << QStringLiteral("--listworkflows") << std::optional<QStringList>()
-                                                 << QStringList{};
+    QTest::newRow("no further arguments (null)")
+        << QStringLiteral("--listworkflows") << std::optional<QStringList>() << QStringList {};
     QTest::newRow("no further arguments (empty)")
-        << QStringLiteral("--listworkflows") << std::optional<QStringList>(QStringList{}) << QStringList{};
+        << QStringLiteral("--listworkflows") << std::optional<QStringList>(QStringList {}) << QStringList {};
     QTest::newRow("camera with a space stays one argument")
-        << QStringLiteral("--pause") << std::optional<QStringList>(QStringList{QStringLiteral("Studio 2")})
-        << QStringList{QStringLiteral("Studio 2")};
-    QTest::newRow("order kept")
-        << QStringLiteral("--status")
-        << std::optional<QStringList>(QStringList{QStringLiteral("Seminar Room"), QStringLiteral("--update_preview")})
-        << QStringList{QStringLiteral("Seminar Room"), QStringLiteral("--update_preview")};
+        << QStringLiteral("--pause") << std::optional<QStringList>(QStringList { QStringLiteral("Studio 2") })
+        << QStringList { QStringLiteral("Studio 2") };
+    QTest::newRow("order kept") << QStringLiteral("--status")
+                                << std::optional<QStringList>(QStringList {
+                                       QStringLiteral("Seminar Room"), QStringLiteral("--update_preview") })
+                                << QStringList { QStringLiteral("Seminar Room"), QStringLiteral("--update_preview") };
 }
 
 void TestServerQueries::commandLineOrder()
@@ -124,9 +124,9 @@ void TestServerQueries::commandLineOrder()
     QString output, error;
     QCOMPARE(interface->launchCommand(command, args, &output, &error), 0);
     QCOMPARE(m_sim->recordedArguments(),
-             QStringList({QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
-                          QStringLiteral("demo"), command})
-                 + further);
+        QStringList({ QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
+            QStringLiteral("demo"), command })
+            + further);
     QCOMPARE(output, QStringLiteral("said \u00fc\n"));
     QCOMPARE(error, QStringLiteral(""));
 }
@@ -139,8 +139,8 @@ void TestServerQueries::passwordOnlyOnStandardInput_data()
 
     QTest::newRow("password") << QVariant(QStringLiteral("p\u00e4ss word")) << QStringLiteral("pipe:")
                               << QStringLiteral("p\u00e4ss word").toUtf8();
-    QTest::newRow("empty password is an empty pipe") << QVariant(QStringLiteral("")) << QStringLiteral("pipe:")
-                                                     << QByteArray();
+    QTest::newRow("empty password is an empty pipe")
+        << QVariant(QStringLiteral("")) << QStringLiteral("pipe:") << QByteArray();
     QTest::newRow("no password is /dev/null") << QVariant() << QStringLiteral("/dev/null") << QByteArray();
 }
 
@@ -184,9 +184,9 @@ void TestServerQueries::failureLogLineOnlyWithErrorText()
     auto interface = makeInterface();
     Log::Capture log;
     QString output, error;
-    QCOMPARE(interface->launchCommand(QStringLiteral("--cancel"), QStringList{QStringLiteral("Studio 2")}, &output,
-                                      &error),
-             status);
+    QCOMPARE(interface->launchCommand(
+                 QStringLiteral("--cancel"), QStringList { QStringLiteral("Studio 2") }, &output, &error),
+        status);
     QCOMPARE(output, QStringLiteral("out\n"));
     QCOMPARE(error, QString::fromUtf8(stderrText));
     const QString line = QStringLiteral("/usr/bin/orvx (--cancel) error (%1):\n%2").arg(status).arg(error);
@@ -214,16 +214,16 @@ void TestServerQueries::workflowsComeInServerOrder()
 {
     // A list whose order is neither alphabetical nor by title.
     QVariantList workflows;
-    for (const char *name : {"zeta", "alpha", "mid"}) {
-        workflows << QVariantMap{{QStringLiteral("name"), QString::fromLatin1(name)},
-                                 {QStringLiteral("title"), QStringLiteral("T ") + QString::fromLatin1(name)},
-                                 {QStringLiteral("description"), QStringLiteral("d")},
-                                 {QStringLiteral("uuid"), QStringLiteral("U-") + QString::fromLatin1(name)},
-                                 {QStringLiteral("extra"), 42}};
+    for (const char *name : { "zeta", "alpha", "mid" }) {
+        workflows << QVariantMap { { QStringLiteral("name"), QString::fromLatin1(name) },
+            { QStringLiteral("title"), QStringLiteral("T ") + QString::fromLatin1(name) },
+            { QStringLiteral("description"), QStringLiteral("d") },
+            { QStringLiteral("uuid"), QStringLiteral("U-") + QString::fromLatin1(name) },
+            { QStringLiteral("extra"), 42 } };
     }
     QVERIFY(QDir().mkpath(m_sim->state(QString())));
     QVERIFY(PropertyList::writeFile(m_sim->state(QStringLiteral("workflows.plist")),
-                                    QVariantMap{{QStringLiteral("workflows"), workflows}}, true));
+        QVariantMap { { QStringLiteral("workflows"), workflows } }, true));
     auto interface = makeInterface();
     Error error;
     const auto list = interface->getWorkflowsError(&error);
@@ -237,7 +237,7 @@ void TestServerQueries::emptyWorkflowListIsAValidResult()
 {
     QVERIFY(QDir().mkpath(m_sim->state(QString())));
     QVERIFY(PropertyList::writeFile(m_sim->state(QStringLiteral("workflows.plist")),
-                                    QVariantMap{{QStringLiteral("workflows"), QVariantList{}}}, true));
+        QVariantMap { { QStringLiteral("workflows"), QVariantList {} } }, true));
     auto interface = makeInterface();
     Error error;
     const auto list = interface->getWorkflowsError(&error);
@@ -250,7 +250,8 @@ void TestServerQueries::emptyWorkflowListIsAValidResult()
 void TestServerQueries::listWithoutItsEntryIsNilWithoutError()
 {
     m_sim->installRecordingTool();
-    m_sim->setReply("progress\n" + PropertyList::toXml(QVariantMap{{QStringLiteral("cameras"), QVariantList{}}}), "", 0);
+    m_sim->setReply(
+        "progress\n" + PropertyList::toXml(QVariantMap { { QStringLiteral("cameras"), QVariantList {} } }), "", 0);
     auto interface = makeInterface();
     Log::Capture log;
     Error error;
@@ -280,10 +281,10 @@ void TestServerQueries::toolFailureTexts()
     QFETCH(QString, stderrText);
 
     const QString command = cameras ? QStringLiteral("--listcameras") : QStringLiteral("--listworkflows");
-    QVariantMap settings{{QStringLiteral("stdout"), QStringLiteral("partial\n")}, {QStringLiteral("status"), 7}};
+    QVariantMap settings { { QStringLiteral("stdout"), QStringLiteral("partial\n") }, { QStringLiteral("status"), 7 } };
     if (!stderrText.isEmpty())
         settings.insert(QStringLiteral("stderr"), stderrText);
-    m_sim->setFaults({{command, settings}});
+    m_sim->setFaults({ { command, settings } });
 
     auto interface = makeInterface();
     Log::Capture log;
@@ -297,13 +298,14 @@ void TestServerQueries::toolFailureTexts()
         QCOMPARE(error.localizedDescription, stderrText.isNull() ? QStringLiteral("") : stderrText);
         QVERIFY(!error.localizedDescription.isNull());
         QVERIFY2(log.contains(QStringLiteral("OrvaneServerInterface error: ") + error.localizedDescription),
-                 qPrintable(log.lines().join('|')));
+            qPrintable(log.lines().join('|')));
     } else {
         QCOMPARE(error.localizedDescription, output + QLatin1Char('\n') + stderrText);
-        QVERIFY2(log.contains(QStringLiteral("OrvaneServerInterface error: Error Domain=PodcastServerInteraceErrorDomain "
-                                             "Code=7 \"%1\"")
-                                  .arg(error.localizedDescription)),
-                 qPrintable(log.lines().join('|')));
+        QVERIFY2(
+            log.contains(QStringLiteral("OrvaneServerInterface error: Error Domain=PodcastServerInteraceErrorDomain "
+                                        "Code=7 \"%1\"")
+                             .arg(error.localizedDescription)),
+            qPrintable(log.lines().join('|')));
     }
 }
 
@@ -313,8 +315,7 @@ void TestServerQueries::wrongPasswordIsAuthenticationError()
     Error error;
     QVERIFY(!interface->getWorkflowsError(&error));
     QCOMPARE(error.code, 26);
-    QCOMPARE(error.localizedDescription,
-             progressLine() + QStringLiteral("\nAuthentication failed for user demo.\n"));
+    QCOMPARE(error.localizedDescription, progressLine() + QStringLiteral("\nAuthentication failed for user demo.\n"));
 }
 
 void TestServerQueries::outputWithoutPropertyListIsNilAndLogged_data()
@@ -328,7 +329,7 @@ void TestServerQueries::outputWithoutPropertyListIsNilAndLogged()
 {
     QFETCH(bool, cameras);
     const QString command = cameras ? QStringLiteral("--listcameras") : QStringLiteral("--listworkflows");
-    m_sim->setFaults({{command, QVariantMap{{QStringLiteral("no_plist"), true}}}});
+    m_sim->setFaults({ { command, QVariantMap { { QStringLiteral("no_plist"), true } } } });
     auto interface = makeInterface();
     Log::Capture log;
     Error error;
@@ -364,11 +365,11 @@ void TestServerQueries::uploadQueueCommandLinesCarryNoCredentials()
     const auto statuses = OrvaneServerInterface::transferStatuses();
     QVERIFY(statuses);
     QVERIFY(statuses->isEmpty());
-    QCOMPARE(m_sim->recordedArguments(), QStringList{QStringLiteral("--list_uploads")});
+    QCOMPARE(m_sim->recordedArguments(), QStringList { QStringLiteral("--list_uploads") });
     QCOMPARE(m_sim->recordedStdinKind(), QStringLiteral("/dev/null"));
 
     OrvaneServerInterface::clearCompletedTransferStatuses();
-    QCOMPARE(m_sim->recordedArguments(), QStringList{QStringLiteral("--clear_completed_uploads")});
+    QCOMPARE(m_sim->recordedArguments(), QStringList { QStringLiteral("--clear_completed_uploads") });
     QCOMPARE(m_sim->recordedStdinKind(), QStringLiteral("/dev/null"));
 }
 
@@ -379,8 +380,8 @@ void TestServerQueries::uploadQueueListsSubmissionAndClears()
     QVERIFY(SimSandbox::writeFile(movie, "not really a movie"));
     auto job = interface->job();
     job->setTitle(QStringLiteral("Queued"));
-    job->setWorkflow({{QStringLiteral("name"), QStringLiteral("archive-only")}});
-    job->setMovieFilePaths(QStringList{movie});
+    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
+    job->setMovieFilePaths(QStringList { movie });
     Error error;
     QCOMPARE(interface->submitJobFiles(job.get(), &error), 0);
     QVERIFY(!job->uploadUUID().isEmpty());
@@ -406,19 +407,22 @@ void TestServerQueries::uploadQueueListsSubmissionAndClears()
 void TestServerQueries::uploadQueueFailuresAreLogged()
 {
     Log::Capture log;
-    m_sim->setFaults({{QStringLiteral("--list_uploads"), QVariantMap{{QStringLiteral("status"), 5}}}});
+    m_sim->setFaults({ { QStringLiteral("--list_uploads"), QVariantMap { { QStringLiteral("status"), 5 } } } });
     QVERIFY(!OrvaneServerInterface::transferStatuses());
-    QVERIFY2(log.contains(QStringLiteral("orvx --listuploads returned with code 5")), qPrintable(log.lines().join('|')));
+    QVERIFY2(
+        log.contains(QStringLiteral("orvx --listuploads returned with code 5")), qPrintable(log.lines().join('|')));
 
-    m_sim->setFaults({{QStringLiteral("--list_uploads"), QVariantMap{{QStringLiteral("no_plist"), true}}}});
+    m_sim->setFaults({ { QStringLiteral("--list_uploads"), QVariantMap { { QStringLiteral("no_plist"), true } } } });
     log.clear();
     QVERIFY(!OrvaneServerInterface::transferStatuses());
-    QVERIFY(logHasPrefix(log, QStringLiteral("OrvaneServerInterface error. Could not parse uploads plist data. Reason: ")));
+    QVERIFY(
+        logHasPrefix(log, QStringLiteral("OrvaneServerInterface error. Could not parse uploads plist data. Reason: ")));
 
-    m_sim->setFaults({{QStringLiteral("--clear_completed_uploads"), QVariantMap{{QStringLiteral("status"), 3}}}});
+    m_sim->setFaults(
+        { { QStringLiteral("--clear_completed_uploads"), QVariantMap { { QStringLiteral("status"), 3 } } } });
     log.clear();
     OrvaneServerInterface::clearCompletedTransferStatuses();
-    QCOMPARE(log.lines(), QStringList{QStringLiteral("'orvx --clear_completed_uploads' failed, return code 3")});
+    QCOMPARE(log.lines(), QStringList { QStringLiteral("'orvx --clear_completed_uploads' failed, return code 3") });
 }
 
 void TestServerQueries::previewRequest()
@@ -429,16 +433,19 @@ void TestServerQueries::previewRequest()
     QVERIFY2(!logHasPrefix(log, QStringLiteral("Error: return code")), qPrintable(log.lines().join('|')));
 
     interface->requestPreviewUpdateInThreadForCamera(QStringLiteral("Nowhere Hall"));
-    QVERIFY(log.contains(QStringLiteral("Error: return code 1 when calling orvx --status Nowhere Hall --update_preview")));
+    QVERIFY(
+        log.contains(QStringLiteral("Error: return code 1 when calling orvx --status Nowhere Hall --update_preview")));
 
     // The asynchronous form returns at once and only logs.
     log.clear();
     m_sim->installRecordingTool();
     m_sim->setReply("", "", 4);
     interface->requestPreviewUpdateForCameraName(QStringLiteral("Seminar Room"));
-    QTRY_VERIFY(log.contains(QStringLiteral("Error: return code 4 when calling orvx --status Seminar Room --update_preview")));
-    QCOMPARE(m_sim->recordedArguments().mid(4), (QStringList{QStringLiteral("--status"), QStringLiteral("Seminar Room"),
-                                                             QStringLiteral("--update_preview")}));
+    QTRY_VERIFY(
+        log.contains(QStringLiteral("Error: return code 4 when calling orvx --status Seminar Room --update_preview")));
+    QCOMPARE(m_sim->recordedArguments().mid(4),
+        (QStringList {
+            QStringLiteral("--status"), QStringLiteral("Seminar Room"), QStringLiteral("--update_preview") }));
 }
 
 void TestServerQueries::asyncQueriesReportOnMainThread()
@@ -484,7 +491,7 @@ void TestServerQueries::asyncQueriesReportOnMainThread()
 
     // A failure arrives as (nil, error).
     bool failed = false;
-    std::optional<QVariantList> failedList = QVariantList{};
+    std::optional<QVariantList> failedList = QVariantList {};
     std::optional<Error> failure;
     auto wrong = makeInterface(QStringLiteral("wrong"));
     wrong->getCamerasForDelegate(&delegate, [&](const auto &list, const auto &error) {
@@ -501,12 +508,12 @@ void TestServerQueries::asyncQueriesReportOnMainThread()
 
 void TestServerQueries::asyncParseFailureReportsNeitherListNorError()
 {
-    m_sim->setFaults({{QStringLiteral("--listworkflows"), QVariantMap{{QStringLiteral("no_plist"), true}}}});
+    m_sim->setFaults({ { QStringLiteral("--listworkflows"), QVariantMap { { QStringLiteral("no_plist"), true } } } });
     auto interface = makeInterface();
     QObject delegate;
     bool called = false;
-    std::optional<QVariantList> list = QVariantList{};
-    std::optional<Error> error = Error{};
+    std::optional<QVariantList> list = QVariantList {};
+    std::optional<Error> error = Error {};
     interface->getWorkflowsForDelegate(&delegate, [&](const auto &l, const auto &e) {
         called = true;
         list = l;
@@ -519,7 +526,7 @@ void TestServerQueries::asyncParseFailureReportsNeitherListNorError()
 
 void TestServerQueries::asyncDelegateGoneGetsNothing()
 {
-    m_sim->setFaults({{QStringLiteral("--listworkflows"), QVariantMap{{QStringLiteral("hang"), 1.0}}}});
+    m_sim->setFaults({ { QStringLiteral("--listworkflows"), QVariantMap { { QStringLiteral("hang"), 1.0 } } } });
     auto interface = makeInterface();
     auto *delegate = new QObject;
     bool called = false;
@@ -536,8 +543,8 @@ void TestServerQueries::passwordNeverLeavesStandardInputWhileToolRuns()
 {
     const QString secret = QStringLiteral("Zq7-unmistakable-s3cret");
     // Hang before the login check, so the tool is caught while it runs.
-    m_sim->setFaults({{QStringLiteral("--listworkflows"),
-                       QVariantMap{{QStringLiteral("hang"), 2.0}, {QStringLiteral("before_auth"), true}}}});
+    m_sim->setFaults({ { QStringLiteral("--listworkflows"),
+        QVariantMap { { QStringLiteral("hang"), 2.0 }, { QStringLiteral("before_auth"), true } } } });
     auto interface = makeInterface(secret);
     Log::Capture log;
     QObject delegate;
@@ -571,7 +578,7 @@ void TestServerQueries::passwordNeverLeavesStandardInputWhileToolRuns()
     QCOMPARE(error->code, 26);
     for (const QString &line : log.lines())
         QVERIFY2(!line.contains(secret), qPrintable(line));
-    QCOMPARE(m_sim->filesContaining(secret.toUtf8()), QStringList{});
+    QCOMPARE(m_sim->filesContaining(secret.toUtf8()), QStringList {});
 }
 
 QTEST_GUILESS_MAIN(TestServerQueries)

@@ -20,7 +20,7 @@
 namespace {
 
 const QString kServer = QStringLiteral("https://media.example.edu:8170/orvane");
-const QStringList kTools{QStringLiteral("orvxexec"), QStringLiteral("orvxctlexec"), QStringLiteral("orvxagentd")};
+const QStringList kTools { QStringLiteral("orvxexec"), QStringLiteral("orvxctlexec"), QStringLiteral("orvxagentd") };
 
 struct Result
 {
@@ -81,10 +81,10 @@ private:
 
     QProcessEnvironment environment(bool privileged = false) const;
     Result run(const QString &name, const QStringList &arguments, const QByteArray &input = QByteArray(),
-               const QProcessEnvironment &env = QProcessEnvironment()) const;
+        const QProcessEnvironment &env = QProcessEnvironment()) const;
     // A server command as the client sends it, password on standard input.
     Result server(const QStringList &command, const QByteArray &password = "lumex\n",
-                  const QString &user = QStringLiteral("demo")) const;
+        const QString &user = QStringLiteral("demo")) const;
     void setFaults(const QVariantMap &faults) const { writePlist(state(QStringLiteral("faults.plist")), faults); }
 
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -130,8 +130,8 @@ QProcessEnvironment TestSimulator::environment(bool privileged) const
     return env;
 }
 
-Result TestSimulator::run(const QString &name, const QStringList &arguments, const QByteArray &input,
-                          const QProcessEnvironment &env) const
+Result TestSimulator::run(
+    const QString &name, const QStringList &arguments, const QByteArray &input, const QProcessEnvironment &env) const
 {
     QProcess process;
     process.setProcessEnvironment(env.isEmpty() ? environment() : env);
@@ -156,13 +156,13 @@ Result TestSimulator::run(const QString &name, const QStringList &arguments, con
 Result TestSimulator::server(const QStringList &command, const QByteArray &password, const QString &user) const
 {
     return run(QStringLiteral("orvxexec"),
-               QStringList{QStringLiteral("--server"), kServer, QStringLiteral("--user"), user} + command, password);
+        QStringList { QStringLiteral("--server"), kServer, QStringLiteral("--user"), user } + command, password);
 }
 
 QString TestSimulator::writeMetadata(const QString &title) const
 {
     const QString path = m_home + QStringLiteral("/submission-%1.plist").arg(title);
-    PropertyList::writeFile(path, QVariantMap{{QStringLiteral("Title"), title}}, false);
+    PropertyList::writeFile(path, QVariantMap { { QStringLiteral("Title"), title } }, false);
     return path;
 }
 
@@ -188,7 +188,7 @@ void TestSimulator::authentication()
     QFETCH(QByteArray, password);
     QFETCH(int, status);
 
-    const Result r = server({QStringLiteral("--listworkflows")}, password, user);
+    const Result r = server({ QStringLiteral("--listworkflows") }, password, user);
     QCOMPARE(r.status, status);
     if (status == 26) {
         QCOMPARE(r.errorText(), QStringLiteral("Authentication failed for user %1.\n").arg(user));
@@ -205,16 +205,19 @@ void TestSimulator::authentication()
 void TestSimulator::malformedCommandLines_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("http scheme") << QStringList{"--server", "http://h:8170/orvane", "--user", "demo", "--listcameras"};
-    QTest::newRow("wrong port") << QStringList{"--server", "https://h:8171/orvane", "--user", "demo", "--listcameras"};
-    QTest::newRow("no user") << QStringList{"--server", kServer, "--listcameras"};
-    QTest::newRow("unknown option") << QStringList{"--server", kServer, "--user", "demo", "--frobnicate"};
-    QTest::newRow("stray argument") << QStringList{"--server", kServer, "--user", "demo", "--pause", "Studio 2", "x"};
+    QTest::newRow("http scheme") << QStringList { "--server", "http://h:8170/orvane", "--user", "demo",
+        "--listcameras" };
+    QTest::newRow("wrong port") << QStringList { "--server", "https://h:8171/orvane", "--user", "demo",
+        "--listcameras" };
+    QTest::newRow("no user") << QStringList { "--server", kServer, "--listcameras" };
+    QTest::newRow("unknown option") << QStringList { "--server", kServer, "--user", "demo", "--frobnicate" };
+    QTest::newRow("stray argument") << QStringList { "--server", kServer, "--user", "demo", "--pause", "Studio 2",
+        "x" };
     QTest::newRow("stop without workflow")
-        << QStringList{"--server", kServer, "--user", "demo", "--stop", "Studio 2", "--metadata", "/m"};
-    QTest::newRow("setconfig without =") << QStringList{"--setconfig", "Capture"};
-    QTest::newRow("setconfig with empty key") << QStringList{"--setconfig", "=x"};
-    QTest::newRow("nothing") << QStringList{};
+        << QStringList { "--server", kServer, "--user", "demo", "--stop", "Studio 2", "--metadata", "/m" };
+    QTest::newRow("setconfig without =") << QStringList { "--setconfig", "Capture" };
+    QTest::newRow("setconfig with empty key") << QStringList { "--setconfig", "=x" };
+    QTest::newRow("nothing") << QStringList {};
 }
 
 void TestSimulator::malformedCommandLines()
@@ -228,7 +231,7 @@ void TestSimulator::malformedCommandLines()
 
 void TestSimulator::listings()
 {
-    const Result workflows = server({QStringLiteral("--listworkflows")});
+    const Result workflows = server({ QStringLiteral("--listworkflows") });
     QCOMPARE(workflows.status, 0);
     QCOMPARE(workflows.firstLine(), QStringLiteral("Connecting to %1 ...").arg(kServer));
     const QVariantList list = workflows.plist().value(QStringLiteral("workflows")).toList();
@@ -240,7 +243,8 @@ void TestSimulator::listings()
         QVERIFY(!w.value(QStringLiteral("name")).toString().isEmpty());
         QVERIFY(!w.value(QStringLiteral("description")).toString().isEmpty());
         const QString uuid = w.value(QStringLiteral("uuid")).toString();
-        QVERIFY(QRegularExpression(QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")).match(uuid).hasMatch());
+        QVERIFY(
+            QRegularExpression(QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")).match(uuid).hasMatch());
         const QString title = w.value(QStringLiteral("title")).toString();
         tooltip = tooltip || title.contains(QLatin1String("\n$$$$\n"));
         titles.append(title);
@@ -248,22 +252,29 @@ void TestSimulator::listings()
     QVERIFY(tooltip);
     QVERIFY(titles.removeDuplicates() > 0);
 
-    const Result cameras = server({QStringLiteral("--listcameras")});
+    const Result cameras = server({ QStringLiteral("--listcameras") });
     QCOMPARE(cameras.status, 0);
     const QVariantList rooms = cameras.plist().value(QStringLiteral("cameras")).toList();
     QCOMPARE(rooms.size(), 3);
     for (const QVariant &v : rooms) {
         const QVariantMap c = v.toMap();
         QCOMPARE(c.value(QStringLiteral("in_use")).toString(), QStringLiteral("false"));
-        QVERIFY(c.value(QStringLiteral("preview_url")).toString().startsWith(QLatin1String("https://127.0.0.1:8171/preview/")));
+        QVERIFY(c.value(QStringLiteral("preview_url"))
+                    .toString()
+                    .startsWith(QLatin1String("https://127.0.0.1:8171/preview/")));
     }
     QCOMPARE(rooms[0].toMap().value(QStringLiteral("preview_url")).toString(),
-             QStringLiteral("https://127.0.0.1:8171/preview/Lecture%20Hall%20A.jpg"));
+        QStringLiteral("https://127.0.0.1:8171/preview/Lecture%20Hall%20A.jpg"));
 
-    QCOMPARE(server({QStringLiteral("--status"), QStringLiteral("Studio 2"), QStringLiteral("--update_preview")}).status, 0);
+    QCOMPARE(
+        server({ QStringLiteral("--status"), QStringLiteral("Studio 2"), QStringLiteral("--update_preview") }).status,
+        0);
     QVERIFY(readPlist(state(QStringLiteral("recordings.plist")))
-                .value(QStringLiteral("Studio 2")).toMap().contains(QStringLiteral("preview_requested_at")));
-    const Result unknown = server({QStringLiteral("--status"), QStringLiteral("Attic"), QStringLiteral("--update_preview")});
+                .value(QStringLiteral("Studio 2"))
+                .toMap()
+                .contains(QStringLiteral("preview_requested_at")));
+    const Result unknown
+        = server({ QStringLiteral("--status"), QStringLiteral("Attic"), QStringLiteral("--update_preview") });
     QCOMPARE(unknown.status, 1);
     QCOMPARE(unknown.errorText(), QStringLiteral("No such camera: Attic\n"));
 }
@@ -273,7 +284,8 @@ void TestSimulator::remoteRecordingStateMachine()
     const QString cam = QStringLiteral("Seminar Room");
     const auto step = [&](const QStringList &command) { return server(command).status; };
     const auto inUse = [&] {
-        for (const QVariant &v : server({QStringLiteral("--listcameras")}).plist().value(QStringLiteral("cameras")).toList()) {
+        for (const QVariant &v :
+            server({ QStringLiteral("--listcameras") }).plist().value(QStringLiteral("cameras")).toList()) {
             if (v.toMap().value(QStringLiteral("name")) == cam)
                 return v.toMap().value(QStringLiteral("in_use")).toString();
         }
@@ -281,33 +293,33 @@ void TestSimulator::remoteRecordingStateMachine()
     };
     const QString metadata = writeMetadata(QStringLiteral("Remote"));
 
-    QCOMPARE(step({"--pause", cam}), 1);
-    QCOMPARE(step({"--stop", cam, "--metadata", metadata, "--workflow", "archive-only"}), 1);
-    QCOMPARE(step({"--start", cam, "--audio_only", "--delay", "3"}), 0);
+    QCOMPARE(step({ "--pause", cam }), 1);
+    QCOMPARE(step({ "--stop", cam, "--metadata", metadata, "--workflow", "archive-only" }), 1);
+    QCOMPARE(step({ "--start", cam, "--audio_only", "--delay", "3" }), 0);
     QCOMPARE(inUse(), QStringLiteral("true"));
-    QCOMPARE(step({"--start", cam, "--delay", "3"}), 1);
-    QCOMPARE(step({"--resume", cam}), 1);
-    QCOMPARE(step({"--pause", cam}), 0);
-    QCOMPARE(step({"--pause", cam}), 1);
+    QCOMPARE(step({ "--start", cam, "--delay", "3" }), 1);
+    QCOMPARE(step({ "--resume", cam }), 1);
+    QCOMPARE(step({ "--pause", cam }), 0);
+    QCOMPARE(step({ "--pause", cam }), 1);
     QCOMPARE(inUse(), QStringLiteral("true"));
-    QCOMPARE(step({"--resume", cam}), 0);
+    QCOMPARE(step({ "--resume", cam }), 0);
 
     // A refused stop leaves the recording running.
-    const Result badWorkflow = server({"--stop", cam, "--metadata", metadata, "--workflow", "no-such-flow"});
+    const Result badWorkflow = server({ "--stop", cam, "--metadata", metadata, "--workflow", "no-such-flow" });
     QCOMPARE(badWorkflow.status, 1);
     QCOMPARE(badWorkflow.errorText(), QStringLiteral("Unknown workflow: no-such-flow\n"));
-    QCOMPARE(step({"--stop", cam, "--metadata", m_home + "/missing.plist", "--workflow", "archive-only"}), 1);
+    QCOMPARE(step({ "--stop", cam, "--metadata", m_home + "/missing.plist", "--workflow", "archive-only" }), 1);
     QCOMPARE(inUse(), QStringLiteral("true"));
 
-    QCOMPARE(step({"--stop", cam, "--metadata", metadata, "--workflow", "archive-only"}), 0);
+    QCOMPARE(step({ "--stop", cam, "--metadata", metadata, "--workflow", "archive-only" }), 0);
     QCOMPARE(inUse(), QStringLiteral("false"));
-    QCOMPARE(step({"--cancel", cam}), 1);
+    QCOMPARE(step({ "--cancel", cam }), 1);
 
     const QStringList entries = QDir(state(QStringLiteral("library"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QCOMPARE(entries.size(), 1);
     const QString entry = state(QStringLiteral("library/") + entries.first());
     QCOMPARE(readPlist(entry + QStringLiteral("/metadata.plist")).value(QStringLiteral("Title")).toString(),
-             QStringLiteral("Remote"));
+        QStringLiteral("Remote"));
     QFile description(entry + QStringLiteral("/recording.txt"));
     QVERIFY(description.open(QIODevice::ReadOnly));
     const QByteArray text = description.readAll();
@@ -316,8 +328,8 @@ void TestSimulator::remoteRecordingStateMachine()
     QVERIFY(text.contains("workflow: archive-only\n"));
 
     // Cancelling ends a recording without a library entry.
-    QCOMPARE(step({"--start", cam, "--delay", "3"}), 0);
-    QCOMPARE(step({"--cancel", cam}), 0);
+    QCOMPARE(step({ "--start", cam, "--delay", "3" }), 0);
+    QCOMPARE(step({ "--cancel", cam }), 0);
     QCOMPARE(inUse(), QStringLiteral("false"));
     QCOMPARE(QDir(state(QStringLiteral("library"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
 }
@@ -326,7 +338,7 @@ void TestSimulator::submissionQueuesAndAdvances()
 {
     // Two movies with the same name from different folders must both survive.
     QStringList movies;
-    for (const QString &folder : {QStringLiteral("/a"), QStringLiteral("/b")}) {
+    for (const QString &folder : { QStringLiteral("/a"), QStringLiteral("/b") }) {
         QDir().mkpath(m_home + folder);
         QFile movie(m_home + folder + QStringLiteral("/LocalAudio.mov"));
         QVERIFY(movie.open(QIODevice::WriteOnly));
@@ -335,17 +347,17 @@ void TestSimulator::submissionQueuesAndAdvances()
     }
     const QString metadata = writeMetadata(QStringLiteral("Local"));
 
-    const Result r = server({"--submit", "--file", movies[0], "--file", movies[1], "--metadata", metadata,
-                             "--workflow", "podcast-publishing", "--delete"});
+    const Result r = server({ "--submit", "--file", movies[0], "--file", movies[1], "--metadata", metadata,
+        "--workflow", "podcast-publishing", "--delete" });
     QCOMPARE(r.status, 0);
-    const QRegularExpressionMatch first =
-        QRegularExpression(QStringLiteral("^Upload UUID: ([0-9A-F-]{36})$")).match(r.firstLine());
+    const QRegularExpressionMatch first
+        = QRegularExpression(QStringLiteral("^Upload UUID: ([0-9A-F-]{36})$")).match(r.firstLine());
     QVERIFY2(first.hasMatch(), qPrintable(r.text()));
     const QString uuid = first.captured(1);
     QVERIFY(!QFile::exists(movies[0]) && !QFile::exists(movies[1]));
 
     const auto upload = [&] {
-        const Result list = run(QStringLiteral("orvxexec"), {QStringLiteral("--list_uploads")});
+        const Result list = run(QStringLiteral("orvxexec"), { QStringLiteral("--list_uploads") });
         return list.plist().value(uuid).toMap();
     };
     QVariantMap record = upload();
@@ -358,7 +370,7 @@ void TestSimulator::submissionQueuesAndAdvances()
     for (const QString &path : content)
         QVERIFY(QFileInfo(path).size() == 2000);
     QCOMPARE(readPlist(record.value(QStringLiteral("cached_metadata_file")).toString()).value(QStringLiteral("Title")),
-             QVariant(QStringLiteral("Local")));
+        QVariant(QStringLiteral("Local")));
 
     // Back-date the submission rather than wait for the simulated upload.
     const auto submittedSecondsAgo = [&](int seconds) {
@@ -375,14 +387,14 @@ void TestSimulator::submissionQueuesAndAdvances()
     QVERIFY2(percent > 0 && percent < 100, qPrintable(QString::number(percent)));
     QVERIFY(record.value(QStringLiteral("estimated_time_left")).toDouble() > 0);
 
-    QCOMPARE(run(QStringLiteral("orvxexec"), {QStringLiteral("--clear_completed_uploads")}).status, 0);
+    QCOMPARE(run(QStringLiteral("orvxexec"), { QStringLiteral("--clear_completed_uploads") }).status, 0);
     QVERIFY(!upload().isEmpty());
 
     submittedSecondsAgo(60);
     record = upload();
     QCOMPARE(record.value(QStringLiteral("status")).toString(), QStringLiteral("completed"));
     QCOMPARE(record.value(QStringLiteral("percent_done")).toDouble(), 100.0);
-    QCOMPARE(run(QStringLiteral("orvxexec"), {QStringLiteral("--clear_completed_uploads")}).status, 0);
+    QCOMPARE(run(QStringLiteral("orvxexec"), { QStringLiteral("--clear_completed_uploads") }).status, 0);
     QVERIFY(upload().isEmpty());
 }
 
@@ -395,23 +407,23 @@ void TestSimulator::submissionRejectsBadInput()
     file.write("movie");
     file.close();
 
-    Result r = server({"--submit", "--file", movie, "--metadata", metadata, "--workflow", "nope", "--delete"});
+    Result r = server({ "--submit", "--file", movie, "--metadata", metadata, "--workflow", "nope", "--delete" });
     QCOMPARE(r.status, 1);
     QCOMPARE(r.errorText(), QStringLiteral("Unknown workflow: nope\n"));
 
     const QString missing = m_home + QStringLiteral("/gone.mov");
-    r = server({"--submit", "--file", movie, "--file", missing, "--metadata", metadata, "--workflow", "archive-only",
-                "--delete"});
+    r = server({ "--submit", "--file", movie, "--file", missing, "--metadata", metadata, "--workflow", "archive-only",
+        "--delete" });
     QCOMPARE(r.status, 1);
     QVERIFY(r.errorText().contains(missing));
     QVERIFY(!r.text().contains(QLatin1String("Upload UUID")));
     QVERIFY(QFile::exists(movie));
 
-    r = server({"--submit", "--file", movie, "--metadata", movie, "--workflow", "archive-only"});
+    r = server({ "--submit", "--file", movie, "--metadata", movie, "--workflow", "archive-only" });
     QCOMPARE(r.status, 1);
 
     // No files at all is a valid submission.
-    r = server({"--submit", "--metadata", metadata, "--workflow", "archive-only"});
+    r = server({ "--submit", "--metadata", metadata, "--workflow", "archive-only" });
     QCOMPARE(r.status, 0);
     QVERIFY(r.firstLine().startsWith(QLatin1String("Upload UUID: ")));
     QCOMPARE(readPlist(state(QStringLiteral("uploads.plist"))).size(), 1);
@@ -420,13 +432,13 @@ void TestSimulator::submissionRejectsBadInput()
 void TestSimulator::setConfigPicksTheFile()
 {
     const QString value = QStringLiteral("Audio: Best quality=yes");
-    Result r = run(QStringLiteral("orvxexec"), {QStringLiteral("--setconfig"), QStringLiteral("Capture=") + value});
+    Result r = run(QStringLiteral("orvxexec"), { QStringLiteral("--setconfig"), QStringLiteral("Capture=") + value });
     QCOMPARE(r.status, 0);
     QCOMPARE(readPlist(userConfig()).value(QStringLiteral("Capture")).toString(), value);
     QVERIFY(!QFile::exists(globalConfig()));
 
-    r = run(QStringLiteral("orvxexec"), {QStringLiteral("--setconfig"), QStringLiteral("VideoDevice=Automatic")},
-            QByteArray(), environment(true));
+    r = run(QStringLiteral("orvxexec"), { QStringLiteral("--setconfig"), QStringLiteral("VideoDevice=Automatic") },
+        QByteArray(), environment(true));
     QCOMPARE(r.status, 0);
     QCOMPARE(readPlist(globalConfig()).value(QStringLiteral("VideoDevice")).toString(), QStringLiteral("Automatic"));
     QVERIFY(!readPlist(userConfig()).contains(QStringLiteral("VideoDevice")));
@@ -436,8 +448,8 @@ void TestSimulator::setConfigPicksTheFile()
     QProcessEnvironment bare;
     bare.insert(QStringLiteral("PKEXEC_UID"), QStringLiteral("1000"));
     bare.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
-    r = run(QStringLiteral("orvxexec"), {QStringLiteral("--setconfig"), QStringLiteral("AudioDevice=hw:1")}, QByteArray(),
-            bare);
+    r = run(QStringLiteral("orvxexec"), { QStringLiteral("--setconfig"), QStringLiteral("AudioDevice=hw:1") },
+        QByteArray(), bare);
     QCOMPARE(r.status, 0);
     QCOMPARE(readPlist(globalConfig()).value(QStringLiteral("AudioDevice")).toString(), QStringLiteral("hw:1"));
     QCOMPARE(readPlist(globalConfig()).value(QStringLiteral("VideoDevice")).toString(), QStringLiteral("Automatic"));
@@ -446,14 +458,14 @@ void TestSimulator::setConfigPicksTheFile()
 void TestSimulator::bindingAndAgentControl()
 {
     const auto agent = [&](const char *verb, bool privileged = true) {
-        return run(QStringLiteral("orvxctlexec"), {QStringLiteral("agent"), QString::fromLatin1(verb)}, QByteArray(),
-                   environment(privileged));
+        return run(QStringLiteral("orvxctlexec"), { QStringLiteral("agent"), QString::fromLatin1(verb) }, QByteArray(),
+            environment(privileged));
     };
     Result r = agent("start");
     QCOMPARE(r.status, 1);
     QCOMPARE(r.text(), QStringLiteral("Error: the agent is not bound to a server.\n"));
 
-    r = server({QStringLiteral("--bind"), QStringLiteral("Office Mac")});
+    r = server({ QStringLiteral("--bind"), QStringLiteral("Office Mac") });
     QCOMPARE(r.status, 0);
     QVERIFY(r.text().contains(QLatin1String("Successfully bound")));
     QVariantMap config = readPlist(globalConfig());
@@ -461,11 +473,12 @@ void TestSimulator::bindingAndAgentControl()
     QCOMPARE(config.value(QStringLiteral("TunnelHost")).toString(), QStringLiteral("media.example.edu"));
 
     const auto agentCamera = [&] {
-        const QVariantList list = server({QStringLiteral("--listcameras")}).plist().value(QStringLiteral("cameras")).toList();
+        const QVariantList list
+            = server({ QStringLiteral("--listcameras") }).plist().value(QStringLiteral("cameras")).toList();
         return list.size() == 4 ? list.last().toMap() : QVariantMap();
     };
     QCOMPARE(agentCamera().value(QStringLiteral("status")).toString(), QStringLiteral("offline"));
-    QCOMPARE(server({"--start", "Office Mac", "--delay", "3"}).status, 1);
+    QCOMPARE(server({ "--start", "Office Mac", "--delay", "3" }).status, 1);
 
     r = agent("start", false);
     QCOMPARE(r.status, 1);
@@ -478,11 +491,11 @@ void TestSimulator::bindingAndAgentControl()
     QCOMPARE(r.status, 1);
     QVERIFY(r.text().startsWith(QLatin1String("Error:")));
 
-    r = server({QStringLiteral("--unbind"), QStringLiteral("Other Mac")});
+    r = server({ QStringLiteral("--unbind"), QStringLiteral("Other Mac") });
     QCOMPARE(r.status, 1);
     QVERIFY(!r.text().contains(QLatin1String("Successfully unbound")));
 
-    r = server({QStringLiteral("--unbind"), QStringLiteral("Office Mac")});
+    r = server({ QStringLiteral("--unbind"), QStringLiteral("Office Mac") });
     QCOMPARE(r.status, 0);
     QVERIFY(r.text().contains(QLatin1String("Successfully unbound")));
     config = readPlist(globalConfig());
@@ -493,76 +506,83 @@ void TestSimulator::bindingAndAgentControl()
     r = agent("stop");
     QCOMPARE(r.status, 1);
     QVERIFY(r.text().startsWith(QLatin1String("Error:")));
-    QCOMPARE(run(QStringLiteral("orvxctlexec"), {QStringLiteral("agent")}).status, 2);
+    QCOMPARE(run(QStringLiteral("orvxctlexec"), { QStringLiteral("agent") }).status, 2);
 }
 
 void TestSimulator::faultTextsStatusAndCountdown()
 {
-    setFaults({{QStringLiteral("--listworkflows"),
-                QVariantMap{{QStringLiteral("status"), 7},
-                            {QStringLiteral("stdout"), QStringLiteral("partial answer\n")},
-                            {QStringLiteral("stderr"), QStringLiteral("server exploded\n")},
-                            {QStringLiteral("remaining"), 2}}}});
+    setFaults({ { QStringLiteral("--listworkflows"),
+        QVariantMap { { QStringLiteral("status"), 7 }, { QStringLiteral("stdout"), QStringLiteral("partial answer\n") },
+            { QStringLiteral("stderr"), QStringLiteral("server exploded\n") },
+            { QStringLiteral("remaining"), 2 } } } });
 
     for (int i = 0; i < 2; ++i) {
-        const Result r = server({QStringLiteral("--listworkflows")});
+        const Result r = server({ QStringLiteral("--listworkflows") });
         QCOMPARE(r.status, 7);
         QVERIFY(r.text().endsWith(QLatin1String("partial answer\n")));
         QVERIFY(!r.text().contains(QLatin1String("<?xml")));
         QCOMPARE(r.errorText(), QStringLiteral("server exploded\n"));
     }
     QVERIFY(!readPlist(state(QStringLiteral("faults.plist"))).contains(QStringLiteral("--listworkflows")));
-    QCOMPARE(server({QStringLiteral("--listworkflows")}).status, 0);
+    QCOMPARE(server({ QStringLiteral("--listworkflows") }).status, 0);
 
     // Faults are keyed by command: other commands run normally.
-    setFaults({{QStringLiteral("--submit"), QVariantMap{{QStringLiteral("status"), 0}}}});
-    QCOMPARE(server({QStringLiteral("--listcameras")}).status, 0);
-    const Result skipped = server({"--submit", "--metadata", writeMetadata("x"), "--workflow", "archive-only"});
+    setFaults({ { QStringLiteral("--submit"), QVariantMap { { QStringLiteral("status"), 0 } } } });
+    QCOMPARE(server({ QStringLiteral("--listcameras") }).status, 0);
+    const Result skipped = server({ "--submit", "--metadata", writeMetadata("x"), "--workflow", "archive-only" });
     QCOMPARE(skipped.status, 0);
     QVERIFY(!skipped.text().contains(QLatin1String("Upload UUID")));
 }
 
 void TestSimulator::faultBeforeOrAfterAuthentication()
 {
-    const QVariantMap fault{{QStringLiteral("status"), 5}, {QStringLiteral("remaining"), 3}};
-    setFaults({{QStringLiteral("--bind"), fault}});
+    const QVariantMap fault { { QStringLiteral("status"), 5 }, { QStringLiteral("remaining"), 3 } };
+    setFaults({ { QStringLiteral("--bind"), fault } });
     // A failed login never reaches the fault, and does not use it up.
-    QCOMPARE(server({QStringLiteral("--bind"), QStringLiteral("X")}, "wrong").status, 26);
-    QCOMPARE(readPlist(state(QStringLiteral("faults.plist"))).value(QStringLiteral("--bind")).toMap()
-                 .value(QStringLiteral("remaining")).toInt(), 3);
-    QCOMPARE(server({QStringLiteral("--bind"), QStringLiteral("X")}).status, 5);
-    QCOMPARE(readPlist(state(QStringLiteral("faults.plist"))).value(QStringLiteral("--bind")).toMap()
-                 .value(QStringLiteral("remaining")).toInt(), 2);
+    QCOMPARE(server({ QStringLiteral("--bind"), QStringLiteral("X") }, "wrong").status, 26);
+    QCOMPARE(readPlist(state(QStringLiteral("faults.plist")))
+                 .value(QStringLiteral("--bind"))
+                 .toMap()
+                 .value(QStringLiteral("remaining"))
+                 .toInt(),
+        3);
+    QCOMPARE(server({ QStringLiteral("--bind"), QStringLiteral("X") }).status, 5);
+    QCOMPARE(readPlist(state(QStringLiteral("faults.plist")))
+                 .value(QStringLiteral("--bind"))
+                 .toMap()
+                 .value(QStringLiteral("remaining"))
+                 .toInt(),
+        2);
 
     QVariantMap early = fault;
     early.insert(QStringLiteral("before_auth"), true);
-    setFaults({{QStringLiteral("--bind"), early}});
-    QCOMPARE(server({QStringLiteral("--bind"), QStringLiteral("X")}, "wrong").status, 5);
+    setFaults({ { QStringLiteral("--bind"), early } });
+    QCOMPARE(server({ QStringLiteral("--bind"), QStringLiteral("X") }, "wrong").status, 5);
 }
 
 void TestSimulator::faultFloodSignalAndMissingPlist()
 {
     constexpr qint64 kFlood = 8 * 1024 * 1024;
-    setFaults({{QStringLiteral("--list_uploads"), QVariantMap{{QStringLiteral("stderr_flood"), kFlood}}},
-               {QStringLiteral("--listcameras"), QVariantMap{{QStringLiteral("no_plist"), true}}},
-               {QStringLiteral("--pause"), QVariantMap{{QStringLiteral("signal"), SIGSEGV}}},
-               {QStringLiteral("--submit"), QVariantMap{{QStringLiteral("upload_error"), true}}}});
+    setFaults({ { QStringLiteral("--list_uploads"), QVariantMap { { QStringLiteral("stderr_flood"), kFlood } } },
+        { QStringLiteral("--listcameras"), QVariantMap { { QStringLiteral("no_plist"), true } } },
+        { QStringLiteral("--pause"), QVariantMap { { QStringLiteral("signal"), SIGSEGV } } },
+        { QStringLiteral("--submit"), QVariantMap { { QStringLiteral("upload_error"), true } } } });
 
-    Result r = run(QStringLiteral("orvxexec"), {QStringLiteral("--list_uploads")});
+    Result r = run(QStringLiteral("orvxexec"), { QStringLiteral("--list_uploads") });
     QCOMPARE(r.status, 0);
     QCOMPARE(qint64(r.err.size()), kFlood);
     QVERIFY(r.err.startsWith("xxxx") && r.err.endsWith('\n'));
     QVERIFY(r.text().contains(QLatin1String("<?xml")));
 
-    r = server({QStringLiteral("--listcameras")});
+    r = server({ QStringLiteral("--listcameras") });
     QCOMPARE(r.status, 0);
     QVERIFY(r.text().startsWith(QLatin1String("Connecting to ")));
     QVERIFY(!r.text().contains(QLatin1String("<?xml")));
 
-    r = server({QStringLiteral("--pause"), QStringLiteral("Studio 2")});
+    r = server({ QStringLiteral("--pause"), QStringLiteral("Studio 2") });
     QVERIFY(r.crashed);
 
-    r = server({"--submit", "--metadata", writeMetadata("e"), "--workflow", "archive-only"});
+    r = server({ "--submit", "--metadata", writeMetadata("e"), "--workflow", "archive-only" });
     QCOMPARE(r.status, 0);
     const QString uuid = r.firstLine().section(QLatin1Char(' '), -1);
     QVariantMap uploads = readPlist(state(QStringLiteral("uploads.plist")));
@@ -571,7 +591,7 @@ void TestSimulator::faultFloodSignalAndMissingPlist()
     uploads.insert(uuid, stored);
     writePlist(state(QStringLiteral("uploads.plist")), uploads);
     setFaults({});
-    r = run(QStringLiteral("orvxexec"), {QStringLiteral("--list_uploads")});
+    r = run(QStringLiteral("orvxexec"), { QStringLiteral("--list_uploads") });
     QCOMPARE(r.plist().value(uuid).toMap().value(QStringLiteral("status")).toString(), QStringLiteral("error"));
 }
 
@@ -580,8 +600,9 @@ void TestSimulator::agentRecordsAMovie()
     // The recording itself is checked in tests/capture; here only the
     // contract the client relies on: signals steer it, SIGTERM ends it with
     // status 0 and a movie file.
-    writePlist(userConfig(), {{QStringLiteral("Capture"), QStringLiteral("Audio:Better")},
-                              {QStringLiteral("AudioDevice"), QStringLiteral("test:mic1")}});
+    writePlist(userConfig(),
+        { { QStringLiteral("Capture"), QStringLiteral("Audio:Better") },
+            { QStringLiteral("AudioDevice"), QStringLiteral("test:mic1") } });
     const QString movie = m_home + QStringLiteral("/LocalAudio.mov");
 
     QProcess agent;
@@ -589,7 +610,7 @@ void TestSimulator::agentRecordsAMovie()
     env.insert(QStringLiteral("LUMEX_CAPTURE_HARDWARE"), QStringLiteral("0"));
     env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("microphone:mic1"));
     agent.setProcessEnvironment(env);
-    agent.start(tool(QStringLiteral("orvxagentd")), {QStringLiteral("-f"), movie});
+    agent.start(tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     QVERIFY(agent.waitForStarted());
     QTRY_VERIFY(QFileInfo(movie).size() > 0);
     ::kill(pid_t(agent.processId()), SIGUSR1);
@@ -605,15 +626,15 @@ void TestSimulator::agentRecordsAMovie()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.read(8).mid(4), QByteArray("ftyp"));
 
-    QCOMPARE(run(QStringLiteral("orvxagentd"), {QStringLiteral("movie.mov")}).status, 2);
+    QCOMPARE(run(QStringLiteral("orvxagentd"), { QStringLiteral("movie.mov") }).status, 2);
 }
 
 void TestSimulator::agentFault()
 {
     QDir().mkpath(state(QString()));
-    setFaults({{QStringLiteral("orvxagentd"), QVariantMap{{QStringLiteral("remaining"), 1}}}});
+    setFaults({ { QStringLiteral("orvxagentd"), QVariantMap { { QStringLiteral("remaining"), 1 } } } });
     const QString movie = m_home + QStringLiteral("/ScreenCapture.mov");
-    const Result r = run(QStringLiteral("orvxagentd"), {QStringLiteral("-f"), movie});
+    const Result r = run(QStringLiteral("orvxagentd"), { QStringLiteral("-f"), movie });
     QCOMPARE(r.status, 3);
     QVERIFY(!r.err.isEmpty());
     QVERIFY(!QFile::exists(movie));

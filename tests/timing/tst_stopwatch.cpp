@@ -56,7 +56,7 @@ private slots:
     void resetClearsTimeAndAttributes()
     {
         StopWatch w(clock());
-        w.setStringAttributes({{QStringLiteral("font"), QStringLiteral("Mono")}});
+        w.setStringAttributes({ { QStringLiteral("font"), QStringLiteral("Mono") } });
         w.start();
         m_now += 7;
         w.reset();

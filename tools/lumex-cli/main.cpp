@@ -15,26 +15,25 @@
 
 namespace {
 
-const char *const kUsage =
-    "usage: lumex-cli [--server HOST --user NAME] COMMAND [ARGS...]\n"
-    "\n"
-    "Commands that send the password read it from the first line of standard input:\n"
-    "  workflows                      list the workflows (XML property list)\n"
-    "  cameras                        list the cameras (XML property list)\n"
-    "  preview CAMERA                 ask a camera to refresh its preview\n"
-    "  start CAMERA [--audio]         start a remote recording\n"
-    "  pause CAMERA | resume CAMERA | cancel CAMERA\n"
-    "  stop CAMERA --workflow NAME [--title T] [--description D]\n"
-    "  submit --workflow NAME [--title T] [--description D] [--delete] FILE...\n"
-    "                                 upload files; prints the upload UUID\n"
-    "  bind CAMERA                    bind the local camera agent\n"
-    "Commands without a password:\n"
-    "  uploads                        list the upload queue (XML property list)\n"
-    "  clear-uploads                  remove finished uploads\n"
-    "  setconfig KEY VALUE            set a value in your camera agent configuration\n"
-    "\n"
-    "LUMEX_SYSROOT points at the tree holding usr/libexec/orvane (the simulator's\n"
-    "build/sim-root); unset, the helpers installed under /usr/libexec/orvane are used.\n";
+const char *const kUsage = "usage: lumex-cli [--server HOST --user NAME] COMMAND [ARGS...]\n"
+                           "\n"
+                           "Commands that send the password read it from the first line of standard input:\n"
+                           "  workflows                      list the workflows (XML property list)\n"
+                           "  cameras                        list the cameras (XML property list)\n"
+                           "  preview CAMERA                 ask a camera to refresh its preview\n"
+                           "  start CAMERA [--audio]         start a remote recording\n"
+                           "  pause CAMERA | resume CAMERA | cancel CAMERA\n"
+                           "  stop CAMERA --workflow NAME [--title T] [--description D]\n"
+                           "  submit --workflow NAME [--title T] [--description D] [--delete] FILE...\n"
+                           "                                 upload files; prints the upload UUID\n"
+                           "  bind CAMERA                    bind the local camera agent\n"
+                           "Commands without a password:\n"
+                           "  uploads                        list the upload queue (XML property list)\n"
+                           "  clear-uploads                  remove finished uploads\n"
+                           "  setconfig KEY VALUE            set a value in your camera agent configuration\n"
+                           "\n"
+                           "LUMEX_SYSROOT points at the tree holding usr/libexec/orvane (the simulator's\n"
+                           "build/sim-root); unset, the helpers installed under /usr/libexec/orvane are used.\n";
 
 int usage()
 {
@@ -45,7 +44,7 @@ int usage()
 int fail(const Error &error)
 {
     std::fprintf(stderr, "error: %s %lld: %s\n", qPrintable(error.domain), static_cast<long long>(error.code),
-                 error.localizedDescription.toUtf8().constData());
+        error.localizedDescription.toUtf8().constData());
     return 1;
 }
 
@@ -136,12 +135,10 @@ int run(const QStringList &all)
     if (!o.valid)
         return usage();
 
-    static const QStringList withPassword{
-        QStringLiteral("workflows"), QStringLiteral("cameras"), QStringLiteral("preview"),
-        QStringLiteral("start"),     QStringLiteral("pause"),   QStringLiteral("resume"),
-        QStringLiteral("cancel"),    QStringLiteral("stop"),    QStringLiteral("submit"),
-        QStringLiteral("bind")};
-    QVariantMap credentials{{QStringLiteral("server"), server}, {QStringLiteral("user"), user}};
+    static const QStringList withPassword { QStringLiteral("workflows"), QStringLiteral("cameras"),
+        QStringLiteral("preview"), QStringLiteral("start"), QStringLiteral("pause"), QStringLiteral("resume"),
+        QStringLiteral("cancel"), QStringLiteral("stop"), QStringLiteral("submit"), QStringLiteral("bind") };
+    QVariantMap credentials { { QStringLiteral("server"), server }, { QStringLiteral("user"), user } };
     if (withPassword.contains(command))
         credentials.insert(QStringLiteral("password"), readPassword());
 
@@ -153,7 +150,7 @@ int run(const QStringList &all)
     if (!o.description.isNull())
         job->setJobDescription(o.description);
     if (!o.workflow.isNull())
-        job->setWorkflow({{QStringLiteral("name"), o.workflow}});
+        job->setWorkflow({ { QStringLiteral("name"), o.workflow } });
     auto interface = OrvaneServerInterface::create(credentials, job);
 
     const QString first = o.positional.value(0);
@@ -162,7 +159,7 @@ int run(const QStringList &all)
 
     if (command == QLatin1String("workflows") || command == QLatin1String("cameras")) {
         const auto list = command == QLatin1String("workflows") ? interface->getWorkflowsError(&error)
-                                                                 : interface->getCamerasError(&error);
+                                                                : interface->getCamerasError(&error);
         if (!error.domain.isEmpty())
             return fail(error);
         if (!list) {
@@ -228,7 +225,7 @@ int run(const QStringList &all)
         operation = &OrvaneServerInterface::stopRemoteJob;
     if (!operation || !needsOne())
         return usage();
-    job->setCamera({{QStringLiteral("name"), first}});
+    job->setCamera({ { QStringLiteral("name"), first } });
     const int32_t status = (interface.get()->*operation)(job.get(), &error);
     return status == 0 ? 0 : failStatus(status, error);
 }

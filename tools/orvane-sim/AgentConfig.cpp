@@ -1,7 +1,7 @@
 #include "AgentConfig.h"
 
-#include "server/PropertyList.h"
 #include "ToolFailure.h"
+#include "server/PropertyList.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -35,5 +35,5 @@ void AgentConfig::write(const QVariantMap &contents) const
     else if (PropertyList::writeFile(m_path, contents, true, &error))
         return;
     throw ToolFailure(ToolFailure::kRefused,
-                      QStringLiteral("Error: cannot write the agent configuration %1: %2\n").arg(m_path, error));
+        QStringLiteral("Error: cannot write the agent configuration %1: %2\n").arg(m_path, error));
 }

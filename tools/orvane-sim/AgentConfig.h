@@ -9,7 +9,9 @@
 class AgentConfig final
 {
 public:
-    explicit AgentConfig(QString path) : m_path(std::move(path)) {}
+    explicit AgentConfig(QString path)
+        : m_path(std::move(path))
+    { }
 
     QString path() const { return m_path; }
 

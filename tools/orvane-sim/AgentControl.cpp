@@ -3,9 +3,9 @@
 #include "AgentConfig.h"
 #include "Console.h"
 #include "FaultFile.h"
-#include "server/Paths.h"
 #include "StateLock.h"
 #include "ToolFailure.h"
+#include "server/Paths.h"
 
 #include <QDateTime>
 
@@ -22,8 +22,7 @@ int failWith(const QString &text)
 AgentControl::AgentControl(const SimEnvironment &environment)
     : m_environment(environment)
     , m_store(environment.stateFolder())
-{
-}
+{ }
 
 int AgentControl::run(const QStringList &arguments)
 {

@@ -34,11 +34,10 @@ class FinishWatcher final : public CaptureFileOutputDelegate
 {
 public:
     void captureOutputWillFinishRecording(CaptureMovieFileOutput *, const QUrl &, const QList<CaptureConnectionPtr> &,
-                                          const std::optional<Error> &) override
-    {
-    }
+        const std::optional<Error> &) override
+    { }
     void captureOutputDidFinishRecording(CaptureMovieFileOutput *, const QUrl &url, const QList<CaptureConnectionPtr> &,
-                                         const std::optional<Error> &error) override
+        const std::optional<Error> &error) override
     {
         if (error)
             Console::err(QStringLiteral("orvxagentd: recording to %1 failed: %2\n")
@@ -106,8 +105,9 @@ int AgentRecorder::run(const QStringList &arguments)
         if (!fault.isNull()) {
             fault.perform();
             const int status = fault.exitStatus().value_or(kFaultStatus);
-            Console::err(QStringLiteral("orvxagentd: cannot start capture (simulated failure), exiting with status %1.\n")
-                             .arg(status));
+            Console::err(
+                QStringLiteral("orvxagentd: cannot start capture (simulated failure), exiting with status %1.\n")
+                    .arg(status));
             return status;
         }
     } catch (const ToolFailure &failure) {
@@ -134,7 +134,8 @@ int AgentRecorder::run(const QStringList &arguments)
     const QString videoID = configuration.value(QStringLiteral("VideoDevice")).toString();
 
     auto &registry = CaptureDeviceRegistry::instance();
-    const CaptureDevicePtr microphone = isAutomatic(audioID) ? registry.defaultMicrophone() : registry.deviceWithUniqueID(audioID);
+    const CaptureDevicePtr microphone
+        = isAutomatic(audioID) ? registry.defaultMicrophone() : registry.deviceWithUniqueID(audioID);
     if (!offersSound(microphone)) {
         Console::err(isAutomatic(audioID) ? QStringLiteral("orvxagentd: no microphone to record from.\n")
                                           : QStringLiteral("orvxagentd: no microphone \"%1\".\n").arg(audioID));
@@ -146,8 +147,8 @@ int AgentRecorder::run(const QStringList &arguments)
             Console::err(QStringLiteral("orvxagentd: no display to record (DISPLAY is not set).\n"));
             return kNoSource;
         }
-        picture = std::make_shared<CaptureDevice>(CaptureDevice::Kind::Screen, QStringLiteral("screen"),
-                                                  QStringLiteral("Screen"));
+        picture = std::make_shared<CaptureDevice>(
+            CaptureDevice::Kind::Screen, QStringLiteral("screen"), QStringLiteral("Screen"));
     } else if (mode == QLatin1String("Video")) {
         if (isAutomatic(videoID)) {
             QList<CaptureDevicePtr> cameras = registry.devicesWithMediaType(MediaType::Video);
@@ -164,7 +165,7 @@ int AgentRecorder::run(const QStringList &arguments)
     }
 
     auto session = std::make_shared<CaptureSession>();
-    for (const CaptureDevicePtr &device : {microphone, picture}) {
+    for (const CaptureDevicePtr &device : { microphone, picture }) {
         if (!device || (device == picture && picture == microphone))
             continue; // one device giving both is one input
         Error error;
@@ -189,10 +190,14 @@ int AgentRecorder::run(const QStringList &arguments)
     session->addOutput(output, nullptr);
     for (const CaptureConnectionPtr &connection : output->connections()) {
         if (connection->mediaType() == MediaType::Sound) {
-            output->setCompressionOptions(CompressionOptions::compressionOptionsWithIdentifier(CompressionOptions::HighQualityAACAudio), connection);
+            output->setCompressionOptions(
+                CompressionOptions::compressionOptionsWithIdentifier(CompressionOptions::HighQualityAACAudio),
+                connection);
         } else if (preset != QLatin1String("Best")) {
             // "Best" keeps the source's size; every other preset fits SD.
-            output->setCompressionOptions(CompressionOptions::compressionOptionsWithIdentifier(CompressionOptions::SD480SizeMPEG4Video), connection);
+            output->setCompressionOptions(
+                CompressionOptions::compressionOptionsWithIdentifier(CompressionOptions::SD480SizeMPEG4Video),
+                connection);
         }
     }
 

@@ -23,7 +23,9 @@ public:
     // scanner).
     static void blockControlSignals();
 
-    explicit AgentRecorder(const SimEnvironment &environment) : m_environment(environment) {}
+    explicit AgentRecorder(const SimEnvironment &environment)
+        : m_environment(environment)
+    { }
 
     // Returns the exit status.
     int run(const QStringList &arguments);

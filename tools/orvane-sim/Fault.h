@@ -11,7 +11,9 @@ class Fault final
 {
 public:
     Fault() = default;
-    explicit Fault(QVariantMap settings) : m_settings(std::move(settings)) {}
+    explicit Fault(QVariantMap settings)
+        : m_settings(std::move(settings))
+    { }
 
     bool isNull() const { return m_settings.isEmpty(); }
     bool appliesBeforeAuthentication() const;

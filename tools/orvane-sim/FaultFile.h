@@ -12,7 +12,9 @@ public:
     // credentials are checked (entries with "before_auth") and once after.
     enum class Phase { Any, BeforeAuthentication, AfterAuthentication };
 
-    explicit FaultFile(const StateStore &store) : m_store(store) {}
+    explicit FaultFile(const StateStore &store)
+        : m_store(store)
+    { }
 
     // The fault for `key` in `phase`, or a null one. An entry with
     // "remaining" is counted down and removed when used up. Takes the state

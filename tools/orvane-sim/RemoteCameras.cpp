@@ -49,25 +49,26 @@ QVariantList RemoteCameras::listing() const
 {
     QVariantList rooms = m_rooms;
     if (!m_agentCamera.isEmpty() && !isRoom(m_agentCamera))
-        rooms.append(QVariantMap{{QStringLiteral("name"), m_agentCamera},
-                                 {QStringLiteral("location"), QStringLiteral("Local capture agent")}});
+        rooms.append(QVariantMap { { QStringLiteral("name"), m_agentCamera },
+            { QStringLiteral("location"), QStringLiteral("Local capture agent") } });
 
     QVariantList cameras;
     for (const QVariant &room : rooms) {
         QVariantMap camera = room.toMap();
         const QString name = camera.value(QStringLiteral("name")).toString();
         const State current = state(name);
-        const char *status = !isOnline(name)              ? "offline"
-                             : current == State::Recording ? "recording"
-                             : current == State::Paused    ? "paused"
-                                                           : "idle";
-        camera.insert(QStringLiteral("in_use"), current == State::Idle ? QStringLiteral("false") : QStringLiteral("true"));
+        const char *status = !isOnline(name) ? "offline"
+            : current == State::Recording    ? "recording"
+            : current == State::Paused       ? "paused"
+                                             : "idle";
+        camera.insert(
+            QStringLiteral("in_use"), current == State::Idle ? QStringLiteral("false") : QStringLiteral("true"));
         camera.insert(QStringLiteral("status"), QString::fromLatin1(status));
         // The snapshot server decodes the name again; spaces must not reach
         // the URL as they are.
         camera.insert(QStringLiteral("preview_url"),
-                      QStringLiteral("https://127.0.0.1:8171/preview/%1.jpg")
-                          .arg(QString::fromLatin1(QUrl::toPercentEncoding(name))));
+            QStringLiteral("https://127.0.0.1:8171/preview/%1.jpg")
+                .arg(QString::fromLatin1(QUrl::toPercentEncoding(name))));
         cameras.append(camera);
     }
     return cameras;
@@ -129,14 +130,14 @@ QVariantMap RemoteCameras::finish(const QString &name, const QString &verb, doub
     if (state(name) == State::Idle)
         throw refused(QStringLiteral("Camera %1 has no recording to %2.").arg(name, verb));
     QVariantMap s = session(name);
-    const QVariantMap finished{
-        {kAudioOnly, s.value(kAudioOnly).toBool()},
-        {kUser, s.value(kUser)},
-        {kStartedAt, s.value(kStartedAt)},
-        {kRecordedSeconds, elapsed(s, now)},
+    const QVariantMap finished {
+        { kAudioOnly, s.value(kAudioOnly).toBool() },
+        { kUser, s.value(kUser) },
+        { kStartedAt, s.value(kStartedAt) },
+        { kRecordedSeconds, elapsed(s, now) },
     };
     setState(s, State::Idle);
-    for (const QString &key : {kAudioOnly, kUser, kStartedAt, kSegmentStartedAt, kRecordedSeconds})
+    for (const QString &key : { kAudioOnly, kUser, kStartedAt, kSegmentStartedAt, kRecordedSeconds })
         s.remove(key);
     m_sessions.insert(name, s);
     return finished;

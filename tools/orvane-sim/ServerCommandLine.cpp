@@ -6,14 +6,21 @@
 
 namespace {
 
-const QStringList kServerCommands{
-    QStringLiteral("--listworkflows"), QStringLiteral("--listcameras"), QStringLiteral("--status"),
-    QStringLiteral("--start"),         QStringLiteral("--pause"),       QStringLiteral("--resume"),
-    QStringLiteral("--cancel"),        QStringLiteral("--stop"),        QStringLiteral("--submit"),
-    QStringLiteral("--bind"),          QStringLiteral("--unbind"),
+const QStringList kServerCommands {
+    QStringLiteral("--listworkflows"),
+    QStringLiteral("--listcameras"),
+    QStringLiteral("--status"),
+    QStringLiteral("--start"),
+    QStringLiteral("--pause"),
+    QStringLiteral("--resume"),
+    QStringLiteral("--cancel"),
+    QStringLiteral("--stop"),
+    QStringLiteral("--submit"),
+    QStringLiteral("--bind"),
+    QStringLiteral("--unbind"),
 };
 
-const QStringList kLocalCommands{
+const QStringList kLocalCommands {
     QStringLiteral("--list_uploads"),
     QStringLiteral("--clear_completed_uploads"),
     QStringLiteral("--setconfig"),
@@ -21,8 +28,7 @@ const QStringList kLocalCommands{
 
 [[noreturn]] void fail(const QString &problem)
 {
-    throw ToolFailure(ToolFailure::kUsage,
-                      QStringLiteral("orvxexec: %1\n%2").arg(problem, ServerCommandLine::usage()));
+    throw ToolFailure(ToolFailure::kUsage, QStringLiteral("orvxexec: %1\n%2").arg(problem, ServerCommandLine::usage()));
 }
 
 QString takeValue(QStringList &rest, const QString &option)
@@ -36,17 +42,16 @@ QString takeValue(QStringList &rest, const QString &option)
 
 QString ServerCommandLine::usage()
 {
-    return QStringLiteral(
-        "usage: orvxexec --server https://HOST:8170/orvane --user NAME COMMAND [ARGUMENTS]\n"
-        "       (the password is read from standard input)\n"
-        "  --listworkflows | --listcameras\n"
-        "  --status CAMERA [--update_preview]\n"
-        "  --start CAMERA [--audio_only] [--delay SECONDS]\n"
-        "  --pause CAMERA | --resume CAMERA | --cancel CAMERA\n"
-        "  --stop CAMERA --metadata FILE --workflow NAME\n"
-        "  --submit [--file PATH]... --metadata FILE --workflow NAME [--delete]\n"
-        "  --bind CAMERA | --unbind CAMERA\n"
-        "usage: orvxexec --list_uploads | --clear_completed_uploads | --setconfig KEY=VALUE\n");
+    return QStringLiteral("usage: orvxexec --server https://HOST:8170/orvane --user NAME COMMAND [ARGUMENTS]\n"
+                          "       (the password is read from standard input)\n"
+                          "  --listworkflows | --listcameras\n"
+                          "  --status CAMERA [--update_preview]\n"
+                          "  --start CAMERA [--audio_only] [--delay SECONDS]\n"
+                          "  --pause CAMERA | --resume CAMERA | --cancel CAMERA\n"
+                          "  --stop CAMERA --metadata FILE --workflow NAME\n"
+                          "  --submit [--file PATH]... --metadata FILE --workflow NAME [--delete]\n"
+                          "  --bind CAMERA | --unbind CAMERA\n"
+                          "usage: orvxexec --list_uploads | --clear_completed_uploads | --setconfig KEY=VALUE\n");
 }
 
 ServerCommandLine ServerCommandLine::parse(const QStringList &arguments)
@@ -70,7 +75,8 @@ ServerCommandLine ServerCommandLine::parse(const QStringList &arguments)
     if (line.needsLogin()) {
         if (line.m_serverUrl.isEmpty() || line.m_user.isEmpty())
             fail(QStringLiteral("%1 needs --server and --user").arg(line.m_command));
-        static const QRegularExpression url(QStringLiteral("^https://([A-Za-z0-9.-]+|\\[[0-9A-Fa-f:.]+\\]):8170/orvane$"));
+        static const QRegularExpression url(
+            QStringLiteral("^https://([A-Za-z0-9.-]+|\\[[0-9A-Fa-f:.]+\\]):8170/orvane$"));
         const QRegularExpressionMatch match = url.match(line.m_serverUrl);
         if (!match.hasMatch())
             fail(QStringLiteral("malformed server URL %1 (expected https://HOST:8170/orvane)").arg(line.m_serverUrl));
@@ -88,16 +94,15 @@ bool ServerCommandLine::needsLogin() const
 bool ServerCommandLine::printsPropertyList() const
 {
     return m_command == QLatin1String("--listworkflows") || m_command == QLatin1String("--listcameras")
-           || m_command == QLatin1String("--list_uploads");
+        || m_command == QLatin1String("--list_uploads");
 }
 
 void ServerCommandLine::parseCommandArguments(QStringList rest)
 {
     const QString &c = m_command;
     const bool takesCamera = c == QLatin1String("--status") || c == QLatin1String("--start")
-                             || c == QLatin1String("--pause") || c == QLatin1String("--resume")
-                             || c == QLatin1String("--cancel") || c == QLatin1String("--stop")
-                             || c == QLatin1String("--bind") || c == QLatin1String("--unbind");
+        || c == QLatin1String("--pause") || c == QLatin1String("--resume") || c == QLatin1String("--cancel")
+        || c == QLatin1String("--stop") || c == QLatin1String("--bind") || c == QLatin1String("--unbind");
     if (takesCamera) {
         m_camera = takeValue(rest, c);
         if (m_camera.isEmpty())
@@ -125,10 +130,10 @@ void ServerCommandLine::parseCommandArguments(QStringList rest)
             if (!ok || m_delaySeconds < 0)
                 fail(QStringLiteral("--delay needs a number of seconds"));
         } else if ((c == QLatin1String("--stop") || c == QLatin1String("--submit"))
-                   && option == QLatin1String("--metadata")) {
+            && option == QLatin1String("--metadata")) {
             m_metadataFile = takeValue(rest, option);
         } else if ((c == QLatin1String("--stop") || c == QLatin1String("--submit"))
-                   && option == QLatin1String("--workflow")) {
+            && option == QLatin1String("--workflow")) {
             m_workflow = takeValue(rest, option);
         } else if (c == QLatin1String("--submit") && option == QLatin1String("--file")) {
             m_files.append(takeValue(rest, option));

@@ -3,13 +3,13 @@
 #include "AgentConfig.h"
 #include "Console.h"
 #include "FaultFile.h"
-#include "server/Paths.h"
-#include "server/PropertyList.h"
 #include "RemoteCameras.h"
 #include "StateLock.h"
 #include "ToolFailure.h"
 #include "UploadQueue.h"
 #include "UserDirectory.h"
+#include "server/Paths.h"
+#include "server/PropertyList.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -60,8 +60,7 @@ QString freeName(const QDir &folder, const QString &name)
 ServerTool::ServerTool(const SimEnvironment &environment)
     : m_environment(environment)
     , m_store(environment.stateFolder())
-{
-}
+{ }
 
 int ServerTool::run(const QStringList &arguments)
 {
@@ -116,7 +115,7 @@ int ServerTool::execute(const ServerCommandLine &line)
     else if (c == QLatin1String("--status"))
         requestStatus(line);
     else if (c == QLatin1String("--start") || c == QLatin1String("--pause") || c == QLatin1String("--resume")
-             || c == QLatin1String("--cancel"))
+        || c == QLatin1String("--cancel"))
         controlRecording(line);
     else if (c == QLatin1String("--stop"))
         stopRecording(line);
@@ -145,7 +144,7 @@ void ServerTool::authenticate(const ServerCommandLine &line, const QByteArray &p
     const UserDirectory users(m_store.read(StateStore::kUsers));
     if (!users.authenticate(line.user(), password))
         throw ToolFailure(ToolFailure::kAuthenticationFailed,
-                          QStringLiteral("Authentication failed for user %1.\n").arg(line.user()));
+            QStringLiteral("Authentication failed for user %1.\n").arg(line.user()));
 }
 
 void ServerTool::printProgress(const ServerCommandLine &line) const
@@ -163,13 +162,13 @@ void ServerTool::printPropertyList(const QVariantMap &root) const
 void ServerTool::listWorkflows()
 {
     const QVariantList workflows = m_store.read(StateStore::kWorkflows).value(QStringLiteral("workflows")).toList();
-    printPropertyList({{QStringLiteral("workflows"), workflows}});
+    printPropertyList({ { QStringLiteral("workflows"), workflows } });
 }
 
 void ServerTool::listCameras()
 {
     const RemoteCameras cameras(m_store);
-    printPropertyList({{QStringLiteral("cameras"), cameras.listing()}});
+    printPropertyList({ { QStringLiteral("cameras"), cameras.listing() } });
 }
 
 void ServerTool::requestStatus(const ServerCommandLine &line)
@@ -223,13 +222,14 @@ void ServerTool::stopRecording(const ServerCommandLine &line)
     const QString uuid = newLibraryEntry();
     const QString folder = m_store.libraryFolder() + QLatin1Char('/') + uuid;
     const double seconds = session.value(QStringLiteral("recorded_seconds")).toDouble();
-    const QString description =
-        QStringLiteral("camera: %1\nuser: %2\naudio_only: %3\nworkflow: %4\nstarted_at: %5\nstopped_at: %6\n"
-                       "recorded_seconds: %7\n")
-            .arg(line.camera(), session.value(QStringLiteral("user")).toString(),
-                 session.value(QStringLiteral("audio_only")).toBool() ? QStringLiteral("true") : QStringLiteral("false"),
-                 line.workflow(), isoTime(session.value(QStringLiteral("started_at")).toDouble()), isoTime(stoppedAt))
-            .arg(seconds, 0, 'f', 1);
+    const QString description
+        = QStringLiteral("camera: %1\nuser: %2\naudio_only: %3\nworkflow: %4\nstarted_at: %5\nstopped_at: %6\n"
+                         "recorded_seconds: %7\n")
+              .arg(line.camera(), session.value(QStringLiteral("user")).toString(),
+                  session.value(QStringLiteral("audio_only")).toBool() ? QStringLiteral("true")
+                                                                       : QStringLiteral("false"),
+                  line.workflow(), isoTime(session.value(QStringLiteral("started_at")).toDouble()), isoTime(stoppedAt))
+              .arg(seconds, 0, 'f', 1);
     saveFile(folder + QStringLiteral("/metadata.plist"), metadata);
     saveFile(folder + QStringLiteral("/recording.txt"), description.toUtf8());
     cameras.save();
@@ -267,15 +267,15 @@ void ServerTool::submit(const ServerCommandLine &line)
     const QString metadataCopy = folder.filePath(QStringLiteral("metadata.plist"));
     saveFile(metadataCopy, metadata);
 
-    QVariantMap record{
-        {QStringLiteral("upload_uuid"), uuid},
-        {QStringLiteral("user"), line.user()},
-        {QStringLiteral("server"), line.host()},
-        {QStringLiteral("workflow"), line.workflow()},
-        {QStringLiteral("submitted_at"), QDateTime::currentDateTimeUtc()},
-        {QStringLiteral("total_bytes"), totalBytes},
-        {QStringLiteral("cached_metadata_file"), metadataCopy},
-        {QStringLiteral("content_paths"), contentPaths},
+    QVariantMap record {
+        { QStringLiteral("upload_uuid"), uuid },
+        { QStringLiteral("user"), line.user() },
+        { QStringLiteral("server"), line.host() },
+        { QStringLiteral("workflow"), line.workflow() },
+        { QStringLiteral("submitted_at"), QDateTime::currentDateTimeUtc() },
+        { QStringLiteral("total_bytes"), totalBytes },
+        { QStringLiteral("cached_metadata_file"), metadataCopy },
+        { QStringLiteral("content_paths"), contentPaths },
     };
     if (m_fault.failsUpload())
         record.insert(QStringLiteral("simulated_failure"), true);
@@ -302,7 +302,7 @@ void ServerTool::submit(const ServerCommandLine &line)
 void ServerTool::bind(const ServerCommandLine &line)
 {
     AgentConfig(Paths::globalAgentConfig())
-        .set({{QStringLiteral("CameraName"), line.camera()}, {QStringLiteral("TunnelHost"), line.host()}});
+        .set({ { QStringLiteral("CameraName"), line.camera() }, { QStringLiteral("TunnelHost"), line.host() } });
     QVariantMap agent = m_store.read(StateStore::kAgent);
     agent.insert(QStringLiteral("bound_camera"), line.camera());
     agent.insert(QStringLiteral("bound_host"), line.host());
@@ -316,7 +316,7 @@ void ServerTool::unbind(const ServerCommandLine &line)
     const QString bound = config.values().value(QStringLiteral("CameraName")).toString();
     if (!bound.isEmpty() && bound != line.camera())
         throw refused(QStringLiteral("Error: this agent is bound as \"%1\", not \"%2\".").arg(bound, line.camera()));
-    config.remove({QStringLiteral("CameraName"), QStringLiteral("TunnelHost")});
+    config.remove({ QStringLiteral("CameraName"), QStringLiteral("TunnelHost") });
     QVariantMap agent = m_store.read(StateStore::kAgent);
     agent.remove(QStringLiteral("bound_camera"));
     agent.remove(QStringLiteral("bound_host"));
@@ -327,7 +327,7 @@ void ServerTool::unbind(const ServerCommandLine &line)
 void ServerTool::setConfig(const ServerCommandLine &line)
 {
     const AgentConfig config(m_environment.isPrivileged() ? Paths::globalAgentConfig() : Paths::userAgentConfig());
-    config.set({{line.configKey(), line.configValue()}});
+    config.set({ { line.configKey(), line.configValue() } });
     Console::out(QStringLiteral("Set %1 in %2.\n").arg(line.configKey(), config.path()));
 }
 

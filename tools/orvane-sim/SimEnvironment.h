@@ -27,7 +27,10 @@ public:
     void adoptSysroot() const;
 
 private:
-    SimEnvironment(QString root, bool privileged) : m_root(std::move(root)), m_privileged(privileged) {}
+    SimEnvironment(QString root, bool privileged)
+        : m_root(std::move(root))
+        , m_privileged(privileged)
+    { }
 
     QString m_root;
     bool m_privileged;

@@ -1,8 +1,8 @@
 #include "StateStore.h"
 
-#include "server/PropertyList.h"
 #include "SeedData.h"
 #include "ToolFailure.h"
+#include "server/PropertyList.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,8 +10,8 @@
 void StateStore::ensureFolder() const
 {
     if (!QDir().mkpath(m_folder))
-        throw ToolFailure(ToolFailure::kRefused,
-                          QStringLiteral("Error: cannot create the state folder %1\n").arg(m_folder));
+        throw ToolFailure(
+            ToolFailure::kRefused, QStringLiteral("Error: cannot create the state folder %1\n").arg(m_folder));
 }
 
 void StateStore::ensureSeeded() const
@@ -35,6 +35,6 @@ void StateStore::write(const QString &name, const QVariantMap &contents) const
 {
     QString error;
     if (!PropertyList::writeFile(filePath(name), contents, true, &error))
-        throw ToolFailure(ToolFailure::kRefused,
-                          QStringLiteral("Error: cannot write %1: %2\n").arg(filePath(name), error));
+        throw ToolFailure(
+            ToolFailure::kRefused, QStringLiteral("Error: cannot write %1: %2\n").arg(filePath(name), error));
 }

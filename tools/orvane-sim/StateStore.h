@@ -16,7 +16,9 @@ public:
     static inline const QString kAgent = QStringLiteral("agent.plist");
     static inline const QString kFaults = QStringLiteral("faults.plist");
 
-    explicit StateStore(QString folder) : m_folder(std::move(folder)) {}
+    explicit StateStore(QString folder)
+        : m_folder(std::move(folder))
+    { }
 
     QString folder() const { return m_folder; }
     QString filePath(const QString &name) const { return m_folder + QLatin1Char('/') + name; }

@@ -14,7 +14,10 @@ public:
     // The server turned the user's credentials down.
     static constexpr int kAuthenticationFailed = 26;
 
-    ToolFailure(int status, QString message) : m_status(status), m_message(std::move(message)) {}
+    ToolFailure(int status, QString message)
+        : m_status(status)
+        , m_message(std::move(message))
+    { }
 
     int status() const { return m_status; }
     const QString &message() const { return m_message; }

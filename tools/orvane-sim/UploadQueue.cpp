@@ -19,8 +19,7 @@ constexpr double kFailingFraction = 0.5;
 UploadQueue::UploadQueue(const StateStore &store)
     : m_store(store)
     , m_uploads(store.read(StateStore::kUploads))
-{
-}
+{ }
 
 void UploadQueue::add(const QVariantMap &record)
 {

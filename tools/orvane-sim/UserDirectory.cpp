@@ -29,9 +29,9 @@ QVariantMap UserDirectory::makeAccount(const QByteArray &password, const QString
     QByteArray salt(16, Qt::Uninitialized);
     QRandomGenerator::system()->fillRange(reinterpret_cast<quint32 *>(salt.data()), salt.size() / 4);
     return {
-        {QStringLiteral("full_name"), fullName},
-        {QStringLiteral("salt"), QString::fromLatin1(salt.toHex())},
-        {QStringLiteral("password_sha256"), QString::fromLatin1(digest(salt, password).toHex())},
+        { QStringLiteral("full_name"), fullName },
+        { QStringLiteral("salt"), QString::fromLatin1(salt.toHex()) },
+        { QStringLiteral("password_sha256"), QString::fromLatin1(digest(salt, password).toHex()) },
     };
 }
 

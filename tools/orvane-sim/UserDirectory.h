@@ -10,7 +10,9 @@
 class UserDirectory final
 {
 public:
-    explicit UserDirectory(QVariantMap users) : m_users(std::move(users)) {}
+    explicit UserDirectory(QVariantMap users)
+        : m_users(std::move(users))
+    { }
 
     bool authenticate(const QString &user, const QByteArray &password) const;
 
