@@ -9,9 +9,9 @@
 #include "CaptureDevicesController.h"
 #include "CaptureDevicesControllerDelegate.h"
 #include "CaptureMovieFileOutput.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "server/PodcastJob.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "PodcastJob.h"
 
 #include <gst/gst.h>
 
@@ -100,7 +100,7 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
     qputenv("HOME", dir.path().toUtf8());
     qputenv("LUMEX_SYSROOT", dir.path().toUtf8());
-    LXUserDefaults::standard().setObject(dir.path(), LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(dir.path(), LXDefaultsKeys::LocalRecordSpoolPath.key);
 
     // Through the client.
     BenchController controller;

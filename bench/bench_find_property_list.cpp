@@ -1,7 +1,7 @@
 // Parsing a large workflow list the way the client receives it (progress text
 // followed by an XML property list) through findPropertyList, side by side
 // with libplist's own parse of the same bytes from "<?xml" on.
-#include "server/PropertyList.h"
+#include "PropertyList.h"
 
 #include <QElapsedTimer>
 #include <QUuid>

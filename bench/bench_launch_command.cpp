@@ -1,7 +1,7 @@
 // The cost of running the server tool through launchCommand, side by side
 // with a bare fork/exec/wait of the same program, and round trips per second
 // of a workflow query against the bundled simulator.
-#include "server/OrvaneServerInterface.h"
+#include "OrvaneServerInterface.h"
 
 #include <QDir>
 #include <QElapsedTimer>

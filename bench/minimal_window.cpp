@@ -1,6 +1,6 @@
 // The floor for the start-up benchmark: a bare Qt window that reports its
 // first paint the same way the application does.
-#include "server/ResidentMemory.h"
+#include "ResidentMemory.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -1,6 +1,6 @@
-#include "app/LXApplication.h"
-#include "app/LXController.h"
-#include "server/ResidentMemory.h"
+#include "LXApplication.h"
+#include "LXController.h"
+#include "ResidentMemory.h"
 
 #include <QWidget>
 

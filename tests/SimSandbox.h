@@ -2,7 +2,7 @@
 
 #include "TestSupport.h"
 
-#include "server/PropertyList.h"
+#include "PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>

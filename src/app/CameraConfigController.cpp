@@ -1,6 +1,6 @@
 #include "CameraConfigController.h"
 
-#include "views/LXPanelWindow.h"
+#include "LXPanelWindow.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

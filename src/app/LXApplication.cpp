@@ -1,6 +1,6 @@
 #include "LXApplication.h"
 
-#include "server/Log.h"
+#include "Log.h"
 
 #include <QLocale>
 #include <QPalette>

@@ -3,7 +3,7 @@
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXWorkflowMenu.h"
-#include "server/Format.h"
+#include "Format.h"
 
 #include <QLineEdit>
 #include <QPushButton>

@@ -3,19 +3,19 @@
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXWorkflowMenu.h"
-#include "app/CameraConfigController.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "prefs/PreferencesController.h"
-#include "server/Log.h"
-#include "transfers/TransfersController.h"
-#include "views/LXGlyphs.h"
-#include "views/LXPlaceholderLineEdit.h"
-#include "views/LXProgressSpinner.h"
-#include "views/LXPushView.h"
-#include "views/LXRecordButton.h"
-#include "views/LXSourceTile.h"
-#include "views/VKPopUpButton.h"
+#include "CameraConfigController.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "PreferencesController.h"
+#include "Log.h"
+#include "TransfersController.h"
+#include "LXGlyphs.h"
+#include "LXPlaceholderLineEdit.h"
+#include "LXProgressSpinner.h"
+#include "LXPushView.h"
+#include "LXRecordButton.h"
+#include "LXSourceTile.h"
+#include "VKPopUpButton.h"
 
 #include <QAction>
 #include <QApplication>
@@ -128,9 +128,7 @@ void LXController::awakeFromNib()
 
     m_recordingTime = std::make_unique<StopWatch>();
 
-    LXUserDefaults::standard().registerDefaults(
-        { { LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::kDefaultGlobalKeyCode },
-            { LXDefaultsKeys::GlobalKeyModifiers, LXDefaultsKeys::kDefaultGlobalKeyModifiers } });
+    LXUserDefaults::standard().registerDefaults(LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::GlobalKeyModifiers);
     PreferencesController::registerRecordPauseShortcutKey();
 
     LXNotificationCenter &center = LXNotificationCenter::defaultCenter();
@@ -384,7 +382,7 @@ void LXController::resetJobAndRecordingState()
 
     const QVariantList workflows = this->workflows();
     if (!workflows.isEmpty()) {
-        const QString previous = LXUserDefaults::standard().stringForKey(LXDefaultsKeys::PreviousWorkflowChosen);
+        const QString previous = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::PreviousWorkflowChosen);
         bool chosen = false;
         // Every match is taken, so the last workflow of that title wins.
         for (const QVariant &workflow : workflows) {
@@ -586,6 +584,11 @@ void LXController::localJobDidStop(const std::optional<Error> &error)
     }
     if (m_state == State::Submitted)
         tearDownLocalCameraAndMicrophone();
+}
+
+void LXController::updateSubmissionStatus()
+{
+    // Nothing is submitted yet, so there is no upload to follow.
 }
 
 void LXController::updateDockIcon()

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "LXLoginPanelController.h"
-#include "server/Error.h"
-#include "server/OrvaneServerInterface.h"
-#include "server/PodcastJob.h"
-#include "timing/StopWatch.h"
+#include "Error.h"
+#include "OrvaneServerInterface.h"
+#include "PodcastJob.h"
+#include "StopWatch.h"
 
 #include <QObject>
 #include <QPointer>
@@ -13,12 +13,12 @@
 #include <memory>
 #include <optional>
 
-#include "app/CameraConfigController.h"
-#include "capture/CaptureDevicesController.h"
-#include "capture/CaptureDevicesControllerDelegate.h"
-#include "capture/GLScreenGrabController.h"
-#include "prefs/PreferencesController.h"
-#include "transfers/TransfersController.h"
+#include "CameraConfigController.h"
+#include "CaptureDevicesController.h"
+#include "CaptureDevicesControllerDelegate.h"
+#include "GLScreenGrabController.h"
+#include "PreferencesController.h"
+#include "TransfersController.h"
 
 #include <QMessageBox>
 
@@ -30,7 +30,8 @@ class LXMainWindow;
 // credentials, the stop-watch and the secondary windows, and keeps the two
 // values everything else is derived from: the controller state and the
 // source mode. Main thread only.
-class LXController final : public QObject, public LXLoginPanelDelegate, public CaptureDevicesControllerDelegate
+class LXController final : public QObject, public LXLoginPanelDelegate, public CaptureDevicesControllerDelegate,
+                           public TransfersControllerDelegate
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(LXController)
@@ -150,6 +151,8 @@ public:
     void localJobDidStop(const std::optional<Error> &error) override;
 
     void updateDockIcon();
+    // Follows the upload of the current job after each poll of the queue.
+    void updateSubmissionStatus() override;
 
     // Secondary windows.
     void configureLocalCamera();

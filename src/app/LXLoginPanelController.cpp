@@ -1,9 +1,9 @@
 #include "LXLoginPanelController.h"
 
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
 #include "ui_LoginPanel.h"
-#include "views/LXProgressSpinner.h"
+#include "LXProgressSpinner.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -57,8 +57,8 @@ LXLoginPanelController::~LXLoginPanelController()
 void LXLoginPanelController::awakeFromNib()
 {
     LXUserDefaults &defaults = LXUserDefaults::standard();
-    const QString host = defaults.stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost);
-    QString user = defaults.stringForKey(LXDefaultsKeys::LoginPanelLastLoginUsername);
+    const QString host = defaults.valueForLumexKey(LXDefaultsKeys::LoginPanelLastLoginHost);
+    QString user = defaults.valueForLumexKey(LXDefaultsKeys::LoginPanelLastLoginUsername);
     if (user.isNull())
         user = currentLoginName();
     if (!host.isNull())
@@ -127,8 +127,8 @@ void LXLoginPanelController::doConnect()
     m_ui->progressIndicator->startAnimation();
     m_ui->progressField->setText(tr("Connecting…"));
     LXUserDefaults &defaults = LXUserDefaults::standard();
-    defaults.setObject(m_ui->hostnameField->text(), LXDefaultsKeys::LoginPanelLastLoginHost);
-    defaults.setObject(m_ui->usernameField->text(), LXDefaultsKeys::LoginPanelLastLoginUsername);
+    defaults.setValue(m_ui->hostnameField->text(), LXDefaultsKeys::LoginPanelLastLoginHost);
+    defaults.setValue(m_ui->usernameField->text(), LXDefaultsKeys::LoginPanelLastLoginUsername);
     defaults.synchronize();
     if (m_delegate)
         m_delegate->loginPanelDidClickConnect(this);

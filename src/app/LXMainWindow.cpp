@@ -1,14 +1,14 @@
 #include "LXMainWindow.h"
 
 #include "LXWorkflowMenu.h"
-#include "views/LXPlaceholderLineEdit.h"
-#include "views/LXPushView.h"
-#include "views/LXRecordButton.h"
-#include "views/LXSourceTile.h"
-#include "views/LXTimerBackgroundView.h"
-#include "views/VKColorBox.h"
-#include "views/VKMetalButton.h"
-#include "views/VKPopUpButton.h"
+#include "LXPlaceholderLineEdit.h"
+#include "LXPushView.h"
+#include "LXRecordButton.h"
+#include "LXSourceTile.h"
+#include "LXTimerBackgroundView.h"
+#include "VKColorBox.h"
+#include "VKMetalButton.h"
+#include "VKPopUpButton.h"
 
 #include <QAction>
 #include <QApplication>

@@ -2,10 +2,10 @@
 
 #include "CaptureDeviceRegistry.h"
 #include "QTCaptureDeviceAdditions.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "server/Log.h"
-#include "server/PodcastJob.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "Log.h"
+#include "PodcastJob.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -184,7 +184,7 @@ std::optional<Error> CaptureDevicesController::initAudioDevice(
 
 void CaptureDevicesController::initOutputFile()
 {
-    const QString spoolPath = LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LocalRecordSpoolPath);
+    const QString spoolPath = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath);
     // The time of set-up, not of the start of recording.
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
     const QString fileName = lxFormat(QStringLiteral("LocalVideo-%@.mov"), { stamp });

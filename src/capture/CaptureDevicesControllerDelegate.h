@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/Error.h"
+#include "Error.h"
 
 #include <memory>
 #include <optional>

@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-#include "server/Error.h"
+#include "Error.h"
 
 // Owning handles for the GLib and GStreamer C objects the capture layer
 // holds, so that every early return releases what it received.

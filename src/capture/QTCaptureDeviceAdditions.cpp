@@ -1,7 +1,7 @@
 #include "QTCaptureDeviceAdditions.h"
 
 #include "CaptureDeviceRegistry.h"
-#include "server/OrvaneServerInterface.h"
+#include "OrvaneServerInterface.h"
 
 namespace QTCaptureDeviceAdditions {
 

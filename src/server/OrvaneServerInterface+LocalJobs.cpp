@@ -4,8 +4,8 @@
 #include "Log.h"
 #include "Paths.h"
 #include "PropertyList.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -99,7 +99,7 @@ int32_t OrvaneServerInterface::startLocalJob(LocalMode mode, PodcastJob *job, Er
     setLocalAgentConfigValue(audioDevice, QStringLiteral("AudioDevice"));
     setLocalAgentConfigValue(videoDevice, QStringLiteral("VideoDevice"));
 
-    const QString spool = LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LocalRecordSpoolPath);
+    const QString spool = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath);
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
     const QString moviePath = spool + lxFormat(QStringLiteral("/%@"), { lxFormat(movieFileFormat(m), { stamp }) });
     // Stored before anything can fail, so a failed start still names its file.

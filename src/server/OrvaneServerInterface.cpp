@@ -4,45 +4,13 @@
 #include "Log.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
 
 #include <QMetaObject>
 
 #include <exception>
 #include <thread>
-
-void runOnWorkerThread(std::function<void()> work, std::function<void(const QString &)> onException)
-{
-    std::thread([work = std::move(work), onException = std::move(onException)] {
-        QString failure;
-        try {
-            work();
-            return;
-        } catch (const std::exception &e) {
-            failure = QString::fromLocal8Bit(e.what());
-        } catch (...) {
-            failure = QStringLiteral("unknown exception");
-        }
-        Log::format(QStringLiteral("Uncaught exception in a worker thread: %@"), { failure });
-        if (onException)
-            onException(failure);
-    }).detach();
-}
-
-void deliverOnMainThread(const QPointer<QObject> &context, std::function<void()> fn)
-{
-    QCoreApplication *app = QCoreApplication::instance();
-    if (!app)
-        return;
-    QMetaObject::invokeMethod(
-        app,
-        [context, fn = std::move(fn)] {
-            if (context)
-                fn();
-        },
-        Qt::QueuedConnection);
-}
 
 std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(
     const QVariantMap &credentials, const std::shared_ptr<PodcastJob> &job)
@@ -62,8 +30,7 @@ void OrvaneServerInterface::initialize()
 {
     static std::once_flag once;
     std::call_once(once, [] {
-        LXUserDefaults::standard().registerDefaults(
-            { { LXDefaultsKeys::LocalRecordSpoolPath, Paths::applicationSupport() } });
+        LXUserDefaults::standard().registerDefaults(LXDefaultsKeys::LocalRecordSpoolPath);
     });
 }
 

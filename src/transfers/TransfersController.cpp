@@ -1,7 +1,6 @@
 #include "TransfersController.h"
 
-#include "app/LXController.h"
-#include "views/LXPanelWindow.h"
+#include "LXPanelWindow.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "TransfersControllerDelegate.h"
+
 #include <QObject>
-#include <QPointer>
 
 #include <memory>
 
-class LXController;
 class LXPanelWindow;
 class QWidget;
 
@@ -19,8 +19,8 @@ public:
     explicit TransfersController(QObject *parent = nullptr);
     ~TransfersController() override;
 
-    LXController *controller() const { return m_controller; }
-    void setController(LXController *controller) { m_controller = controller; }
+    TransfersControllerDelegate *controller() const { return m_controller; }
+    void setController(TransfersControllerDelegate *controller) { m_controller = controller; }
     QWidget *window();
 
     // Starts following the upload queue while the window is shown.
@@ -30,6 +30,6 @@ signals:
     void windowWillClose();
 
 private:
-    QPointer<LXController> m_controller;
+    TransfersControllerDelegate *m_controller = nullptr;
     std::unique_ptr<LXPanelWindow> m_window;
 };

@@ -1,14 +1,14 @@
-#include "app/LXController.h"
-#include "app/LXLoginPanelController.h"
-#include "app/LXMainWindow.h"
-#include "app/LXNotificationCenter.h"
-#include "app/LXWorkflowMenu.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "server/Log.h"
-#include "views/LXProgressSpinner.h"
-#include "views/LXPushView.h"
-#include "views/LXSourceTile.h"
+#include "LXController.h"
+#include "LXLoginPanelController.h"
+#include "LXMainWindow.h"
+#include "LXNotificationCenter.h"
+#include "LXWorkflowMenu.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "Log.h"
+#include "LXProgressSpinner.h"
+#include "LXPushView.h"
+#include "LXSourceTile.h"
 
 #include "SimSandbox.h"
 
@@ -102,7 +102,7 @@ private slots:
     void init()
     {
         m_sim->clearFaults();
-        LXUserDefaults::standard().removeObject(LXDefaultsKeys::PreviousWorkflowChosen);
+        LXUserDefaults::standard().removeObject(LXDefaultsKeys::PreviousWorkflowChosen.key);
         m_controller = std::make_unique<LXController>();
         m_controller->awakeFromNib();
     }
@@ -120,13 +120,13 @@ private slots:
         QCOMPARE(m_controller->currentModeString(), QStringLiteral(""));
         QCOMPARE(m_controller->window()->contentBox->contentView(), m_controller->window()->sourceChooserView);
         QVERIFY(m_controller->loginPanel()->loginPanel()->isVisible());
-        QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyCode), 120);
-        QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyModifiers), 0x100000);
+        QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyCode.key), 120);
+        QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyModifiers.key), 0x100000);
     }
 
     void offersTheSystemLoginNameWhenNoneIsStored()
     {
-        LXUserDefaults::standard().removeObject(LXDefaultsKeys::LoginPanelLastLoginUsername);
+        LXUserDefaults::standard().removeObject(LXDefaultsKeys::LoginPanelLastLoginUsername.key);
         const QByteArray user = qgetenv("USER");
         qunsetenv("USER"); // the name must come from the password database
         LXUserLoginPanelController panel;
@@ -169,7 +169,7 @@ private slots:
         QCOMPARE(m_controller->selectedRemoteCameraPreviewUpdateTimer()->interval(), 5000);
         QVERIFY(m_controller->window()->videoTile->isEnabled());
         QCOMPARE(
-            LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost), SimSandbox::kServerHost);
+            LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key), SimSandbox::kServerHost);
     }
 
     void wrongPasswordShowsAuthenticationFailedOnThePanel()
@@ -460,7 +460,7 @@ private slots:
         signIn(QStringLiteral("lumex"));
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
         LXUserDefaults::standard().setObject(
-            QStringLiteral("Publish to Course Site"), LXDefaultsKeys::PreviousWorkflowChosen);
+            QStringLiteral("Publish to Course Site"), LXDefaultsKeys::PreviousWorkflowChosen.key);
         m_controller->resetJobAndRecordingState();
         QCOMPARE(
             m_controller->job()->workflow().value(QStringLiteral("name")).toString(), QStringLiteral("course-site-hd"));
@@ -470,7 +470,7 @@ private slots:
         // A reset stops the camera timers until the next sign-in.
         QVERIFY(!m_controller->remoteCameraSnapshotRefreshTimer());
         LXUserDefaults::standard().setObject(
-            QStringLiteral("No Such Workflow"), LXDefaultsKeys::PreviousWorkflowChosen);
+            QStringLiteral("No Such Workflow"), LXDefaultsKeys::PreviousWorkflowChosen.key);
         m_controller->resetJobAndRecordingState();
         QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("name")).toString(),
             QStringLiteral("lecture-capture"));

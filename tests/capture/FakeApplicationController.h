@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CaptureDevicesControllerDelegate.h"
-#include "server/PodcastJob.h"
+#include "PodcastJob.h"
 
 #include <QList>
 

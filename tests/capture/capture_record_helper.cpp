@@ -5,8 +5,8 @@
 
 #include "CaptureDevicesController.h"
 #include "FakeApplicationController.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
 
 #include <QCoreApplication>
 
@@ -21,7 +21,7 @@ int main(int argc, char **argv)
     }
     qputenv("LUMEX_CAPTURE_HARDWARE", "0");
     qputenv("LUMEX_TEST_DEVICES", "camera:cam1;microphone:mic1");
-    LXUserDefaults::standard().setObject(QString::fromLocal8Bit(argv[1]), LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(QString::fromLocal8Bit(argv[1]), LXDefaultsKeys::LocalRecordSpoolPath.key);
     FakeApplicationController controller;
     CaptureDevicesController devices;
     devices.setController(&controller);

@@ -7,11 +7,11 @@
 #include "InputDeviceMenu.h"
 #include "MovieInspection.h"
 #include "TestSupport.h"
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "server/Log.h"
-#include "server/Paths.h"
-#include "server/PropertyList.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "Log.h"
+#include "Paths.h"
+#include "PropertyList.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
@@ -65,7 +65,7 @@ void TestCaptureDevicesController::initTestCase()
         "camera:cam1:Test Camera;microphone:mic1:Test Microphone;muxed:dv1:Test Camcorder;broken:bad1");
     m_spool = m_sandbox->path() + QStringLiteral("/spool");
     QDir().mkpath(m_spool);
-    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
 }
 
 void TestCaptureDevicesController::cleanup()
@@ -173,11 +173,11 @@ void TestCaptureDevicesController::fileNameCarriesTheTimeOfSetUp()
     devices.setController(&app);
     app.theJob->setMovieFilePaths(
         QStringList { QStringLiteral("/earlier/one.mov"), QStringLiteral("/earlier/two.mov") });
-    LXUserDefaults::standard().setObject(m_spool + QLatin1Char('/'), LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(m_spool + QLatin1Char('/'), LXDefaultsKeys::LocalRecordSpoolPath.key);
     const QDateTime before = QDateTime::currentDateTime();
     devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
     const QDateTime after = QDateTime::currentDateTime();
-    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
     QVERIFY(devices.captureSession());
     QVERIFY(devices.captureSession()->isRunning());
     const QStringList paths = app.theJob->movieFilePaths().value_or(QStringList());
@@ -249,13 +249,13 @@ void TestCaptureDevicesController::stoppedRecordingKeepsAPausedFileAndReportsNil
     // A space in the folder, as in the default one: URLs are logged encoded.
     const QString spaced = m_sandbox->path() + QStringLiteral("/Application Support");
     QVERIFY(QDir().mkpath(spaced));
-    LXUserDefaults::standard().setObject(spaced, LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(spaced, LXDefaultsKeys::LocalRecordSpoolPath.key);
     Log::Capture log;
     CaptureDevicesController devices;
     FakeApplicationController app;
     devices.setController(&app);
     devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
-    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
     const QString path = app.theJob->movieFilePaths()->last();
     const QString url = QStringLiteral("file://") + QString(path).replace(QLatin1Char(' '), QStringLiteral("%20"));
     QVERIFY(url.contains(QStringLiteral("/Application%20Support/LocalVideo-")));

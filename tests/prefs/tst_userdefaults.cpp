@@ -1,7 +1,7 @@
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "server/Log.h"
-#include "server/PropertyList.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "Log.h"
+#include "PropertyList.h"
 
 #include "TestSupport.h"
 
@@ -28,39 +28,41 @@ private slots:
     void registeredDefaultsAreNeverWritten()
     {
         LXUserDefaults defaults(store(), kiosk());
-        defaults.registerDefaults({ { LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::kDefaultGlobalKeyCode } });
-        QCOMPARE(defaults.integerForKey(LXDefaultsKeys::GlobalKeyCode), 120);
-        defaults.setObject(QStringLiteral("host.example"), LXDefaultsKeys::LoginPanelLastLoginHost);
+        defaults.registerDefaults(LXDefaultsKeys::GlobalKeyCode);
+        QCOMPARE(defaults.integerForKey(LXDefaultsKeys::GlobalKeyCode.key), 120);
+        defaults.setObject(QStringLiteral("host.example"), LXDefaultsKeys::LoginPanelLastLoginHost.key);
 
         const QVariantMap onDisk = PropertyList::readFile(store()).toMap();
-        QCOMPARE(onDisk, (QVariantMap { { LXDefaultsKeys::LoginPanelLastLoginHost, QStringLiteral("host.example") } }));
+        QCOMPARE(
+            onDisk, (QVariantMap { { LXDefaultsKeys::LoginPanelLastLoginHost.key, QStringLiteral("host.example") } }));
 
         LXUserDefaults reopened(store(), kiosk());
-        QCOMPARE(reopened.stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost), QStringLiteral("host.example"));
-        QVERIFY(!reopened.objectForKey(LXDefaultsKeys::GlobalKeyCode).isValid());
+        QCOMPARE(reopened.stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key), QStringLiteral("host.example"));
+        QVERIFY(!reopened.objectForKey(LXDefaultsKeys::GlobalKeyCode.key).isValid());
 
-        reopened.removeObject(LXDefaultsKeys::LoginPanelLastLoginHost);
+        reopened.removeObject(LXDefaultsKeys::LoginPanelLastLoginHost.key);
         QVERIFY(PropertyList::readFile(store()).toMap().isEmpty());
     }
 
     void kioskForcesValuesAndIsReadAfreshEachTime()
     {
         LXUserDefaults defaults(store(), kiosk());
-        defaults.setObject(qint64(99), LXDefaultsKeys::GlobalKeyCode);
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode).toLongLong(), 99);
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
+        defaults.setObject(qint64(99), LXDefaultsKeys::GlobalKeyCode.key);
+        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 99);
+        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
 
         // Any value forces, even false or empty.
-        writeKiosk({ { LXDefaultsKeys::GlobalKeyCode, qint64(96) }, { LXDefaultsKeys::GlobalKeyModifiers, false } });
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode).toLongLong(), 96);
-        QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
-        QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyModifiers));
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath));
-        QCOMPARE(defaults.objectForKey(LXDefaultsKeys::GlobalKeyCode).toLongLong(), 99); // the user's value stays
+        writeKiosk(
+            { { LXDefaultsKeys::GlobalKeyCode.key, qint64(96) }, { LXDefaultsKeys::GlobalKeyModifiers.key, false } });
+        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 96);
+        QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
+        QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyModifiers.key));
+        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath.key));
+        QCOMPARE(defaults.objectForKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 99); // the user's value stays
 
         QFile::remove(kiosk());
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode).toLongLong(), 99);
+        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
+        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 99);
     }
 
     void damagedKioskFileForcesNothing_data()
@@ -85,9 +87,9 @@ private slots:
             QVERIFY(QDir().mkpath(kiosk()));
         }
         LXUserDefaults defaults(store(), kiosk());
-        defaults.registerDefaults({ { LXDefaultsKeys::GlobalKeyCode, 120 } });
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode));
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode).toInt(), 120);
+        defaults.registerDefaults(LXDefaultsKeys::GlobalKeyCode);
+        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
+        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toInt(), 120);
     }
 
     void damagedStoreCountsAsEmptyAndIsKept()
@@ -101,7 +103,7 @@ private slots:
         }
         Log::Capture log;
         LXUserDefaults defaults(store(), kiosk());
-        QVERIFY(!defaults.objectForKey(LXDefaultsKeys::LoginPanelLastLoginHost).isValid());
+        QVERIFY(!defaults.objectForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key).isValid());
         QVERIFY(!log.lines().isEmpty());
         QVERIFY(defaults.synchronize());
         {
@@ -109,8 +111,8 @@ private slots:
             QVERIFY(f.open(QIODevice::ReadOnly));
             QCOMPARE(f.readAll(), damaged);
         }
-        defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername);
-        QCOMPARE(PropertyList::readFile(store()).toMap().value(LXDefaultsKeys::LoginPanelLastLoginUsername),
+        defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername.key);
+        QCOMPARE(PropertyList::readFile(store()).toMap().value(LXDefaultsKeys::LoginPanelLastLoginUsername.key),
             QVariant(QStringLiteral("ann")));
         const QStringList aside
             = QDir(QFileInfo(store()).absolutePath()).entryList({ QStringLiteral("com.tarn.Lumex.plist.corrupt-*") });
@@ -125,8 +127,8 @@ private slots:
         QVERIFY(QDir().mkpath(store())); // a folder where the file should be
         Log::Capture log;
         LXUserDefaults defaults(store(), kiosk());
-        defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername);
-        QCOMPARE(defaults.stringForKey(LXDefaultsKeys::LoginPanelLastLoginUsername), QStringLiteral("ann"));
+        defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername.key);
+        QCOMPARE(defaults.stringForKey(LXDefaultsKeys::LoginPanelLastLoginUsername.key), QStringLiteral("ann"));
         QVERIFY(!defaults.synchronize());
         QVERIFY(!log.lines().isEmpty());
         QVERIFY(QFileInfo(store()).isDir());
@@ -136,7 +138,7 @@ private slots:
     {
         LXUserDefaults defaults(store(), kiosk());
         defaults.setObject(QVariantMap { { QStringLiteral("isLocalRecording"), true } },
-            LXDefaultsKeys::lastDeviceSelectionFor(QStringLiteral("Video")));
+            LXDefaultsKeys::lastDeviceSelectionFor(QStringLiteral("Video")).key);
         QCOMPARE(defaults.dictionaryForKey(QStringLiteral("lastDeviceSelectionForVideo")).value("isLocalRecording"),
             QVariant(true));
         QVERIFY(defaults.stringForKey(QStringLiteral("lastDeviceSelectionForVideo")).isNull());

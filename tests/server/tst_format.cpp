@@ -1,6 +1,6 @@
-#include "server/Error.h"
-#include "server/Format.h"
-#include "server/Log.h"
+#include "Error.h"
+#include "Format.h"
+#include "Log.h"
 
 #include <QtTest>
 #include <thread>

@@ -4,10 +4,10 @@
 
 #include "SimSandbox.h"
 
-#include "prefs/LXDefaultsKeys.h"
-#include "prefs/LXUserDefaults.h"
-#include "server/Log.h"
-#include "server/OrvaneServerInterface.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "Log.h"
+#include "OrvaneServerInterface.h"
 
 #include <QRegularExpression>
 #include <QThread>
@@ -95,7 +95,7 @@ void TestLocalJobs::cleanup()
     if (m_job && m_job->localAgentTask())
         m_job->localAgentTask()->terminate();
     m_job.reset();
-    LXUserDefaults::standard().removeObject(LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().removeObject(LXDefaultsKeys::LocalRecordSpoolPath.key);
 }
 
 void TestLocalJobs::startConfiguresAgentAndRecords_data()
@@ -275,7 +275,7 @@ void TestLocalJobs::spoolFolderCannotBeMade()
     const QString blocker = m_sim->path() + QStringLiteral("/blocker");
     QVERIFY(SimSandbox::writeFile(blocker, "a file, not a folder"));
     const QString spoolPath = blocker + QStringLiteral("/spool");
-    LXUserDefaults::standard().setObject(spoolPath, LXDefaultsKeys::LocalRecordSpoolPath);
+    LXUserDefaults::standard().setObject(spoolPath, LXDefaultsKeys::LocalRecordSpoolPath.key);
 
     auto interface = makeInterface();
     Error error;

@@ -1,4 +1,4 @@
-#include "server/Paths.h"
+#include "Paths.h"
 
 #include "TestSupport.h"
 

@@ -1,6 +1,6 @@
-#include "server/Log.h"
-#include "server/PodcastJob.h"
-#include "server/PropertyList.h"
+#include "Log.h"
+#include "PodcastJob.h"
+#include "PropertyList.h"
 
 #include "TestSupport.h"
 

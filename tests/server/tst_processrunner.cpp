@@ -4,9 +4,9 @@
 
 #include "SimSandbox.h"
 
-#include "server/Log.h"
-#include "server/OrvaneServerInterface.h"
-#include "server/ProcessRunner.h"
+#include "Log.h"
+#include "OrvaneServerInterface.h"
+#include "ProcessRunner.h"
 
 #include <QSignalSpy>
 #include <QThread>

@@ -1,4 +1,4 @@
-#include "server/PropertyList.h"
+#include "PropertyList.h"
 
 #include "TestSupport.h"
 

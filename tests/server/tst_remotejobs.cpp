@@ -5,8 +5,8 @@
 
 #include "SimSandbox.h"
 
-#include "server/Log.h"
-#include "server/OrvaneServerInterface.h"
+#include "Log.h"
+#include "OrvaneServerInterface.h"
 
 #include <QJsonDocument>
 #include <QRegularExpression>

@@ -4,8 +4,8 @@
 
 #include "SimSandbox.h"
 
-#include "server/Log.h"
-#include "server/OrvaneServerInterface.h"
+#include "Log.h"
+#include "OrvaneServerInterface.h"
 
 #include <QThread>
 #include <QTimer>

@@ -2,7 +2,7 @@
 // processes, real argument vectors, the password on standard input, and
 // property lists read back from the tools' output and state files.
 
-#include "server/PropertyList.h"
+#include "PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,4 +1,4 @@
-#include "timing/StopWatch.h"
+#include "StopWatch.h"
 
 #include <QtTest>
 

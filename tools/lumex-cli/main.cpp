@@ -1,9 +1,9 @@
 // lumex-cli: every server operation from a shell, over the same interface the
 // application uses. The password, where a command sends one, is the first
 // line of standard input.
-#include "server/OrvaneServerInterface.h"
-#include "server/ProcessRunner.h"
-#include "server/PropertyList.h"
+#include "OrvaneServerInterface.h"
+#include "ProcessRunner.h"
+#include "PropertyList.h"
 
 #include <QCoreApplication>
 #include <QFile>

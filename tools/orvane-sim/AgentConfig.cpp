@@ -1,7 +1,7 @@
 #include "AgentConfig.h"
 
 #include "ToolFailure.h"
-#include "server/PropertyList.h"
+#include "PropertyList.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -5,7 +5,7 @@
 #include "FaultFile.h"
 #include "StateLock.h"
 #include "ToolFailure.h"
-#include "server/Paths.h"
+#include "Paths.h"
 
 #include <QDateTime>
 

@@ -6,7 +6,7 @@
 #include "Console.h"
 #include "FaultFile.h"
 #include "ToolFailure.h"
-#include "server/Paths.h"
+#include "Paths.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

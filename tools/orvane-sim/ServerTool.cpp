@@ -8,8 +8,8 @@
 #include "ToolFailure.h"
 #include "UploadQueue.h"
 #include "UserDirectory.h"
-#include "server/Paths.h"
-#include "server/PropertyList.h"
+#include "Paths.h"
+#include "PropertyList.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "SimEnvironment.h"
 
-#include "server/Paths.h"
+#include "Paths.h"
 
 #include <QFileInfo>
 

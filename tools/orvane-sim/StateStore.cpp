@@ -2,7 +2,7 @@
 
 #include "SeedData.h"
 #include "ToolFailure.h"
-#include "server/PropertyList.h"
+#include "PropertyList.h"
 
 #include <QDir>
 #include <QFileInfo>

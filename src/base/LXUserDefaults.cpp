@@ -1,8 +1,8 @@
 #include "LXUserDefaults.h"
 
-#include "server/Log.h"
-#include "server/Paths.h"
-#include "server/PropertyList.h"
+#include "Log.h"
+#include "Paths.h"
+#include "PropertyList.h"
 
 #include <QDateTime>
 #include <QDir>

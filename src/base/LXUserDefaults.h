@@ -1,10 +1,13 @@
 #pragma once
 
+#include "LXDefaultsKeys.h"
+
 #include <QString>
 #include <QVariant>
 #include <QVariantMap>
 
 #include <mutex>
+#include <type_traits>
 
 // The per-user defaults store: a property-list file written atomically on
 // every change, registered defaults kept in memory only, and the
@@ -45,6 +48,39 @@ public:
     // True when the kiosk file holds the key, whatever its value. Linux has no
     // managed-settings source beyond it.
     bool objectIsForcedForLumexKey(const QString &key) const;
+
+    // A setting of the application's domain, read through
+    // objectForLumexKey so the kiosk file forces it everywhere.
+    template<typename T>
+    T valueForLumexKey(const LXSetting<T> &setting) const
+    {
+        const QVariant value = objectForLumexKey(setting.key);
+        if constexpr (std::is_same_v<T, QString>)
+            return value.typeId() == QMetaType::QString ? value.toString() : QString();
+        else if constexpr (std::is_same_v<T, QVariantMap>)
+            return value.toMap();
+        else
+            return value.toLongLong();
+    }
+    template<typename T>
+    bool isForced(const LXSetting<T> &setting) const
+    {
+        return objectIsForcedForLumexKey(setting.key);
+    }
+    template<typename T>
+    void setValue(const QVariant &value, const LXSetting<T> &setting)
+    {
+        setObject(value, setting.key);
+    }
+
+    // Registers the defaults of `settings` (those that have one).
+    template<typename... T>
+    void registerDefaults(const LXSetting<T> &...settings)
+    {
+        QVariantMap defaults;
+        ((settings.registeredDefault ? void(defaults.insert(settings.key, settings.registeredDefault())) : void()), ...);
+        registerDefaults(defaults);
+    }
 
     QString storePath() const { return m_storePath; }
 
