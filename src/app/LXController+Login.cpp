@@ -1,9 +1,9 @@
 #include "LXController.h"
 
+#include "Format.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXWorkflowMenu.h"
-#include "Format.h"
 
 #include <QLineEdit>
 #include <QPushButton>

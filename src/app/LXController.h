@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LXLoginPanelController.h"
 #include "Error.h"
+#include "LXLoginPanelController.h"
 #include "OrvaneServerInterface.h"
 #include "PodcastJob.h"
 #include "StopWatch.h"
@@ -30,7 +30,9 @@ class LXMainWindow;
 // credentials, the stop-watch and the secondary windows, and keeps the two
 // values everything else is derived from: the controller state and the
 // source mode. Main thread only.
-class LXController final : public QObject, public LXLoginPanelDelegate, public CaptureDevicesControllerDelegate,
+class LXController final : public QObject,
+                           public LXLoginPanelDelegate,
+                           public CaptureDevicesControllerDelegate,
                            public TransfersControllerDelegate
 {
     Q_OBJECT

@@ -1,9 +1,9 @@
 #include "LXLoginPanelController.h"
 
 #include "LXDefaultsKeys.h"
+#include "LXProgressSpinner.h"
 #include "LXUserDefaults.h"
 #include "ui_LoginPanel.h"
-#include "LXProgressSpinner.h"
 
 #include <QDialog>
 #include <QLineEdit>

@@ -1,11 +1,11 @@
 #include "LXMainWindow.h"
 
-#include "LXWorkflowMenu.h"
 #include "LXPlaceholderLineEdit.h"
 #include "LXPushView.h"
 #include "LXRecordButton.h"
 #include "LXSourceTile.h"
 #include "LXTimerBackgroundView.h"
+#include "LXWorkflowMenu.h"
 #include "VKColorBox.h"
 #include "VKMetalButton.h"
 #include "VKPopUpButton.h"

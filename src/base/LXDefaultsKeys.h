@@ -10,8 +10,7 @@
 // value is read as (T: qint64, QString or QVariantMap) and its registered
 // default, computed when registered (none when null). Registered defaults
 // are fallbacks only and never written to the store.
-template<typename T>
-struct LXSetting
+template<typename T> struct LXSetting
 {
     QString key;
     QVariant (*registeredDefault)() = nullptr;

@@ -51,8 +51,7 @@ public:
 
     // A setting of the application's domain, read through
     // objectForLumexKey so the kiosk file forces it everywhere.
-    template<typename T>
-    T valueForLumexKey(const LXSetting<T> &setting) const
+    template<typename T> T valueForLumexKey(const LXSetting<T> &setting) const
     {
         const QVariant value = objectForLumexKey(setting.key);
         if constexpr (std::is_same_v<T, QString>)
@@ -62,23 +61,21 @@ public:
         else
             return value.toLongLong();
     }
-    template<typename T>
-    bool isForced(const LXSetting<T> &setting) const
+    template<typename T> bool isForced(const LXSetting<T> &setting) const
     {
         return objectIsForcedForLumexKey(setting.key);
     }
-    template<typename T>
-    void setValue(const QVariant &value, const LXSetting<T> &setting)
+    template<typename T> void setValue(const QVariant &value, const LXSetting<T> &setting)
     {
         setObject(value, setting.key);
     }
 
     // Registers the defaults of `settings` (those that have one).
-    template<typename... T>
-    void registerDefaults(const LXSetting<T> &...settings)
+    template<typename... T> void registerDefaults(const LXSetting<T> &...settings)
     {
         QVariantMap defaults;
-        ((settings.registeredDefault ? void(defaults.insert(settings.key, settings.registeredDefault())) : void()), ...);
+        ((settings.registeredDefault ? void(defaults.insert(settings.key, settings.registeredDefault())) : void()),
+            ...);
         registerDefaults(defaults);
     }
 

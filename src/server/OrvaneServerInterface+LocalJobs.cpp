@@ -1,11 +1,11 @@
 #include "OrvaneServerInterface.h"
 
 #include "Format.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
 #include "Log.h"
 #include "Paths.h"
 #include "PropertyList.h"
-#include "LXDefaultsKeys.h"
-#include "LXUserDefaults.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,11 +1,11 @@
 #include "OrvaneServerInterface.h"
 
 #include "Format.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
 #include "Log.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
-#include "LXDefaultsKeys.h"
-#include "LXUserDefaults.h"
 
 #include <QMetaObject>
 
@@ -29,9 +29,7 @@ OrvaneServerInterface::~OrvaneServerInterface() = default;
 void OrvaneServerInterface::initialize()
 {
     static std::once_flag once;
-    std::call_once(once, [] {
-        LXUserDefaults::standard().registerDefaults(LXDefaultsKeys::LocalRecordSpoolPath);
-    });
+    std::call_once(once, [] { LXUserDefaults::standard().registerDefaults(LXDefaultsKeys::LocalRecordSpoolPath); });
 }
 
 #define LX_INTERFACE_ACCESSORS(Type, getter, setter, member)                                                           \

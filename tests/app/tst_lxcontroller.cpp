@@ -1,14 +1,14 @@
 #include "LXController.h"
+#include "LXDefaultsKeys.h"
 #include "LXLoginPanelController.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
-#include "LXWorkflowMenu.h"
-#include "LXDefaultsKeys.h"
-#include "LXUserDefaults.h"
-#include "Log.h"
 #include "LXProgressSpinner.h"
 #include "LXPushView.h"
 #include "LXSourceTile.h"
+#include "LXUserDefaults.h"
+#include "LXWorkflowMenu.h"
+#include "Log.h"
 
 #include "SimSandbox.h"
 
@@ -168,8 +168,8 @@ private slots:
         QVERIFY(m_controller->remoteCameraSnapshotRefreshTimer()->isActive());
         QCOMPARE(m_controller->selectedRemoteCameraPreviewUpdateTimer()->interval(), 5000);
         QVERIFY(m_controller->window()->videoTile->isEnabled());
-        QCOMPARE(
-            LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key), SimSandbox::kServerHost);
+        QCOMPARE(LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key),
+            SimSandbox::kServerHost);
     }
 
     void wrongPasswordShowsAuthenticationFailedOnThePanel()

@@ -5,13 +5,13 @@
 #include "CaptureDevicesController.h"
 #include "FakeApplicationController.h"
 #include "InputDeviceMenu.h"
-#include "MovieInspection.h"
-#include "TestSupport.h"
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
 #include "Log.h"
+#include "MovieInspection.h"
 #include "Paths.h"
 #include "PropertyList.h"
+#include "TestSupport.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>

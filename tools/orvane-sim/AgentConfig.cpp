@@ -1,7 +1,7 @@
 #include "AgentConfig.h"
 
-#include "ToolFailure.h"
 #include "PropertyList.h"
+#include "ToolFailure.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,9 +3,9 @@
 #include "AgentConfig.h"
 #include "Console.h"
 #include "FaultFile.h"
+#include "Paths.h"
 #include "StateLock.h"
 #include "ToolFailure.h"
-#include "Paths.h"
 
 #include <QDateTime>
 

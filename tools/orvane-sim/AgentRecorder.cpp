@@ -5,8 +5,8 @@
 #include "CaptureMovieFileOutput.h"
 #include "Console.h"
 #include "FaultFile.h"
-#include "ToolFailure.h"
 #include "Paths.h"
+#include "ToolFailure.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

@@ -3,13 +3,13 @@
 #include "AgentConfig.h"
 #include "Console.h"
 #include "FaultFile.h"
+#include "Paths.h"
+#include "PropertyList.h"
 #include "RemoteCameras.h"
 #include "StateLock.h"
 #include "ToolFailure.h"
 #include "UploadQueue.h"
 #include "UserDirectory.h"
-#include "Paths.h"
-#include "PropertyList.h"
 
 #include <QDateTime>
 #include <QDir>

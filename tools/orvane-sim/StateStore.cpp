@@ -1,8 +1,8 @@
 #include "StateStore.h"
 
+#include "PropertyList.h"
 #include "SeedData.h"
 #include "ToolFailure.h"
-#include "PropertyList.h"
 
 #include <QDir>
 #include <QFileInfo>
