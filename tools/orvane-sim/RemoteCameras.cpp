@@ -2,6 +2,7 @@
 
 #include "ToolFailure.h"
 
+#include <QFile>
 #include <QUrl>
 
 namespace {
@@ -29,6 +30,17 @@ RemoteCameras::RemoteCameras(const StateStore &store)
     m_agentCamera = agent.value(QStringLiteral("bound_camera")).toString();
     m_agentRunning = agent.value(QStringLiteral("running")).toBool();
     m_sessions = store.read(StateStore::kRecordings);
+    QFile portFile(store.filePath(StateStore::kPreviewPort));
+    if (portFile.open(QIODevice::ReadOnly)) {
+        const uint port = portFile.readAll().trimmed().toUInt();
+        if (port > 0 && port < 65536)
+            m_previewPort = quint16(port);
+    }
+}
+
+double RemoteCameras::previewRequestedAt(const QString &name) const
+{
+    return session(name).value(kPreviewRequestedAt).toDouble();
 }
 
 bool RemoteCameras::contains(const QString &name) const
@@ -67,7 +79,8 @@ QVariantList RemoteCameras::listing() const
         // The snapshot server decodes the name again; spaces must not reach
         // the URL as they are.
         camera.insert(QStringLiteral("preview_url"),
-            QStringLiteral("https://127.0.0.1:8171/preview/%1.jpg")
+            QStringLiteral("https://127.0.0.1:%1/preview/%2.jpg")
+                .arg(m_previewPort)
                 .arg(QString::fromLatin1(QUrl::toPercentEncoding(name))));
         cameras.append(camera);
     }

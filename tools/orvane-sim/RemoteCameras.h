@@ -13,7 +13,12 @@ class RemoteCameras final
 public:
     explicit RemoteCameras(const StateStore &store);
 
+    // Where "preview_url" points when no snapshot host has recorded its port.
+    static constexpr quint16 kDefaultPreviewPort = 8171;
+
     bool contains(const QString &name) const;
+    // When the camera was last asked for a new snapshot (0: never).
+    double previewRequestedAt(const QString &name) const;
 
     // The "cameras" array of "--listcameras".
     QVariantList listing() const;
@@ -47,4 +52,5 @@ private:
     QString m_agentCamera;
     bool m_agentRunning = false;
     QVariantMap m_sessions;
+    quint16 m_previewPort = kDefaultPreviewPort;
 };

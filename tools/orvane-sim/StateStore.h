@@ -15,6 +15,8 @@ public:
     static inline const QString kUploads = QStringLiteral("uploads.plist");
     static inline const QString kAgent = QStringLiteral("agent.plist");
     static inline const QString kFaults = QStringLiteral("faults.plist");
+    // The snapshot host's port, written by orvxpreviewd (plain text).
+    static inline const QString kPreviewPort = QStringLiteral("preview-port");
 
     explicit StateStore(QString folder)
         : m_folder(std::move(folder))
