@@ -5,6 +5,7 @@
 #include "LXProgressSpinner.h"
 #include "LXUserDefaults.h"
 #include "LXWorkflowMenu.h"
+#include "LocalAgentTask.h"
 #include "Log.h"
 
 #include "SimSandbox.h"
@@ -88,6 +89,9 @@ class TestLXController : public QObject
 private slots:
     void initTestCase()
     {
+        // The local agent records from a test microphone, never from hardware.
+        qputenv("LUMEX_CAPTURE_HARDWARE", "0");
+        qputenv("LUMEX_TEST_DEVICES", "microphone:mic1");
         m_sim = std::make_unique<SimSandbox>();
         QVERIFY(m_sim->installTools());
     }
@@ -285,6 +289,58 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(terminate.size(), 1, LXController::kQuitCancelTimeoutMs + 2000);
         QTest::qWait(100);
         QCOMPARE(terminate.size(), 1);
+    }
+
+    void quitCancelsTheRecordingBeforeTheProcessEnds_data()
+    {
+        QTest::addColumn<bool>("local");
+        QTest::newRow("remote camera") << false;
+        QTest::newRow("local agent") << true;
+    }
+
+    void quitCancelsTheRecordingBeforeTheProcessEnds()
+    {
+        QFETCH(bool, local);
+        signIn(QStringLiteral("lumex"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
+        // Started through the server interface, so the simulator or the agent really records.
+        const std::shared_ptr<PodcastJob> job = m_controller->job();
+        const QString camera = QStringLiteral("Studio 2");
+        m_controller->setLocalRecordingChosen(local);
+        m_controller->setJobCamera({ { QStringLiteral("name"), camera } });
+        m_controller->setJobLocalAudioDeviceName(QStringLiteral("test:mic1"));
+        Error error;
+        const auto start
+            = local ? &OrvaneServerInterface::startLocalAudioJob : &OrvaneServerInterface::startRemoteVideoJob;
+        QCOMPARE((m_controller->server().get()->*start)(job.get(), &error), 0);
+        const std::shared_ptr<LocalAgentTask> agent = job->localAgentTask();
+        // What the recording tool has heard of the recording.
+        auto heard = [&] {
+            if (!local) {
+                const QVariant recordings = PropertyList::readFile(m_sim->state(QStringLiteral("recordings.plist")));
+                return recordings.toMap().value(camera).toMap().value(QStringLiteral("state")).toString();
+            }
+            if (job->localAgentTask())
+                return QString::fromLatin1(agent->isRunning() ? "recording" : "ended");
+            return QString::fromLatin1(QFile::exists(job->movieFilePaths()->last()) ? "stopped" : "cancelled");
+        };
+        QCOMPARE(heard(), QStringLiteral("recording"));
+        m_controller->sourceClicked(local ? Mode::Audio : Mode::Video);
+        m_controller->setState(State::Recording);
+
+        QString heardAtEnd;
+        connect(m_controller.get(), &LXController::terminateRequested, this, [&] { heardAtEnd = heard(); });
+        QSignalSpy terminate(m_controller.get(), &LXController::terminateRequested);
+        Log::Capture log;
+        m_controller->requestQuit();
+        confirmQuit();
+        QTRY_COMPARE_WITH_TIMEOUT(terminate.size(), 1, LXController::kQuitCancelTimeoutMs + 2000);
+        QCOMPARE(heardAtEnd, local ? QStringLiteral("cancelled") : QStringLiteral("idle"));
+        QVERIFY(log.lines().filter(QStringLiteral("while quitting failed")).isEmpty());
+        if (local) { // only SIGTERM makes the agent finish with status 0
+            QTRY_VERIFY_WITH_TIMEOUT(!agent->isRunning(), 20000);
+            QCOMPARE(agent->terminationStatus(), 0);
+        }
     }
 
     void closingTheWindowQuitsOnlyWithoutThePanel()
