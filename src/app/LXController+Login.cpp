@@ -3,10 +3,8 @@
 #include "Format.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
-#include "LXWorkflowMenu.h"
 
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTimer>
 
 void LXController::showLoginPanel()
@@ -86,18 +84,18 @@ void LXController::fillWorkflowMenu()
 {
     if (!m_window)
         return;
-    LXWorkflowMenu *menu = m_window->workflowMenu;
-    menu->clear();
+    QStringList titles;
+    for (const QVariant &workflow : workflows())
+        titles << workflow.toMap().value(QStringLiteral("titleAndDescription")).toString();
+    m_window->setWorkflows(titles);
+    updateWorkflowPopUp();
+}
+
+void LXController::chooseWorkflow(int index)
+{
     const QVariantList list = workflows();
-    for (int i = 0; i < list.size(); ++i) {
-        const QVariantMap workflow = list.at(i).toMap();
-        QAction *item = menu->insertItemWithTitle(workflow.value(QStringLiteral("titleAndDescription")).toString(), i);
-        connect(item, &QAction::triggered, this, [this, workflow] {
-            if (m_job)
-                m_job->setWorkflow(workflow);
-            updateWorkflowPopUp();
-        });
-    }
+    if (m_job && index >= 0 && index < list.size())
+        m_job->setWorkflow(list.at(index).toMap());
     updateWorkflowPopUp();
 }
 
@@ -135,7 +133,6 @@ void LXController::didGetCameras(const std::optional<QVariantList> &cameras, con
 void LXController::userDidConnectWithNotice(const QVariant &)
 {
     m_connected = true;
-    m_window->signInMenuItem->setEnabled(false); // a new sign-in starts from a new recording
     m_window->setConnected(true, m_currentCredentials.value(QStringLiteral("user")).toString(),
         m_currentCredentials.value(QStringLiteral("server")).toString());
     m_window->show();

@@ -1,26 +1,25 @@
 #pragma once
 
+#include "CameraConfigController.h"
+#include "CaptureDevicesController.h"
+#include "CaptureDevicesControllerDelegate.h"
 #include "Error.h"
+#include "GLScreenGrabController.h"
 #include "LXLoginPanelController.h"
 #include "OrvaneServerInterface.h"
 #include "PodcastJob.h"
+#include "PreferencesController.h"
 #include "StopWatch.h"
+#include "TransfersController.h"
+#include "TransfersControllerDelegate.h"
 
+#include <QMessageBox>
 #include <QObject>
 #include <QPointer>
 #include <QVariantMap>
 
 #include <memory>
 #include <optional>
-
-#include "CameraConfigController.h"
-#include "CaptureDevicesController.h"
-#include "CaptureDevicesControllerDelegate.h"
-#include "GLScreenGrabController.h"
-#include "PreferencesController.h"
-#include "TransfersController.h"
-
-#include <QMessageBox>
 
 class QTimer;
 class LXMainWindow;
@@ -30,6 +29,11 @@ class LXMainWindow;
 // credentials, the stop-watch and the secondary windows, and keeps the two
 // values everything else is derived from: the controller state and the
 // source mode. Main thread only.
+//
+// One class over several files, each holding one area of behaviour:
+// LXController.cpp (construction, state and mode, the derived properties and
+// the table of what they depend on, the job reset), +Login, +Sources,
+// +Recording, +Alerts, +Windows (secondary windows) and +Quit.
 class LXController final : public QObject,
                            public LXLoginPanelDelegate,
                            public CaptureDevicesControllerDelegate,
@@ -69,6 +73,7 @@ public:
     // NoSource, defaults registered, notices observed, login panel shown.
     void awakeFromNib();
 
+    // State, mode and what is derived from them.
     State state() const { return m_state; }
     void setState(State state);
     Mode mode() const { return m_mode; }
@@ -95,6 +100,8 @@ public:
     // properties that depend on them are announced.
     void setJobCamera(const QVariantMap &camera);
     void setJobLocalAudioDeviceName(const QString &name);
+    void resetJobAndRecordingState();
+    void updateDockIcon();
 
     std::shared_ptr<OrvaneServerInterface> server() const { return m_server; }
     QVariantMap currentCredentials() const { return m_currentCredentials; }
@@ -114,11 +121,42 @@ public:
     CaptureDevicesController *captureDevicesController() const { return m_captureDevicesController; }
     GLScreenGrabController *screenGrabController() const { return m_screenGrabController.get(); }
 
-    void resetJobAndRecordingState();
+    // Login (+Login).
+    void showLoginPanel();
+    void loginPanelDidClickConnect(LXLoginPanelController *panel) override;
+    void loginToServer();
+    void didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error);
+    void didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error);
+    void userDidConnectWithNotice(const QVariant &credentials);
+    QVariantList workflows() const;
+    void refreshAllCameraPreviewImages();
+    void requestPreviewUpdateOfSelectedRemoteCamera();
+
+    // Sources and devices (+Sources).
+    void sourceClicked(Mode mode);
+    void rebuildInputDevicesList() override;
+    void tearDownLocalCameraAndMicrophone();
+
+    // The job's answers (+Recording).
+    void jobDidPause(const std::optional<Error> &error);
+    void jobDidResume(const std::optional<Error> &error);
+    void jobDidStop(const std::optional<Error> &error);
+    void localJobDidStop(const std::optional<Error> &error) override;
+    // Follows the upload of the current job after each poll of the queue.
+    void updateSubmissionStatus() override;
+
+    // Alerts (+Alerts).
     void alertUserToError(const Error &error) override;
     void alertDidEnd();
 
-    // Quitting.
+    // Secondary windows (+Windows).
+    void configureLocalCamera();
+    void cameraConfigWindowClosed();
+    void showPreferencesWindow();
+    void showTransfersWindow();
+    void transfersWindowClosed();
+
+    // Quitting (+Quit).
     bool applicationShouldTerminateAfterLastWindowClosed() const;
     TerminateReply applicationShouldTerminate();
     void quitWarningSheetDidEnd(int returnCode);
@@ -127,41 +165,6 @@ public:
     QMessageBox *quitWarningSheet() const { return m_quitSheet; }
     // How long quitting waits for the recording's cancel to be answered.
     static constexpr int kQuitCancelTimeoutMs = 5000;
-
-    // Login.
-    void showLoginPanel();
-    void loginPanelDidClickConnect(LXLoginPanelController *panel) override;
-    void loginToServer();
-    void didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error);
-    void didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error);
-    void userDidConnectWithNotice(const QVariant &credentials);
-    QVariantList workflows() const;
-
-    // Remote cameras.
-    void refreshAllCameraPreviewImages();
-    void requestPreviewUpdateOfSelectedRemoteCamera();
-
-    // Sources and devices.
-    void sourceClicked(Mode mode);
-    void rebuildInputDevicesList() override;
-    void tearDownLocalCameraAndMicrophone();
-
-    // Job callbacks.
-    void jobDidPause(const std::optional<Error> &error);
-    void jobDidResume(const std::optional<Error> &error);
-    void jobDidStop(const std::optional<Error> &error);
-    void localJobDidStop(const std::optional<Error> &error) override;
-
-    void updateDockIcon();
-    // Follows the upload of the current job after each poll of the queue.
-    void updateSubmissionStatus() override;
-
-    // Secondary windows.
-    void configureLocalCamera();
-    void cameraConfigWindowClosed();
-    void showPreferencesWindow();
-    void showTransfersWindow();
-    void transfersWindowClosed();
 
 signals:
     void stateChanged();
@@ -184,17 +187,17 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // Quits when no window is left and the application may end with its
-    // last window.
-    void maybeLastWindowClosed();
-    void updateWorkflowPopUp();
     // Emits the change signal of every derived property that depends on `key`.
     void announceDependents(const char *key);
     void observeValueForKeyPath(const char *keyPath);
-    void showPage(QWidget *page);
     void updateBoundControls();
+    void updateWorkflowPopUp();
     void fillWorkflowMenu();
+    void chooseWorkflow(int index);
     QWidget *alertParent() const;
+    // Quits when no window is left and the application may end with its
+    // last window.
+    void maybeLastWindowClosed();
 
     std::unique_ptr<LXMainWindow> m_window;
     QPointer<LXUserLoginPanelController> m_loginPanel;

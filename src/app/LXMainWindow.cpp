@@ -11,7 +11,6 @@
 #include "VKPopUpButton.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -42,6 +41,45 @@ QLabel *subtle(const QString &text, QWidget *parent)
     return label;
 }
 
+QLabel *fieldLabel(const QString &text, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setStyleSheet(QStringLiteral("color: #d8d8de;"));
+    return label;
+}
+
+// Names a control for tests (object name) and for screen readers.
+template<typename W> W *named(W *widget, const char *objectName, const QString &accessibleName)
+{
+    widget->setObjectName(QLatin1String(objectName));
+    widget->setAccessibleName(accessibleName);
+    return widget;
+}
+
+QAction *named(QAction *action, const char *objectName)
+{
+    action->setObjectName(QLatin1String(objectName));
+    return action;
+}
+
+// A plain-text field has no maximum length of its own; typing past it is cut
+// off, keeping the cursor where it was.
+void limitLength(QPlainTextEdit *field, int maximum)
+{
+    QObject::connect(field, &QPlainTextEdit::textChanged, field, [field, maximum] {
+        const QString text = field->toPlainText();
+        if (text.size() <= maximum)
+            return;
+        QTextCursor cursor = field->textCursor();
+        const int position = qMin(cursor.position(), maximum);
+        QSignalBlocker blocker(field);
+        field->setPlainText(text.left(maximum));
+        cursor = field->textCursor();
+        cursor.setPosition(position);
+        field->setTextCursor(cursor);
+    });
+}
+
 } // namespace
 
 LXMainWindow::LXMainWindow(QWidget *parent)
@@ -55,13 +93,29 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
 
-    contentBox = new LXPushView(central);
-    contentBox->setBackgroundColor(Qt::black);
-    contentBox->setDrawsGradient(true);
-    contentBox->setGradient(QColor(30, 31, 36), QColor(14, 14, 17));
-    layout->addWidget(contentBox, 1);
+    m_contentBox = new LXPushView(central);
+    m_contentBox->setObjectName(QStringLiteral("contentBox"));
+    m_contentBox->setBackgroundColor(Qt::black);
+    m_contentBox->setFrameColor(Qt::black);
+    m_contentBox->setDrawsGradient(true);
+    m_contentBox->setGradient(QColor(30, 31, 36), QColor(14, 14, 17));
+    layout->addWidget(m_contentBox, 1);
+    layout->addWidget(makeButtonStrip(central));
+    setCentralWidget(central);
 
-    buttonBox = new VKColorBox(central);
+    m_pages = { makeSourceChooser(), makeRecordPage(), makeMetadataPage(), makeDonePage() };
+    for (QWidget *page : m_pages)
+        page->hide();
+    m_contentBox->setContentView(m_pages[0]);
+
+    makeMenus();
+    resize(800, 560);
+    setMinimumSize(640, 460);
+}
+
+QWidget *LXMainWindow::makeButtonStrip(QWidget *parent)
+{
+    auto *buttonBox = new VKColorBox(parent);
     buttonBox->setDrawsGradient(true);
     buttonBox->setGradient(QColor(44, 45, 50), QColor(28, 28, 32));
     buttonBox->setTopSeparatorColor(QColor(0, 0, 0));
@@ -69,33 +123,28 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     buttonBox->setFixedHeight(76);
     auto *buttons = new QHBoxLayout(buttonBox);
     buttons->setContentsMargins(18, 10, 18, 10);
-    startOver = new VKMetalButton(tr("Start Over"), buttonBox);
-    publish = new VKMetalButton(tr("Publish"), buttonBox);
-    recordPauseButton = new LXRecordButton(buttonBox);
-    recordPauseButton->setToolTip(tr("Record"));
-    buttons->addWidget(startOver);
+    m_startOver = named(new VKMetalButton(tr("Start Over"), buttonBox), "startOver", tr("Start Over"));
+    m_publish = named(new VKMetalButton(tr("Publish"), buttonBox), "publish", tr("Publish"));
+    m_recordPause = new LXRecordButton(buttonBox);
+    m_recordPause->setObjectName(QStringLiteral("recordPauseButton"));
+    m_recordPause->setToolTip(tr("Record"));
+    // Both are offered on the record page only.
+    m_startOver->hide();
+    m_publish->hide();
+    buttons->addWidget(m_startOver);
     buttons->addStretch(1);
-    buttons->addWidget(recordPauseButton);
+    buttons->addWidget(m_recordPause);
     buttons->addStretch(1);
-    buttons->addWidget(publish);
-    layout->addWidget(buttonBox);
-    setCentralWidget(central);
-
-    sourceChooserView = makeSourceChooser();
-    previewRecordView = makePreviewRecord();
-    metadataEntryView = makeMetadataEntry();
-    doneView = makeDone();
-    for (QWidget *page : { sourceChooserView, previewRecordView, metadataEntryView, doneView })
-        page->hide();
-
-    makeMenus();
-    resize(800, 560);
-    setMinimumSize(640, 460);
+    buttons->addWidget(m_publish);
+    connect(m_startOver, &QPushButton::clicked, this, &LXMainWindow::startOverClicked);
+    connect(m_publish, &QPushButton::clicked, this, &LXMainWindow::publishClicked);
+    connect(m_recordPause, &QPushButton::clicked, this, &LXMainWindow::recordPauseClicked);
+    return buttonBox;
 }
 
 QWidget *LXMainWindow::makeSourceChooser()
 {
-    auto *page = new QWidget(contentBox);
+    auto *page = new QWidget(m_contentBox);
     page->setObjectName(QStringLiteral("sourceChooserView"));
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(36, 30, 36, 30);
@@ -105,53 +154,64 @@ QWidget *LXMainWindow::makeSourceChooser()
     v->addSpacing(14);
     auto *grid = new QGridLayout;
     grid->setSpacing(14);
-    videoTile = new LXSourceTile(LXGlyphs::Glyph::Camera, tr("Video"), page);
-    audioTile = new LXSourceTile(LXGlyphs::Glyph::Microphone, tr("Audio"), page);
-    screenTile = new LXSourceTile(LXGlyphs::Glyph::Screen, tr("Screen"), page);
-    fileTile = new LXSourceTile(LXGlyphs::Glyph::Film, tr("Movie Files"), page);
-    videoTile->setToolTip(tr("Record from a camera in a lecture hall or from this computer's camera"));
-    audioTile->setToolTip(tr("Record sound only"));
-    screenTile->setToolTip(tr("Record this computer's screen with narration"));
-    fileTile->setToolTip(tr("Publish movie files you already have"));
-    const QList<LXSourceTile *> tiles { videoTile, audioTile, screenTile, fileTile };
-    for (int i = 0; i < tiles.size(); ++i) {
-        tiles[i]->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-        grid->addWidget(tiles[i], 0, i);
+    const struct
+    {
+        Source source;
+        LXGlyphs::Glyph glyph;
+        QString title;
+        QString toolTip;
+        const char *name;
+    } tiles[] = {
+        { Source::Video, LXGlyphs::Glyph::Camera, tr("Video"),
+            tr("Record from a camera in a lecture hall or from this computer's camera"), "videoTile" },
+        { Source::Audio, LXGlyphs::Glyph::Microphone, tr("Audio"), tr("Record sound only"), "audioTile" },
+        { Source::Screen, LXGlyphs::Glyph::Screen, tr("Screen"), tr("Record this computer's screen with narration"),
+            "screenTile" },
+        { Source::File, LXGlyphs::Glyph::Film, tr("Movie Files"), tr("Publish movie files you already have"),
+            "fileTile" },
+    };
+    for (int i = 0; i < int(m_tiles.size()); ++i) {
+        auto *tile = new LXSourceTile(tiles[i].glyph, tiles[i].title, page);
+        tile->setObjectName(QLatin1String(tiles[i].name));
+        tile->setToolTip(tiles[i].toolTip);
+        tile->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+        const Source source = tiles[i].source;
+        connect(tile, &QAbstractButton::clicked, this, [this, source] { emit sourceClicked(source); });
+        grid->addWidget(tile, 0, i);
+        m_tiles[i] = tile;
     }
     v->addLayout(grid, 1);
-    connectionStatus = subtle(QString(), page);
-    connectionStatus->setObjectName(QStringLiteral("connectionStatus"));
-    v->addWidget(connectionStatus);
+    m_connectionStatus = subtle(QString(), page);
+    m_connectionStatus->setObjectName(QStringLiteral("connectionStatus"));
+    v->addWidget(m_connectionStatus);
     return page;
 }
 
-QWidget *LXMainWindow::makePreviewRecord()
+QWidget *LXMainWindow::makeRecordPage()
 {
-    auto *page = new QWidget(contentBox);
+    auto *page = new QWidget(m_contentBox);
     page->setObjectName(QStringLiteral("previewRecordView"));
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(24, 18, 24, 18);
     v->setSpacing(10);
 
     auto *devices = new QHBoxLayout;
-    camerasPopUpButton = new VKPopUpButton(page);
-    camerasPopUpButton->setAccessibleName(tr("Camera"));
-    microphonesPopUpButton = new VKPopUpButton(page);
-    microphonesPopUpButton->setAccessibleName(tr("Microphone"));
-    devices->addWidget(camerasPopUpButton);
-    devices->addWidget(microphonesPopUpButton);
+    m_cameras = named(new VKPopUpButton(page), "camerasPopUpButton", tr("Camera"));
+    m_microphones = named(new VKPopUpButton(page), "microphonesPopUpButton", tr("Microphone"));
+    devices->addWidget(m_cameras);
+    devices->addWidget(m_microphones);
     devices->addStretch(1);
     v->addLayout(devices);
 
     auto *stage = new QGridLayout;
-    previewImage = new QLabel(page);
+    auto *previewImage = named(new QLabel(page), "previewImage", tr("Preview"));
     previewImage->setAlignment(Qt::AlignCenter);
     previewImage->setMinimumSize(320, 200);
     previewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     previewImage->setStyleSheet(
         QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px; color: #5a5a62;"));
     previewImage->setText(tr("No preview yet"));
-    screenPreviewImage = new QLabel(page);
+    auto *screenPreviewImage = named(new QLabel(page), "screenPreviewImage", tr("Screen preview"));
     screenPreviewImage->setAlignment(Qt::AlignCenter);
     screenPreviewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     screenPreviewImage->hide();
@@ -160,74 +220,72 @@ QWidget *LXMainWindow::makePreviewRecord()
     v->addLayout(stage, 1);
 
     auto *status = new QHBoxLayout;
-    recordingState = new QLabel(page);
+    auto *recordingState = named(new QLabel(page), "recordingState", tr("Recording state"));
     recordingState->setStyleSheet(QStringLiteral("color: #d8d8de;"));
-    hotkeySuggestion = subtle(QString(), page);
+    auto *hotkeySuggestion = named(subtle(QString(), page), "hotkeySuggestion", tr("Keyboard shortcut"));
     status->addWidget(recordingState);
     status->addWidget(hotkeySuggestion, 1);
     auto *timerBox = new LXTimerBackgroundView(page);
-    timerBackgroundView = timerBox;
     auto *timerLayout = new QHBoxLayout(timerBox);
     timerLayout->setContentsMargins(14, 4, 14, 4);
-    recordingTimerTextField = new QLabel(QStringLiteral("00:00:00"), timerBox);
+    auto *timer = named(new QLabel(QStringLiteral("00:00:00"), timerBox), "recordingTimer", tr("Recording time"));
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPointSizeF(font().pointSizeF() * 1.6);
-    recordingTimerTextField->setFont(mono);
-    recordingTimerTextField->setStyleSheet(QStringLiteral("color: #f4f4f6;"));
-    timerLayout->addWidget(recordingTimerTextField);
+    timer->setFont(mono);
+    timer->setStyleSheet(QStringLiteral("color: #f4f4f6;"));
+    timerLayout->addWidget(timer);
     status->addWidget(timerBox);
     v->addLayout(status);
     return page;
 }
 
-QWidget *LXMainWindow::makeMetadataEntry()
+QWidget *LXMainWindow::makeMetadataPage()
 {
-    auto *page = new QWidget(contentBox);
+    auto *page = new QWidget(m_contentBox);
     page->setObjectName(QStringLiteral("metadataEntryView"));
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(36, 26, 36, 22);
     v->setSpacing(8);
     v->addWidget(heading(tr("Describe your recording"), page));
-    helpTextField = subtle(tr("Give the recording a title and a description, then choose where it goes."), page);
-    v->addWidget(helpTextField);
+    v->addWidget(named(subtle(tr("Give the recording a title and a description, then choose where it goes."), page),
+        "helpTextField", tr("Help")));
     v->addSpacing(8);
-    auto *titleLabel = new QLabel(tr("Title"), page);
-    titleLabel->setStyleSheet(QStringLiteral("color: #d8d8de;"));
-    title = new LXPlaceholderLineEdit(page);
-    title->setPlaceholderText(tr("Title of the recording"));
-    titleLabel->setBuddy(title);
-    auto *descriptionLabel = new QLabel(tr("Description"), page);
-    descriptionLabel->setStyleSheet(QStringLiteral("color: #d8d8de;"));
-    descriptionField = new QPlainTextEdit(page);
-    descriptionField->setPlaceholderText(tr("What is it about?"));
-    descriptionField->setTabChangesFocus(true);
-    auto *workflowLabel = new QLabel(tr("Workflow"), page);
-    workflowLabel->setStyleSheet(QStringLiteral("color: #d8d8de;"));
-    workflowPopUpButton = new QPushButton(page);
-    workflowMenu = new LXWorkflowMenu(workflowPopUpButton);
-    workflowPopUpButton->setMenu(workflowMenu);
+    auto *titleLabel = fieldLabel(tr("Title"), page);
+    m_title = named(new LXPlaceholderLineEdit(page), "title", tr("Title"));
+    m_title->setPlaceholderText(tr("Title of the recording"));
+    titleLabel->setBuddy(m_title);
+    auto *descriptionLabel = fieldLabel(tr("Description"), page);
+    m_description = named(new QPlainTextEdit(page), "descriptionField", tr("Description"));
+    m_description->setPlaceholderText(tr("What is it about?"));
+    m_description->setTabChangesFocus(true);
+    auto *workflowLabel = fieldLabel(tr("Workflow"), page);
+    m_workflowButton = named(new QPushButton(page), "workflowPopUpButton", tr("Workflow"));
+    m_workflowMenu = new LXWorkflowMenu(m_workflowButton);
+    m_workflowMenu->setObjectName(QStringLiteral("workflowMenu"));
+    m_workflowButton->setMenu(m_workflowMenu);
     v->addWidget(titleLabel);
-    v->addWidget(title);
+    v->addWidget(m_title);
     v->addWidget(descriptionLabel);
-    v->addWidget(descriptionField, 1);
+    v->addWidget(m_description, 1);
     v->addWidget(workflowLabel);
-    v->addWidget(workflowPopUpButton, 0, Qt::AlignLeft);
+    v->addWidget(m_workflowButton, 0, Qt::AlignLeft);
     return page;
 }
 
-QWidget *LXMainWindow::makeDone()
+QWidget *LXMainWindow::makeDonePage()
 {
-    auto *page = new QWidget(contentBox);
+    auto *page = new QWidget(m_contentBox);
     page->setObjectName(QStringLiteral("doneView"));
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(36, 30, 36, 30);
     v->addStretch(1);
-    submittedStatus = heading(QString(), page, 1.3);
+    auto *submittedStatus = named(heading(QString(), page, 1.3), "submittedStatus", tr("Submission status"));
     submittedStatus->setAlignment(Qt::AlignCenter);
     submittedStatus->setWordWrap(true);
     v->addWidget(submittedStatus);
-    newPodcastButton = new QPushButton(tr("New Recording"), page);
-    v->addWidget(newPodcastButton, 0, Qt::AlignHCenter);
+    auto *newPodcast = named(new QPushButton(tr("New Recording"), page), "newPodcastButton", tr("New Recording"));
+    connect(newPodcast, &QPushButton::clicked, this, &LXMainWindow::newPodcastClicked);
+    v->addWidget(newPodcast, 0, Qt::AlignHCenter);
     v->addStretch(1);
     return page;
 }
@@ -235,32 +293,118 @@ QWidget *LXMainWindow::makeDone()
 void LXMainWindow::makeMenus()
 {
     QMenu *file = menuBar()->addMenu(tr("&Lumex"));
-    signInMenuItem = file->addAction(tr("&Sign In…"));
-    preferencesMenuItem = file->addAction(tr("&Preferences…"));
-    preferencesMenuItem->setShortcut(QKeySequence::Preferences);
-    preferencesMenuItem->setMenuRole(QAction::PreferencesRole);
+    m_signInMenuItem = named(file->addAction(tr("&Sign In…")), "signInMenuItem");
+    QAction *preferences = named(file->addAction(tr("&Preferences…")), "preferencesMenuItem");
+    preferences->setShortcut(QKeySequence::Preferences);
+    preferences->setMenuRole(QAction::PreferencesRole);
     file->addSeparator();
-    quitMenuItem = file->addAction(tr("&Quit Lumex"));
-    quitMenuItem->setShortcut(QKeySequence::Quit);
-    quitMenuItem->setMenuRole(QAction::QuitRole);
+    QAction *quit = named(file->addAction(tr("&Quit Lumex")), "quitMenuItem");
+    quit->setShortcut(QKeySequence::Quit);
+    quit->setMenuRole(QAction::QuitRole);
 
     QMenu *recording = menuBar()->addMenu(tr("&Recording"));
-    recordPauseMenuItem = recording->addAction(tr("Record Podcast"));
-    recordPauseMenuItem->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
+    m_recordPauseMenuItem = named(recording->addAction(tr("Record Podcast")), "recordPauseMenuItem");
+    m_recordPauseMenuItem->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
 
     QMenu *window = menuBar()->addMenu(tr("&Window"));
-    transfersMenuItem = window->addAction(tr("&Transfers"));
-    cameraConfigurationMenuItem = window->addAction(tr("&Camera Configuration…"));
+    QAction *transfers = named(window->addAction(tr("&Transfers")), "transfersMenuItem");
+    QAction *cameraConfiguration
+        = named(window->addAction(tr("&Camera Configuration…")), "cameraConfigurationMenuItem");
+
+    connect(m_signInMenuItem, &QAction::triggered, this, &LXMainWindow::signInRequested);
+    connect(preferences, &QAction::triggered, this, &LXMainWindow::preferencesRequested);
+    connect(quit, &QAction::triggered, this, &LXMainWindow::quitRequested);
+    connect(m_recordPauseMenuItem, &QAction::triggered, this, &LXMainWindow::recordPauseClicked);
+    connect(transfers, &QAction::triggered, this, &LXMainWindow::transfersRequested);
+    connect(cameraConfiguration, &QAction::triggered, this, &LXMainWindow::cameraConfigurationRequested);
+}
+
+void LXMainWindow::showSourceChooser()
+{
+    showPage(Page::SourceChooser);
+}
+
+void LXMainWindow::showRecordPage()
+{
+    showPage(Page::Record);
+}
+
+void LXMainWindow::showMetadataPage()
+{
+    showPage(Page::Metadata);
+}
+
+void LXMainWindow::showDonePage()
+{
+    showPage(Page::Done);
+}
+
+void LXMainWindow::showPage(Page page)
+{
+    const Page current = m_currentPage;
+    const bool forward = current == Page::SourceChooser || (current == Page::Record && page != Page::SourceChooser);
+    m_currentPage = page;
+    m_contentBox->pushView(
+        m_pages[size_t(page)], forward ? LXPushView::Direction::FromRight : LXPushView::Direction::FromLeft);
+    m_startOver->setVisible(page != Page::SourceChooser && page != Page::Done);
+    emit pageChanged();
 }
 
 void LXMainWindow::setConnected(bool connected, const QString &user, const QString &host)
 {
-    for (LXSourceTile *tile : { videoTile, audioTile, screenTile, fileTile })
+    for (LXSourceTile *tile : m_tiles)
         tile->setEnabled(connected);
+    m_signInMenuItem->setEnabled(!connected);
     if (connected)
-        connectionStatus->setText(tr("Signed in as %1 on %2.").arg(user, host));
+        m_connectionStatus->setText(tr("Signed in as %1 on %2.").arg(user, host));
     else
-        connectionStatus->setText(tr("Not connected to a server yet. Choose Lumex ▸ Sign In… to connect."));
+        m_connectionStatus->setText(tr("Not connected to a server yet. Choose Lumex ▸ Sign In… to connect."));
+}
+
+void LXMainWindow::setRecordControls(const QString &title, const QString &imageName, bool enabled)
+{
+    m_recordPauseMenuItem->setText(title);
+    m_recordPauseMenuItem->setEnabled(enabled);
+    m_recordPause->setImageName(imageName);
+    m_recordPause->setToolTip(title);
+    m_recordPause->setEnabled(enabled);
+}
+
+void LXMainWindow::setCameraNames(const QStringList &names)
+{
+    m_cameras->clear();
+    m_cameras->addItems(names);
+    m_cameras->updateGeometry();
+}
+
+void LXMainWindow::setMicrophoneListHidden(bool hidden)
+{
+    m_microphones->setHidden(hidden || m_microphones->count() == 0);
+}
+
+void LXMainWindow::setWorkflows(const QStringList &titles)
+{
+    m_workflowMenu->clear();
+    for (int i = 0; i < titles.size(); ++i) {
+        QAction *item = m_workflowMenu->insertItemWithTitle(titles.at(i), i);
+        connect(item, &QAction::triggered, this, [this, i] { emit workflowChosen(i); });
+    }
+}
+
+void LXMainWindow::setChosenWorkflowTitle(const QString &title)
+{
+    m_workflowButton->setText(title.split(LXWorkflowMenu::kSeparator).first());
+}
+
+void LXMainWindow::setMetadataLengthLimits(int title, int description)
+{
+    m_title->setMaxLength(title);
+    limitLength(m_description, description);
+}
+
+void LXMainWindow::setTitlePlaceholderImageVisible(bool visible)
+{
+    m_title->setPlaceholderImageVisible(visible);
 }
 
 void LXMainWindow::closeEvent(QCloseEvent *event)

@@ -2,87 +2,114 @@
 
 #include <QMainWindow>
 
+#include <array>
+
 class QAction;
 class QLabel;
-class QMenu;
 class QPlainTextEdit;
 class QPushButton;
 class LXPlaceholderLineEdit;
 class LXPushView;
+class LXRecordButton;
 class LXSourceTile;
 class LXWorkflowMenu;
-class VKColorBox;
 class VKPopUpButton;
 
-// The main window as loaded: its pages and controls, which the application
-// controller drives. It holds no behaviour of its own beyond telling the
-// controller that the user wants it closed.
+// The main window: four pages taking turns in the content box, the button
+// strip and the menus. It keeps its widgets to itself; the application
+// controller tells it what to show and hears what the user did through its
+// signals. Every control has an object name and an accessible name, so tests
+// and screen readers find them without reaching into the window.
 class LXMainWindow final : public QMainWindow
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(LXMainWindow)
 
 public:
+    enum class Page { SourceChooser, Record, Metadata, Done };
+    Q_ENUM(Page)
+    enum class Source { Video, Audio, Screen, File };
+    Q_ENUM(Source)
+
     explicit LXMainWindow(QWidget *parent = nullptr);
 
-    // The pages that take turns in the content box.
-    LXPushView *contentBox = nullptr;
-    VKColorBox *buttonBox = nullptr;
-    QWidget *sourceChooserView = nullptr;
-    QWidget *previewRecordView = nullptr;
-    QWidget *metadataEntryView = nullptr;
-    QWidget *doneView = nullptr;
+    // A page further along the way in slides in from the right, one further
+    // back from the left. "Start Over" is offered between the source chooser
+    // and the done page.
+    void showSourceChooser();
+    void showRecordPage();
+    void showMetadataPage();
+    void showDonePage();
+    Page currentPage() const { return m_currentPage; }
 
-    LXSourceTile *videoTile = nullptr;
-    LXSourceTile *audioTile = nullptr;
-    LXSourceTile *screenTile = nullptr;
-    LXSourceTile *fileTile = nullptr;
-
-    QLabel *previewImage = nullptr;
-    QLabel *screenPreviewImage = nullptr;
-    VKPopUpButton *camerasPopUpButton = nullptr;
-    VKPopUpButton *microphonesPopUpButton = nullptr;
-    QLabel *hotkeySuggestion = nullptr;
-    QLabel *recordingState = nullptr;
-    QWidget *timerBackgroundView = nullptr;
-    QLabel *recordingTimerTextField = nullptr;
-
-    LXPlaceholderLineEdit *title = nullptr;
-    QPlainTextEdit *descriptionField = nullptr;
-    QPushButton *workflowPopUpButton = nullptr;
-    LXWorkflowMenu *workflowMenu = nullptr;
-    QLabel *helpTextField = nullptr;
-
-    QLabel *submittedStatus = nullptr;
-    QPushButton *newPodcastButton = nullptr;
-
-    QPushButton *startOver = nullptr;
-    QPushButton *publish = nullptr;
-    QPushButton *recordPauseButton = nullptr;
-
-    QAction *recordPauseMenuItem = nullptr;
-    QAction *preferencesMenuItem = nullptr;
-    QAction *transfersMenuItem = nullptr;
-    QAction *cameraConfigurationMenuItem = nullptr;
-    QAction *quitMenuItem = nullptr;
-    QAction *signInMenuItem = nullptr;
-    QLabel *connectionStatus = nullptr;
-
-    // Shows who is signed in where, and enables the source tiles; before a
-    // sign-in the tiles are off and the window says how to connect.
+    // Shows who is signed in where and enables the source tiles; before a
+    // sign-in the tiles are off and the window says how to connect. Signing in
+    // is offered only while not connected: a new sign-in starts from a new
+    // recording.
     void setConnected(bool connected, const QString &user = QString(), const QString &host = QString());
+
+    // The record/pause button and menu item: their title, the button's
+    // picture (see LXRecordButton) and whether either can be used.
+    void setRecordControls(const QString &title, const QString &imageName, bool enabled);
+    void setCameraNames(const QStringList &names);
+    // An empty microphone menu offers nothing to choose, so it stays hidden
+    // whatever is asked here.
+    void setMicrophoneListHidden(bool hidden);
+
+    // Menu items in the workflow pop-up, as "TITLE\n$$$$\nDESCRIPTION" texts;
+    // choosing one emits workflowChosen with its index in `titles`.
+    void setWorkflows(const QStringList &titles);
+    void setChosenWorkflowTitle(const QString &title);
+    // Typing beyond these lengths is cut off.
+    void setMetadataLengthLimits(int title, int description);
+    void setTitlePlaceholderImageVisible(bool visible);
 
 signals:
     // The user asked to close the window; the controller decides.
     void closeRequested();
+    void pageChanged();
+    void sourceClicked(LXMainWindow::Source source);
+    void recordPauseClicked();
+    void startOverClicked();
+    void publishClicked();
+    void newPodcastClicked();
+    void workflowChosen(int index);
+    void signInRequested();
+    void preferencesRequested();
+    void transfersRequested();
+    void cameraConfigurationRequested();
+    void quitRequested();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    QWidget *makeButtonStrip(QWidget *parent);
     QWidget *makeSourceChooser();
-    QWidget *makePreviewRecord();
-    QWidget *makeMetadataEntry();
-    QWidget *makeDone();
+    QWidget *makeRecordPage();
+    QWidget *makeMetadataPage();
+    QWidget *makeDonePage();
     void makeMenus();
+    void showPage(Page page);
+
+    LXPushView *m_contentBox = nullptr;
+    std::array<QWidget *, 4> m_pages {};
+    Page m_currentPage = Page::SourceChooser;
+    std::array<LXSourceTile *, 4> m_tiles {};
+    QLabel *m_connectionStatus = nullptr;
+
+    VKPopUpButton *m_cameras = nullptr;
+    VKPopUpButton *m_microphones = nullptr;
+
+    LXPlaceholderLineEdit *m_title = nullptr;
+    QPlainTextEdit *m_description = nullptr;
+    QPushButton *m_workflowButton = nullptr;
+    LXWorkflowMenu *m_workflowMenu = nullptr;
+
+    QPushButton *m_startOver = nullptr;
+    QPushButton *m_publish = nullptr;
+    LXRecordButton *m_recordPause = nullptr;
+
+    QAction *m_recordPauseMenuItem = nullptr;
+    QAction *m_signInMenuItem = nullptr;
 };

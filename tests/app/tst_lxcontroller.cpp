@@ -1,26 +1,21 @@
 #include "LXController.h"
 #include "LXDefaultsKeys.h"
-#include "LXLoginPanelController.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXProgressSpinner.h"
-#include "LXPushView.h"
-#include "LXSourceTile.h"
 #include "LXUserDefaults.h"
 #include "LXWorkflowMenu.h"
+#include "LocalAgentTask.h"
 #include "Log.h"
 
 #include "SimSandbox.h"
 
-#include <QApplication>
-#include <QDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
 
-#include <memory>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -32,8 +27,6 @@ using Mode = LXController::Mode;
 // The message box currently shown on `parent`, if any.
 QMessageBox *alertOn(QWidget *parent)
 {
-    if (!parent)
-        return nullptr;
     for (QMessageBox *box : parent->findChildren<QMessageBox *>()) {
         if (box->isVisible())
             return box;
@@ -55,20 +48,6 @@ protected:
         return false;
     }
 };
-
-QStringList serverWorkflowTitles(const QString &sysroot)
-{
-    Q_UNUSED(sysroot);
-    auto server = OrvaneServerInterface::create(
-        { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
-            { QStringLiteral("password"), QStringLiteral("lumex") } },
-        nullptr);
-    Error error;
-    QStringList titles;
-    for (const QVariant &w : server->getWorkflowsError(&error).value_or(QVariantList()))
-        titles << w.toMap().value(QStringLiteral("title")).toString();
-    return titles;
-}
 
 } // namespace
 
@@ -92,9 +71,27 @@ class TestLXController : public QObject
         QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
     }
 
+    // A control of the main window, found as tests and screen readers find it.
+    template<typename T = QWidget> T *child(const char *name) const
+    {
+        return m_controller->window()->findChild<T *>(QLatin1String(name));
+    }
+
+    void confirmQuit()
+    {
+        QVERIFY(m_controller->quitWarningSheet());
+        for (QAbstractButton *b : m_controller->quitWarningSheet()->buttons()) {
+            if (b->text() == QStringLiteral("Quit"))
+                QTest::mouseClick(b, Qt::LeftButton);
+        }
+    }
+
 private slots:
     void initTestCase()
     {
+        // The local agent records from a test microphone, never from hardware.
+        qputenv("LUMEX_CAPTURE_HARDWARE", "0");
+        qputenv("LUMEX_TEST_DEVICES", "microphone:mic1");
         m_sim = std::make_unique<SimSandbox>();
         QVERIFY(m_sim->installTools());
     }
@@ -118,7 +115,7 @@ private slots:
         QCOMPARE(m_controller->state(), State::Idle);
         QCOMPARE(m_controller->mode(), Mode::NoSource);
         QCOMPARE(m_controller->currentModeString(), QStringLiteral(""));
-        QCOMPARE(m_controller->window()->contentBox->contentView(), m_controller->window()->sourceChooserView);
+        QCOMPARE(m_controller->window()->currentPage(), LXMainWindow::Page::SourceChooser);
         QVERIFY(m_controller->loginPanel()->loginPanel()->isVisible());
         QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyCode.key), 120);
         QCOMPARE(LXUserDefaults::standard().integerForKey(LXDefaultsKeys::GlobalKeyModifiers.key), 0x100000);
@@ -148,10 +145,15 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(notices, QStringList { QStringLiteral("demo") }, 10000);
         QVERIFY(!m_controller->loginPanel());
 
-        const QStringList serverTitles = serverWorkflowTitles(m_sim->sysroot());
+        // The simulator's own list, as the server keeps it.
+        QStringList serverTitles;
+        const QVariant seeded = PropertyList::readFile(m_sim->state(QStringLiteral("workflows.plist")));
+        for (const QVariant &w : seeded.toMap().value(QStringLiteral("workflows")).toList())
+            serverTitles << w.toMap().value(QStringLiteral("title")).toString();
         QVERIFY(serverTitles.size() >= 3);
         QStringList menuTitles;
-        for (QAction *a : m_controller->window()->workflowMenu->actions())
+        const QList<QAction *> items = child<QMenu>("workflowMenu")->actions();
+        for (QAction *a : items)
             menuTitles << a->text();
         QStringList expected;
         for (const QString &t : serverTitles)
@@ -162,12 +164,15 @@ private slots:
         // A fresh job with the first workflow, the credentials kept, timers running.
         QCOMPARE(m_controller->job()->workflow().value(QStringLiteral("title")).toString(), serverTitles.first());
         QCOMPARE(m_controller->server()->job(), m_controller->job());
+        items.last()->trigger(); // an item chooses the workflow at its place in the server's list
+        QCOMPARE(m_controller->job()->workflow(), m_controller->workflows().last().toMap());
+        QCOMPARE(child<QPushButton>("workflowPopUpButton")->text(), expected.last());
         QVERIFY(m_controller->currentCredentials().contains(QStringLiteral("workflows")));
         QVERIFY(!m_controller->currentCredentials().value(QStringLiteral("cameras")).toList().isEmpty());
         QVERIFY(m_controller->remoteCameraSnapshotRefreshTimer());
         QVERIFY(m_controller->remoteCameraSnapshotRefreshTimer()->isActive());
         QCOMPARE(m_controller->selectedRemoteCameraPreviewUpdateTimer()->interval(), 5000);
-        QVERIFY(m_controller->window()->videoTile->isEnabled());
+        QVERIFY(child("videoTile")->isEnabled());
         QCOMPARE(LXUserDefaults::standard().stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key),
             SimSandbox::kServerHost);
     }
@@ -279,16 +284,63 @@ private slots:
         QCOMPARE(m_controller->state(), state);
         // Quit ends the application.
         m_controller->requestQuit();
-        QMessageBox *again = m_controller->quitWarningSheet();
-        QVERIFY(again);
-        for (QAbstractButton *b : again->buttons()) {
-            if (b->text() == QStringLiteral("Quit"))
-                QTest::mouseClick(b, Qt::LeftButton);
-        }
+        confirmQuit();
         // The quit waits for the cancel to be answered, then goes ahead once.
         QTRY_COMPARE_WITH_TIMEOUT(terminate.size(), 1, LXController::kQuitCancelTimeoutMs + 2000);
         QTest::qWait(100);
         QCOMPARE(terminate.size(), 1);
+    }
+
+    void quitCancelsTheRecordingBeforeTheProcessEnds_data()
+    {
+        QTest::addColumn<bool>("local");
+        QTest::newRow("remote camera") << false;
+        QTest::newRow("local agent") << true;
+    }
+
+    void quitCancelsTheRecordingBeforeTheProcessEnds()
+    {
+        QFETCH(bool, local);
+        signIn(QStringLiteral("lumex"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
+        // Started through the server interface, so the simulator or the agent really records.
+        const std::shared_ptr<PodcastJob> job = m_controller->job();
+        const QString camera = QStringLiteral("Studio 2");
+        m_controller->setLocalRecordingChosen(local);
+        m_controller->setJobCamera({ { QStringLiteral("name"), camera } });
+        m_controller->setJobLocalAudioDeviceName(QStringLiteral("test:mic1"));
+        Error error;
+        const auto start
+            = local ? &OrvaneServerInterface::startLocalAudioJob : &OrvaneServerInterface::startRemoteVideoJob;
+        QCOMPARE((m_controller->server().get()->*start)(job.get(), &error), 0);
+        const std::shared_ptr<LocalAgentTask> agent = job->localAgentTask();
+        // What the recording tool has heard of the recording.
+        auto heard = [&] {
+            if (!local) {
+                const QVariant recordings = PropertyList::readFile(m_sim->state(QStringLiteral("recordings.plist")));
+                return recordings.toMap().value(camera).toMap().value(QStringLiteral("state")).toString();
+            }
+            if (job->localAgentTask())
+                return QString::fromLatin1(agent->isRunning() ? "recording" : "ended");
+            return QString::fromLatin1(QFile::exists(job->movieFilePaths()->last()) ? "stopped" : "cancelled");
+        };
+        QCOMPARE(heard(), QStringLiteral("recording"));
+        m_controller->sourceClicked(local ? Mode::Audio : Mode::Video);
+        m_controller->setState(State::Recording);
+
+        QString heardAtEnd;
+        connect(m_controller.get(), &LXController::terminateRequested, this, [&] { heardAtEnd = heard(); });
+        QSignalSpy terminate(m_controller.get(), &LXController::terminateRequested);
+        Log::Capture log;
+        m_controller->requestQuit();
+        confirmQuit();
+        QTRY_COMPARE_WITH_TIMEOUT(terminate.size(), 1, LXController::kQuitCancelTimeoutMs + 2000);
+        QCOMPARE(heardAtEnd, local ? QStringLiteral("cancelled") : QStringLiteral("idle"));
+        QVERIFY(log.lines().filter(QStringLiteral("while quitting failed")).isEmpty());
+        if (local) { // only SIGTERM makes the agent finish with status 0
+            QTRY_VERIFY_WITH_TIMEOUT(!agent->isRunning(), 20000);
+            QCOMPARE(agent->terminationStatus(), 0);
+        }
     }
 
     void closingTheWindowQuitsOnlyWithoutThePanel()
@@ -349,21 +401,18 @@ private slots:
 
     void derivedPropertiesFollowStateAndMode()
     {
-        // The dependency table: which announcements a change of each key makes.
-        const QStringList all { "recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "canBeginRecording",
-            "videoModeIsSelected", "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden",
-            "recordOrPauseImage", "microphoneListShouldBeHidden" };
+        // The dependency table: which announcements a change of each key makes (in name order).
         const QHash<QString, QStringList> dependents {
-            { "state", { "recordPauseMenuTitle", "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage" } },
+            { "state", { "canRecordOrPause", "hasBegunRecording", "recordOrPauseImage", "recordPauseMenuTitle" } },
             { "mode",
-                { "recordPauseMenuTitle", "canRecordOrPause", "canBeginRecording", "videoModeIsSelected",
-                    "audioModeIsSelected", "screenModeIsSelected", "isSmallerPreviewHidden", "recordOrPauseImage",
-                    "microphoneListShouldBeHidden" } },
+                { "audioModeIsSelected", "canBeginRecording", "canRecordOrPause", "isSmallerPreviewHidden",
+                    "microphoneListShouldBeHidden", "recordOrPauseImage", "recordPauseMenuTitle",
+                    "screenModeIsSelected", "videoModeIsSelected" } },
             { "localRecordingChosen", { "microphoneListShouldBeHidden" } },
         };
         LXController *c = m_controller.get();
-        std::map<QString, std::unique_ptr<QSignalSpy>> spies;
-        for (const QString &name : all) {
+        std::map<QString, std::unique_ptr<QSignalSpy>> spies; // every derived property appears in the table
+        for (const QString &name : dependents.value("state") + dependents.value("mode")) {
             const QMetaProperty p = c->metaObject()->property(c->metaObject()->indexOfProperty(name.toLatin1()));
             spies[name] = std::make_unique<QSignalSpy>(c, p.notifySignal());
         }
@@ -376,10 +425,6 @@ private slots:
             }
             return names;
         };
-        auto sorted = [](QStringList l) {
-            l.sort();
-            return l;
-        };
 
         const QList<State> states { State::Idle, State::Starting, State::Recording, State::Paused, State::Submitted };
         const QList<Mode> modes { Mode::Video, Mode::Audio, Mode::Screen, Mode::File, Mode::NoSource };
@@ -389,31 +434,29 @@ private slots:
             for (State state : states) {
                 if (c->state() != state) {
                     c->setState(state);
-                    QCOMPARE(announced(), sorted(dependents.value("state")));
+                    QCOMPARE(announced(), dependents.value("state"));
                 }
-                const bool begun = state == State::Starting || state == State::Recording || state == State::Paused;
-                QCOMPARE(c->hasBegunRecording(), begun);
-                QCOMPARE(c->recordPauseMenuTitle(),
-                    state == State::Paused                                        ? QStringLiteral("Resume Recording")
-                        : (state == State::Starting || state == State::Recording) ? QStringLiteral("Pause Recording")
-                                                                                  : QStringLiteral("Record Podcast"));
-                const QString image = (state == State::Starting || state == State::Recording) ? "PausedOff"
-                    : mode == Mode::Audio                                                     ? "RecordAudio"
-                    : mode == Mode::Screen                                                    ? "RecordScreen"
-                                                                                              : "RecordVideo";
-                QCOMPARE(c->recordOrPauseImage(), image);
+                const bool running = state == State::Starting || state == State::Recording;
+                const bool soundOrScreen = mode == Mode::Audio || mode == Mode::Screen;
+                const char *image = mode == Mode::Audio ? "RecordAudio"
+                    : soundOrScreen                     ? "RecordScreen"
+                                                        : "RecordVideo";
+                const char *title = state == State::Paused ? "Resume Recording" : "Record Podcast";
+                QCOMPARE(c->hasBegunRecording(), running || state == State::Paused);
+                QCOMPARE(c->recordPauseMenuTitle(), QString(running ? "Pause Recording" : title));
+                QCOMPARE(c->recordOrPauseImage(), QString(running ? "PausedOff" : image));
                 QCOMPARE(c->videoModeIsSelected(), mode == Mode::Video);
                 QCOMPARE(c->audioModeIsSelected(), mode == Mode::Audio);
                 QCOMPARE(c->screenModeIsSelected(), mode == Mode::Screen);
-                QCOMPARE(c->isSmallerPreviewHidden(), mode == Mode::Audio || mode == Mode::Screen);
-                QCOMPARE(c->microphoneListShouldBeHidden(), mode == Mode::Audio || mode == Mode::Screen);
+                QCOMPARE(c->isSmallerPreviewHidden(), soundOrScreen);
+                QCOMPARE(c->microphoneListShouldBeHidden(), soundOrScreen);
                 QVERIFY(!c->canRecordOrPause()); // the source chooser is the current page
             }
             c->setState(State::Idle);
             announced();
             const Mode next = modes.at((modes.indexOf(mode) + 1) % modes.size());
             c->setMode(next);
-            QCOMPARE(announced(), sorted(dependents.value("mode")));
+            QCOMPARE(announced(), dependents.value("mode"));
             c->setMode(mode);
             announced();
 
@@ -461,12 +504,18 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
         LXUserDefaults::standard().setObject(
             QStringLiteral("Publish to Course Site"), LXDefaultsKeys::PreviousWorkflowChosen.key);
-        m_controller->resetJobAndRecordingState();
+        // A source tile opens the record page; Start Over resets the job and goes back.
+        QTest::mouseClick(child("videoTile"), Qt::LeftButton);
+        QCOMPARE(m_controller->window()->currentPage(), LXMainWindow::Page::Record);
+        QVERIFY(child<QAction>("recordPauseMenuItem")->isEnabled());
+        QTest::mouseClick(child("startOver"), Qt::LeftButton);
+        QCOMPARE(m_controller->window()->currentPage(), LXMainWindow::Page::SourceChooser);
+        QCOMPARE(m_controller->mode(), Mode::NoSource);
         QCOMPARE(
             m_controller->job()->workflow().value(QStringLiteral("name")).toString(), QStringLiteral("course-site-hd"));
         // What the pop-up shows is where the recording goes.
-        QCOMPARE(m_controller->window()->workflowPopUpButton->text(), QStringLiteral("Publish to Course Site"));
-        QVERIFY(!m_controller->window()->signInMenuItem->isEnabled()); // no second sign-in mid-session
+        QCOMPARE(child<QPushButton>("workflowPopUpButton")->text(), QStringLiteral("Publish to Course Site"));
+        QVERIFY(!child<QAction>("signInMenuItem")->isEnabled()); // no second sign-in mid-session
         // A reset stops the camera timers until the next sign-in.
         QVERIFY(!m_controller->remoteCameraSnapshotRefreshTimer());
         LXUserDefaults::standard().setObject(

@@ -1,0 +1,103 @@
+#include "LXController.h"
+
+#include "LXMainWindow.h"
+#include "Log.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTimer>
+
+bool LXController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Hide && !m_lastWindowCheckPending && watched->isWidgetType()
+        && QApplication::topLevelWidgets().contains(watched)) {
+        m_lastWindowCheckPending = true;
+        QTimer::singleShot(0, this, &LXController::maybeLastWindowClosed);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void LXController::maybeLastWindowClosed()
+{
+    m_lastWindowCheckPending = false;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget *window : windows) {
+        if (window->isVisible() && window->windowType() != Qt::ToolTip && window->windowType() != Qt::Popup)
+            return;
+    }
+    if (applicationShouldTerminateAfterLastWindowClosed())
+        requestQuit();
+}
+
+bool LXController::applicationShouldTerminateAfterLastWindowClosed() const
+{
+    const bool panelVisible = m_loginPanel && m_loginPanel->loginPanel()->isVisible();
+    return !panelVisible && !m_inBetweenMainWindowAndLoginPanel;
+}
+
+LXController::TerminateReply LXController::applicationShouldTerminate()
+{
+    if (!hasBegunRecording())
+        return TerminateReply::Now;
+    if (m_quitSheet)
+        return TerminateReply::Later;
+    auto *sheet = new QMessageBox(m_window.get());
+    m_quitSheet = sheet;
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->setWindowModality(Qt::WindowModal);
+    sheet->setIcon(QMessageBox::Critical);
+    sheet->setText(tr("Do you want to delete the recording and Quit?"));
+    sheet->setInformativeText(tr("Your current recording will be deleted. This action cannot be undone."));
+    QPushButton *cancel = sheet->addButton(tr("Cancel"), QMessageBox::RejectRole);
+    QPushButton *quit = sheet->addButton(tr("Quit"), QMessageBox::DestructiveRole);
+    sheet->setDefaultButton(cancel);
+    sheet->setEscapeButton(cancel);
+    ++m_sheetsOnMainWindow;
+    emit canRecordOrPauseChanged();
+    connect(sheet, &QMessageBox::finished, this, [this, sheet, quit] {
+        --m_sheetsOnMainWindow;
+        emit canRecordOrPauseChanged();
+        // The alternate button answers 0, as the platform's sheets did.
+        quitWarningSheetDidEnd(sheet->clickedButton() == quit ? 0 : 1);
+    });
+    sheet->open();
+    return TerminateReply::Later;
+}
+
+void LXController::quitWarningSheetDidEnd(int returnCode)
+{
+    if (returnCode != 0)
+        return; // Cancel: keep running, the recording stays as it is
+    if (!m_server) {
+        emit terminateRequested();
+        return;
+    }
+    // Ending the process at once would kill the worker before the agent or
+    // the server heard of the cancel, leaving a recording running nobody
+    // owns; so the quit follows the cancel's answer, or a few seconds.
+    auto done = std::make_shared<bool>(false);
+    QPointer<LXController> self(this);
+    auto finish = [self, done] {
+        if (*done || !self)
+            return;
+        *done = true;
+        emit self->terminateRequested();
+    };
+    auto didStop = [self, finish](const std::optional<Error> &error) {
+        if (self && error)
+            Log::format(
+                QStringLiteral("Cancelling the recording while quitting failed: %@"), { describeError(*error) });
+        finish();
+    };
+    if (m_localRecordingChosen)
+        m_server->cancelLocalJobWithDelegate(this, didStop);
+    else
+        m_server->cancelRemoteJobWithDelegate(this, didStop);
+    QTimer::singleShot(kQuitCancelTimeoutMs, this, finish);
+}
+
+void LXController::requestQuit()
+{
+    if (applicationShouldTerminate() == TerminateReply::Now)
+        emit terminateRequested();
+}
