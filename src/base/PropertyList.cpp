@@ -5,14 +5,20 @@
 #include <QSaveFile>
 #include <QStringList>
 #include <QTimeZone>
+#include <QVarLengthArray>
 
 #include <plist/plist.h>
 
+#include <algorithm>
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -26,100 +32,480 @@ struct PlistDeleter
 };
 using PlistPtr = std::unique_ptr<void, PlistDeleter>;
 
-// Dictionaries in tool output repeat the same few keys thousands of times;
-// sharing one QString per key saves an allocation and a free for each.
-class KeyCache
+// Deeper nesting is refused: no real answer comes near it, and freeing a tree
+// recurses once per level, on worker threads with smaller stacks too.
+constexpr size_t kMaxDepth = 512;
+
+bool isSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// A value's text between its tags, as runs split by comments and CDATA.
+struct Part
+{
+    const char *begin;
+    qsizetype size;
+    bool cdata;
+};
+using Parts = QVarLengthArray<Part, 2>;
+
+// Appends a run as the writing library copies it: nothing after a NUL survives.
+void appendPart(QByteArray &out, const Part &part)
+{
+    const void *nul = std::memchr(part.begin, 0, size_t(part.size));
+    const qsizetype kept = nul ? static_cast<const char *>(nul) - part.begin : part.size;
+    out.append(part.begin, kept);
+    out.append(part.size - kept, '\0');
+}
+
+void appendUtf8(QByteArray &out, char32_t c)
+{
+    if (c < 0x80) {
+        out.append(char(c));
+        return;
+    }
+    const int extra = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    out.append(char(((0xFF00 >> (extra + 1)) & 0xFF) | (c >> (6 * extra))));
+    for (int shift = 6 * (extra - 1); shift >= 0; shift -= 6)
+        out.append(char(0x80 | ((c >> shift) & 0x3F)));
+}
+
+// Replaces the predefined entities and character references; false on any
+// other reference. The last byte is never taken as the start of one.
+bool unescape(QByteArrayView in, QByteArray &out)
+{
+    qsizetype i = 0;
+    while (i < in.size() - 1) {
+        const qsizetype amp = in.indexOf('&', i);
+        if (amp < 0 || amp >= in.size() - 1)
+            break;
+        out.append(in.sliced(i, amp - i));
+        const qsizetype semi = in.indexOf(';', amp);
+        if (semi <= amp + 1)
+            return false;
+        const QByteArrayView name = in.sliced(amp + 1, semi - amp - 1);
+        static constexpr std::pair<const char *, char> kNamed[]
+            = { { "amp", '&' }, { "apos", '\'' }, { "quot", '"' }, { "lt", '<' }, { "gt", '>' } };
+        const auto named = std::find_if(
+            std::begin(kNamed), std::end(kNamed), [&](const auto &e) { return name.startsWith(e.first); });
+        if (named != std::end(kNamed)) {
+            out.append(named->second);
+        } else {
+            const bool hex = name.size() > 1 && (name[1] == 'x' || name[1] == 'X');
+            if (name[0] != '#' || name.size() > 8 || name.size() < (hex ? 3 : 2))
+                return false;
+            char digits[9] = {};
+            std::memcpy(digits, name.data(), size_t(name.size()));
+            char *stop = nullptr;
+            const unsigned long long c = std::strtoull(digits + (hex ? 2 : 1), &stop, hex ? 16 : 10);
+            if (c == 0 || c > 0x10FFFF || stop != digits + name.size())
+                return false;
+            appendUtf8(out, char32_t(c));
+        }
+        i = semi + 1;
+    }
+    out.append(in.sliced(i));
+    return true;
+}
+
+bool toText(const Parts &parts, QString *text)
+{
+    if (parts.size() == 1 && !std::memchr(parts[0].begin, 0, size_t(parts[0].size))
+        && (parts[0].cdata || !std::memchr(parts[0].begin, '&', size_t(parts[0].size)))) {
+        *text = QString::fromUtf8(parts[0].begin, parts[0].size);
+        return true;
+    }
+    QByteArray bytes;
+    for (const Part &part : parts) {
+        QByteArray copy;
+        appendPart(copy, part);
+        if (part.cdata)
+            bytes.append(copy);
+        else if (!unescape(copy, bytes))
+            return false;
+    }
+    *text = QString::fromUtf8(bytes);
+    return true;
+}
+
+// Integers, reals, dates and data take their text as it stands.
+QByteArray rawText(const Parts &parts)
+{
+    QByteArray bytes;
+    for (const Part &part : parts)
+        appendPart(bytes, part);
+    return bytes;
+}
+
+// Skips whitespace and characters outside the alphabet; '=' ends a group's
+// bytes early; decoding stops at a NUL.
+QByteArray fromBase64(const char *s, qsizetype n)
+{
+    QByteArray out;
+    out.reserve(n / 4 * 3 + 3);
+    int group[4];
+    int count = 0;
+    for (const char *end = s + n; s < end && *s; ++s) {
+        const char c = *s;
+        const int v = c >= 'A' && c <= 'Z' ? c - 'A'
+            : c >= 'a' && c <= 'z'         ? c - 'a' + 26
+            : c >= '0' && c <= '9'         ? c - '0' + 52
+            : c == '+'                     ? 62
+            : c == '/'                     ? 63
+            : c == '='                     ? -2
+                                           : -1;
+        if (v == -1)
+            continue;
+        group[count++] = v;
+        if (count < 4)
+            continue;
+        count = 0;
+        for (int k = 0; k < 3; ++k) {
+            if (group[k] >= 0 && group[k + 1] >= 0)
+                out.append(char(((group[k] << (2 * k + 2)) | (group[k + 1] >> (4 - 2 * k))) & 0xFF));
+        }
+    }
+    return out;
+}
+
+QVariant dateValue(qint64 secondsSince2001)
+{
+    // The writing library hands dates out as 32-bit seconds.
+    const qint32 sec
+        = secondsSince2001 < std::numeric_limits<qint32>::min() || secondsSince2001 > std::numeric_limits<qint32>::max()
+        ? std::numeric_limits<qint32>::min()
+        : qint32(secondsSince2001);
+    return QDateTime::fromMSecsSinceEpoch((qint64(sec) + kPlistEpochOffset) * 1000, QTimeZone::utc());
+}
+
+locale_t cLocale()
+{
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+}
+
+// Reads straight into the QVariant tree, without recursion. It keeps the
+// rules of the library that writes the tool's output, so it accepts and
+// refuses the same documents: tags count, not well-formedness; reading stops
+// once the outermost value is complete; a DOCTYPE's internal subset is
+// skipped, so its entities are never defined, let alone expanded.
+class Reader
 {
 public:
-    QString key(const char *utf8)
-    {
-        for (const auto &[bytes, string] : m_entries) {
-            if (std::strcmp(bytes.c_str(), utf8) == 0)
-                return string;
-        }
-        QString string = QString::fromUtf8(utf8);
-        if (m_entries.size() < kMaxEntries)
-            m_entries.emplace_back(utf8, string);
-        return string;
-    }
+    Reader(const char *data, qsizetype size)
+        : m_pos(data)
+        , m_end(data + size)
+    { }
+
+    QVariant read();
 
 private:
-    static constexpr size_t kMaxEntries = 64;
-    std::vector<std::pair<std::string, QString>> m_entries;
+    struct Frame
+    {
+        bool dict;
+        QString key;
+        QVariantList list;
+        QVariantMap map;
+    };
+
+    qsizetype left() const { return m_end - m_pos; }
+    void skipSpace()
+    {
+        while (m_pos < m_end && isSpace(*m_pos))
+            ++m_pos;
+    }
+    void findChar(char c)
+    {
+        const void *hit = std::memchr(m_pos, c, size_t(left()));
+        m_pos = hit ? static_cast<const char *>(hit) : m_end;
+    }
+    // Moves to the closing quote; false at the end of the data.
+    bool skipQuote()
+    {
+        ++m_pos;
+        findChar('"');
+        return m_pos < m_end;
+    }
+    void findAnyOf(std::string_view chars, bool quotes)
+    {
+        for (; m_pos < m_end; ++m_pos) {
+            if (quotes && *m_pos == '"' && !skipQuote())
+                return;
+            if (chars.find(*m_pos) != std::string_view::npos)
+                return;
+        }
+    }
+    // Finds and steps over `s`; false when it is missing.
+    bool skipPast(std::string_view s, bool quotes)
+    {
+        const qsizetype n = qsizetype(s.size());
+        for (; left() > n && std::memcmp(m_pos, s.data(), s.size()) != 0; ++m_pos) {
+            if (quotes && *m_pos == '"' && !skipQuote())
+                return false;
+        }
+        if (left() < n || std::memcmp(m_pos, s.data(), s.size()) != 0)
+            return false;
+        m_pos += n;
+        return true;
+    }
+    bool textParts(std::string_view tag, bool skipWs, Parts *parts);
+    bool scalar(std::string_view tag, std::string_view name, bool empty, QVariant *value);
+    QString key(const Parts &parts, bool *ok);
+
+    const char *m_pos;
+    const char *m_end;
+    std::vector<Frame> m_frames;
+    std::string m_open; // 'p'list, 'd'ict and 'a'rray tags not yet closed
+    // Tool output repeats the same few keys thousands of times.
+    std::vector<std::pair<QByteArray, QString>> m_keys;
 };
 
-QVariant toVariant(plist_t node, KeyCache &keys)
+bool Reader::textParts(std::string_view tag, bool skipWs, Parts *parts)
 {
-    switch (plist_get_node_type(node)) {
-    case PLIST_BOOLEAN: {
-        uint8_t b = 0;
-        plist_get_bool_val(node, &b);
-        return QVariant(b != 0);
-    }
-    case PLIST_UINT: {
-        // The library stores every integer as unsigned 64 bits; negative
-        // numbers come back as their two's complement.
-        uint64_t v = 0;
-        plist_get_uint_val(node, &v);
-        return QVariant(static_cast<qint64>(v));
-    }
-    case PLIST_REAL: {
-        double v = 0;
-        plist_get_real_val(node, &v);
-        return QVariant(v);
-    }
-    case PLIST_STRING:
-    case PLIST_KEY: {
-        uint64_t length = 0;
-        const char *s = plist_get_string_ptr(node, &length);
-        return QVariant(QString::fromUtf8(s, static_cast<qsizetype>(length)));
-    }
-    case PLIST_DATA: {
-        uint64_t length = 0;
-        const char *p = plist_get_data_ptr(node, &length);
-        return QVariant(QByteArray(p, static_cast<qsizetype>(length)));
-    }
-    case PLIST_DATE: {
-        int32_t sec = 0, usec = 0;
-        plist_get_date_val(node, &sec, &usec);
-        const qint64 msecs = (qint64(sec) + kPlistEpochOffset) * 1000 + usec / 1000;
-        return QVariant(QDateTime::fromMSecsSinceEpoch(msecs, QTimeZone::utc()));
-    }
-    case PLIST_UID: {
-        uint64_t v = 0;
-        plist_get_uid_val(node, &v);
-        return QVariant(static_cast<qint64>(v));
-    }
-    case PLIST_ARRAY: {
-        QVariantList list;
-        const uint32_t n = plist_array_get_size(node);
-        list.reserve(n);
-        for (uint32_t i = 0; i < n; ++i)
-            list.append(toVariant(plist_array_get_item(node, i), keys));
-        return list;
-    }
-    case PLIST_DICT: {
-        QVariantMap map;
-        plist_dict_iter it = nullptr;
-        plist_dict_new_iter(node, &it);
-        for (;;) {
-            char *key = nullptr;
-            plist_t value = nullptr;
-            plist_dict_next_item(node, it, &key, &value);
-            if (!value) {
-                std::free(key);
-                break;
-            }
-            map.insert(keys.key(key), toVariant(value, keys));
-            std::free(key);
+    if (skipWs)
+        skipSpace();
+    const char *p = m_pos;
+    const char *q = m_pos;
+    for (;;) {
+        p = m_pos;
+        findChar('<');
+        if (left() < 2)
+            return false;
+        q = m_pos++;
+        if (*m_pos == '/')
+            break;
+        if (*m_pos != '!' || ++m_pos >= m_end - 1)
+            return false;
+        if (m_pos[0] == '-' && m_pos[1] == '-') {
+            parts->append({ p, q - p, false });
+            m_pos += 2;
+            if (!skipPast("-->", false))
+                return false;
+        } else if (*m_pos == '[' && ++m_pos < m_end - 8 && std::memcmp(m_pos, "CDATA[", 6) == 0) {
+            if (q > p)
+                parts->append({ p, q - p, false });
+            m_pos += 6;
+            p = m_pos;
+            if (!skipPast("]]>", false))
+                return false;
+            parts->append({ p, m_pos - 3 - p, true });
+        } else {
+            return false;
         }
-        std::free(it);
-        return map;
     }
-    case PLIST_NONE:
-        break;
+    // The end tag is compared as C strings compare: up to a NUL in the name.
+    ++m_pos;
+    const size_t named = std::min(tag.find('\0'), tag.size());
+    if (left() <= qsizetype(tag.size()) || std::memcmp(m_pos, tag.data(), named) != 0
+        || (named < tag.size() && m_pos[named] != '\0'))
+        return false;
+    m_pos += tag.size();
+    skipSpace();
+    if (m_pos >= m_end || *m_pos != '>')
+        return false;
+    ++m_pos;
+    if (q > p)
+        parts->append({ p, q - p, false });
+    return true;
+}
+
+bool Reader::scalar(std::string_view tag, std::string_view name, bool empty, QVariant *value)
+{
+    Parts parts;
+    const bool isString = tag == "string" || tag == "key";
+    if (!empty && !textParts(name, !isString, &parts))
+        return false;
+    if (isString) {
+        QString text;
+        if (!toText(parts, &text))
+            return false;
+        *value = text;
+    } else if (tag == "true" || tag == "false") {
+        *value = tag == "true";
+    } else if (tag == "integer") {
+        // Unsigned values above the signed range wrap, as the library stores them.
+        const QByteArray text = rawText(parts);
+        const char *s = text.constData();
+        const bool negative = *s == '-';
+        if (negative || *s == '+')
+            ++s;
+        const unsigned long long v = parts.isEmpty() ? 0 : std::strtoull(s, nullptr, 0);
+        *value = qint64(negative ? 0 - v : v);
+    } else if (tag == "real") {
+        *value = parts.isEmpty() ? 0.0 : strtod_l(rawText(parts).constData(), nullptr, cLocale());
+    } else if (tag == "data") {
+        const QByteArray text = rawText(parts);
+        *value = parts.isEmpty() ? QByteArray() : fromBase64(text.constData(), parts[0].size);
+    } else if (tag == "date") {
+        qint64 unixTime = 0;
+        const QByteArray text = rawText(parts);
+        if (empty) {
+            unixTime = kPlistEpochOffset;
+        } else if (!parts.isEmpty() && text.size() >= 11 && text.size() < 32) {
+            struct tm fields = {};
+            strptime(text.left(parts[0].size).constData(), "%Y-%m-%dT%H:%M:%SZ", &fields);
+            unixTime = timegm(&fields);
+        }
+        *value = dateValue(unixTime - kPlistEpochOffset);
+    } else {
+        return false;
     }
-    return QVariant();
+    return true;
+}
+
+QString Reader::key(const Parts &parts, bool *ok)
+{
+    *ok = true;
+    if (parts.size() == 1 && !parts[0].cdata) {
+        const QByteArrayView bytes(parts[0].begin, parts[0].size);
+        for (const auto &[cached, string] : m_keys) {
+            if (cached == bytes)
+                return string;
+        }
+    }
+    QString text;
+    *ok = toText(parts, &text);
+    // Keys are C strings to the library.
+    text.truncate(text.indexOf(QChar(0)) < 0 ? text.size() : text.indexOf(QChar(0)));
+    if (*ok && parts.size() == 1 && !parts[0].cdata && m_keys.size() < 64)
+        m_keys.emplace_back(QByteArray(parts[0].begin, parts[0].size), text);
+    return text;
+}
+
+QVariant Reader::read()
+{
+    bool hasRoot = false;
+    bool hasContent = false;
+    std::optional<QString> key;
+    while (m_pos < m_end) {
+        skipSpace();
+        if (m_pos >= m_end)
+            break;
+        if (*m_pos != '<' || ++m_pos >= m_end)
+            return QVariant();
+        if (*m_pos == '?') {
+            if (!skipPast("?>", true))
+                return QVariant();
+            continue;
+        }
+        if (*m_pos == '!') {
+            if (left() > 3 && std::memcmp(m_pos, "!--", 3) == 0) {
+                m_pos += 3;
+                if (!skipPast("-->", false))
+                    return QVariant();
+            } else if (left() > 8 && std::memcmp(m_pos, "!DOCTYPE", 8) == 0) {
+                bool subset = false;
+                for (m_pos += 8; m_pos < m_end && !subset; skipSpace()) {
+                    findAnyOf(" \t\r\n[>", true);
+                    if (m_pos >= m_end)
+                        return QVariant();
+                    subset = *m_pos == '[';
+                    if (*m_pos == '>') {
+                        ++m_pos;
+                        break;
+                    }
+                }
+                if (subset && !skipPast("]>", true))
+                    return QVariant();
+            } else {
+                return QVariant();
+            }
+            continue;
+        }
+
+        const char *p = m_pos;
+        findAnyOf(" \r\n\t<>", false);
+        qsizetype nameSize = m_pos - p;
+        if (m_pos < m_end && *m_pos != '>')
+            findAnyOf("<>", true);
+        if (m_pos >= m_end || *m_pos != '>')
+            return QVariant();
+        const bool empty = m_pos[-1] == '/';
+        if (empty)
+            nameSize = std::min<qsizetype>(nameSize, m_pos - p - 1);
+        ++m_pos;
+        // Names compare as C strings: a NUL ends them.
+        const std::string_view name(p, size_t(nameSize));
+        const std::string_view tag = name.substr(0, name.find('\0'));
+
+        if (tag == "plist") {
+            if (m_open.empty() && hasRoot)
+                break;
+            if (empty)
+                return QVariant();
+            m_open.push_back('p');
+            hasContent = false;
+            continue;
+        }
+        if (tag == "/plist") {
+            if (!hasContent || m_open.empty() || m_open.back() != 'p')
+                return QVariant();
+            m_open.pop_back();
+            continue;
+        }
+        hasContent = true;
+        const bool inDict = !m_frames.empty() && m_frames.back().dict;
+        if (tag == "key" && !key && inDict) {
+            Parts parts;
+            bool ok = empty || textParts(name, false, &parts);
+            key = ok ? this->key(parts, &ok) : QString();
+            if (!ok)
+                return QVariant();
+            continue;
+        }
+
+        if (tag == "dict" || tag == "array") {
+            if (inDict && !key)
+                return QVariant();
+            if (!empty || !hasRoot) {
+                if (m_frames.size() >= kMaxDepth)
+                    return QVariant();
+                m_frames.push_back({ tag == "dict", key.value_or(QString()), {}, {} });
+                if (!empty)
+                    m_open.push_back(tag[0]);
+                hasRoot = true;
+                key.reset();
+                continue;
+            }
+        }
+
+        QVariant value;
+        if (tag == "dict") {
+            value = QVariantMap();
+        } else if (tag == "array") {
+            value = QVariantList();
+        } else if (!tag.empty() && tag[0] == '/') {
+            if (m_open.empty() || tag.substr(1) != (m_open.back() == 'd' ? "dict" : "array") || m_open.back() == 'p')
+                return QVariant();
+            m_open.pop_back();
+            Frame frame = std::move(m_frames.back());
+            m_frames.pop_back();
+            key = frame.key;
+            if (frame.dict)
+                value = frame.map;
+            else
+                value = frame.list;
+        } else if (!scalar(tag, name, empty, &value)) {
+            return QVariant();
+        }
+
+        // Whatever follows a complete outermost value is not read.
+        if (m_frames.empty())
+            return value;
+        Frame &parent = m_frames.back();
+        if (parent.dict && !key)
+            return QVariant();
+        if (parent.dict)
+            parent.map.insert(*key, value);
+        else
+            parent.list.append(value);
+        key.reset();
+    }
+    if (!m_open.empty() || m_frames.empty())
+        return QVariant();
+    // Only an empty outermost container can be left open here.
+    return m_frames.front().dict ? QVariant(m_frames.front().map) : QVariant(m_frames.front().list);
 }
 
 plist_t fromVariant(const QVariant &value, QString *error)
@@ -218,16 +604,10 @@ QVariant fromXml(const char *data, qsizetype size, QString *error)
             *error = size <= 0 ? QStringLiteral("no property-list data") : QStringLiteral("property list too large");
         return QVariant();
     }
-    plist_t root = nullptr;
-    plist_from_xml(data, static_cast<uint32_t>(size), &root);
-    PlistPtr owner(root);
-    if (!root) {
-        if (error)
-            *error = QStringLiteral("the data is not a valid XML property list");
-        return QVariant();
-    }
-    KeyCache keys;
-    return toVariant(root, keys);
+    QVariant result = Reader(data, size).read();
+    if (!result.isValid() && error)
+        *error = QStringLiteral("the data is not a valid XML property list");
+    return result;
 }
 
 QByteArray toXml(const QVariant &value, QString *error)
