@@ -36,11 +36,6 @@ using PlistPtr = std::unique_ptr<void, PlistDeleter>;
 // recurses once per level, on worker threads with smaller stacks too.
 constexpr size_t kMaxDepth = 512;
 
-bool isSpace(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
 // A value's text between its tags, as runs split by comments and CDATA.
 struct Part
 {
@@ -50,58 +45,46 @@ struct Part
 };
 using Parts = QVarLengthArray<Part, 2>;
 
-// Appends a run as the writing library copies it: nothing after a NUL survives.
-void appendPart(QByteArray &out, const Part &part)
+// A run as the writing library copies it: nothing after a NUL survives.
+QByteArray copyOf(const Part &part)
 {
-    const void *nul = std::memchr(part.begin, 0, size_t(part.size));
-    const qsizetype kept = nul ? static_cast<const char *>(nul) - part.begin : part.size;
-    out.append(part.begin, kept);
-    out.append(part.size - kept, '\0');
-}
-
-void appendUtf8(QByteArray &out, char32_t c)
-{
-    if (c < 0x80) {
-        out.append(char(c));
-        return;
-    }
-    const int extra = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-    out.append(char(((0xFF00 >> (extra + 1)) & 0xFF) | (c >> (6 * extra))));
-    for (int shift = 6 * (extra - 1); shift >= 0; shift -= 6)
-        out.append(char(0x80 | ((c >> shift) & 0x3F)));
+    const QByteArrayView run(part.begin, part.size);
+    const qsizetype nul = run.indexOf('\0');
+    return nul < 0 ? run.toByteArray() : run.first(nul).toByteArray() + QByteArray(part.size - nul, '\0');
 }
 
 // Replaces the predefined entities and character references; false on any
 // other reference. The last byte is never taken as the start of one.
 bool unescape(QByteArrayView in, QByteArray &out)
 {
+    static constexpr std::pair<const char *, char> kNamed[]
+        = { { "amp", '&' }, { "apos", '\'' }, { "quot", '"' }, { "lt", '<' }, { "gt", '>' } };
     qsizetype i = 0;
-    while (i < in.size() - 1) {
-        const qsizetype amp = in.indexOf('&', i);
-        if (amp < 0 || amp >= in.size() - 1)
-            break;
+    for (qsizetype amp = 0; (amp = in.indexOf('&', i)) >= 0 && amp < in.size() - 1;) {
         out.append(in.sliced(i, amp - i));
         const qsizetype semi = in.indexOf(';', amp);
         if (semi <= amp + 1)
             return false;
         const QByteArrayView name = in.sliced(amp + 1, semi - amp - 1);
-        static constexpr std::pair<const char *, char> kNamed[]
-            = { { "amp", '&' }, { "apos", '\'' }, { "quot", '"' }, { "lt", '<' }, { "gt", '>' } };
         const auto named = std::find_if(
             std::begin(kNamed), std::end(kNamed), [&](const auto &e) { return name.startsWith(e.first); });
+        const bool hex = name.size() > 1 && (name[1] == 'x' || name[1] == 'X');
         if (named != std::end(kNamed)) {
             out.append(named->second);
-        } else {
-            const bool hex = name.size() > 1 && (name[1] == 'x' || name[1] == 'X');
-            if (name[0] != '#' || name.size() > 8 || name.size() < (hex ? 3 : 2))
-                return false;
+        } else if (name[0] == '#' && name.size() <= 8 && name.size() >= (hex ? 3 : 2)) {
             char digits[9] = {};
-            std::memcpy(digits, name.data(), size_t(name.size()));
             char *stop = nullptr;
+            std::memcpy(digits, name.data(), size_t(name.size()));
             const unsigned long long c = std::strtoull(digits + (hex ? 2 : 1), &stop, hex ? 16 : 10);
             if (c == 0 || c > 0x10FFFF || stop != digits + name.size())
                 return false;
-            appendUtf8(out, char32_t(c));
+            // Encoded as the library encodes it, surrogates included.
+            const int extra = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+            out.append(char(extra ? ((0xF0 << (3 - extra)) & 0xFF) | (c >> (6 * extra)) : c));
+            for (int k = extra - 1; k >= 0; --k)
+                out.append(char(0x80 | ((c >> (6 * k)) & 0x3F)));
+        } else {
+            return false;
         }
         i = semi + 1;
     }
@@ -111,78 +94,17 @@ bool unescape(QByteArrayView in, QByteArray &out)
 
 bool toText(const Parts &parts, QString *text)
 {
-    if (parts.size() == 1 && !std::memchr(parts[0].begin, 0, size_t(parts[0].size))
-        && (parts[0].cdata || !std::memchr(parts[0].begin, '&', size_t(parts[0].size)))) {
-        *text = QString::fromUtf8(parts[0].begin, parts[0].size);
-        return true;
-    }
+    const bool plain = parts.size() == 1 && !std::memchr(parts[0].begin, 0, size_t(parts[0].size))
+        && (parts[0].cdata || !std::memchr(parts[0].begin, '&', size_t(parts[0].size)));
     QByteArray bytes;
-    for (const Part &part : parts) {
-        QByteArray copy;
-        appendPart(copy, part);
-        if (part.cdata)
-            bytes.append(copy);
-        else if (!unescape(copy, bytes))
+    for (qsizetype i = 0; i < parts.size() && !plain; ++i) {
+        if (parts[i].cdata)
+            bytes.append(copyOf(parts[i]));
+        else if (!unescape(copyOf(parts[i]), bytes))
             return false;
     }
-    *text = QString::fromUtf8(bytes);
+    *text = plain ? QString::fromUtf8(parts[0].begin, parts[0].size) : QString::fromUtf8(bytes);
     return true;
-}
-
-// Integers, reals, dates and data take their text as it stands.
-QByteArray rawText(const Parts &parts)
-{
-    QByteArray bytes;
-    for (const Part &part : parts)
-        appendPart(bytes, part);
-    return bytes;
-}
-
-// Skips whitespace and characters outside the alphabet; '=' ends a group's
-// bytes early; decoding stops at a NUL.
-QByteArray fromBase64(const char *s, qsizetype n)
-{
-    QByteArray out;
-    out.reserve(n / 4 * 3 + 3);
-    int group[4];
-    int count = 0;
-    for (const char *end = s + n; s < end && *s; ++s) {
-        const char c = *s;
-        const int v = c >= 'A' && c <= 'Z' ? c - 'A'
-            : c >= 'a' && c <= 'z'         ? c - 'a' + 26
-            : c >= '0' && c <= '9'         ? c - '0' + 52
-            : c == '+'                     ? 62
-            : c == '/'                     ? 63
-            : c == '='                     ? -2
-                                           : -1;
-        if (v == -1)
-            continue;
-        group[count++] = v;
-        if (count < 4)
-            continue;
-        count = 0;
-        for (int k = 0; k < 3; ++k) {
-            if (group[k] >= 0 && group[k + 1] >= 0)
-                out.append(char(((group[k] << (2 * k + 2)) | (group[k + 1] >> (4 - 2 * k))) & 0xFF));
-        }
-    }
-    return out;
-}
-
-QVariant dateValue(qint64 secondsSince2001)
-{
-    // The writing library hands dates out as 32-bit seconds.
-    const qint32 sec
-        = secondsSince2001 < std::numeric_limits<qint32>::min() || secondsSince2001 > std::numeric_limits<qint32>::max()
-        ? std::numeric_limits<qint32>::min()
-        : qint32(secondsSince2001);
-    return QDateTime::fromMSecsSinceEpoch((qint64(sec) + kPlistEpochOffset) * 1000, QTimeZone::utc());
-}
-
-locale_t cLocale()
-{
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return locale;
 }
 
 // Reads straight into the QVariant tree, without recursion. It keeps the
@@ -212,7 +134,7 @@ private:
     qsizetype left() const { return m_end - m_pos; }
     void skipSpace()
     {
-        while (m_pos < m_end && isSpace(*m_pos))
+        while (m_pos < m_end && std::memchr(" \t\r\n", *m_pos, 4))
             ++m_pos;
     }
     void findChar(char c)
@@ -220,18 +142,11 @@ private:
         const void *hit = std::memchr(m_pos, c, size_t(left()));
         m_pos = hit ? static_cast<const char *>(hit) : m_end;
     }
-    // Moves to the closing quote; false at the end of the data.
-    bool skipQuote()
-    {
-        ++m_pos;
-        findChar('"');
-        return m_pos < m_end;
-    }
+    // Steps to the closing quote; false at the end of the data.
+    bool skipQuote() { return ++m_pos, findChar('"'), m_pos < m_end; }
     void findAnyOf(std::string_view chars, bool quotes)
     {
-        for (; m_pos < m_end; ++m_pos) {
-            if (quotes && *m_pos == '"' && !skipQuote())
-                return;
+        for (; m_pos < m_end && (!quotes || *m_pos != '"' || skipQuote()); ++m_pos) {
             if (chars.find(*m_pos) != std::string_view::npos)
                 return;
         }
@@ -239,19 +154,16 @@ private:
     // Finds and steps over `s`; false when it is missing.
     bool skipPast(std::string_view s, bool quotes)
     {
-        const qsizetype n = qsizetype(s.size());
-        for (; left() > n && std::memcmp(m_pos, s.data(), s.size()) != 0; ++m_pos) {
+        const auto at = [&] { return left() >= qsizetype(s.size()) && std::memcmp(m_pos, s.data(), s.size()) == 0; };
+        for (; left() > qsizetype(s.size()) && !at(); ++m_pos) {
             if (quotes && *m_pos == '"' && !skipQuote())
                 return false;
         }
-        if (left() < n || std::memcmp(m_pos, s.data(), s.size()) != 0)
-            return false;
-        m_pos += n;
-        return true;
+        return at() ? (m_pos += s.size(), true) : false;
     }
     bool textParts(std::string_view tag, bool skipWs, Parts *parts);
     bool scalar(std::string_view tag, std::string_view name, bool empty, QVariant *value);
-    QString key(const Parts &parts, bool *ok);
+    bool skipMarkup();
 
     const char *m_pos;
     const char *m_end;
@@ -285,8 +197,7 @@ bool Reader::textParts(std::string_view tag, bool skipWs, Parts *parts)
         } else if (*m_pos == '[' && ++m_pos < m_end - 8 && std::memcmp(m_pos, "CDATA[", 6) == 0) {
             if (q > p)
                 parts->append({ p, q - p, false });
-            m_pos += 6;
-            p = m_pos;
+            p = m_pos += 6;
             if (!skipPast("]]>", false))
                 return false;
             parts->append({ p, m_pos - 3 - p, true });
@@ -302,9 +213,8 @@ bool Reader::textParts(std::string_view tag, bool skipWs, Parts *parts)
         return false;
     m_pos += tag.size();
     skipSpace();
-    if (m_pos >= m_end || *m_pos != '>')
+    if (m_pos >= m_end || *m_pos++ != '>')
         return false;
-    ++m_pos;
     if (q > p)
         parts->append({ p, q - p, false });
     return true;
@@ -313,64 +223,72 @@ bool Reader::textParts(std::string_view tag, bool skipWs, Parts *parts)
 bool Reader::scalar(std::string_view tag, std::string_view name, bool empty, QVariant *value)
 {
     Parts parts;
-    const bool isString = tag == "string" || tag == "key";
-    if (!empty && !textParts(name, !isString, &parts))
+    const bool isText = tag == "string" || tag == "key";
+    if (!empty && !textParts(name, !isText, &parts))
         return false;
-    if (isString) {
+    if (isText) {
         QString text;
-        if (!toText(parts, &text))
-            return false;
+        const bool ok = toText(parts, &text);
         *value = text;
-    } else if (tag == "true" || tag == "false") {
+        return ok;
+    }
+    // Integers, reals, dates and data take their text as it stands.
+    QByteArray raw;
+    for (const Part &part : parts)
+        raw.append(copyOf(part));
+    const qsizetype first = parts.isEmpty() ? 0 : parts[0].size;
+    if (tag == "true" || tag == "false") {
         *value = tag == "true";
     } else if (tag == "integer") {
         // Unsigned values above the signed range wrap, as the library stores them.
-        const QByteArray text = rawText(parts);
-        const char *s = text.constData();
-        const bool negative = *s == '-';
-        if (negative || *s == '+')
-            ++s;
-        const unsigned long long v = parts.isEmpty() ? 0 : std::strtoull(s, nullptr, 0);
-        *value = qint64(negative ? 0 - v : v);
+        const bool sign = raw.startsWith('-') || raw.startsWith('+');
+        const quint64 v = parts.isEmpty() ? 0 : std::strtoull(raw.constData() + sign, nullptr, 0);
+        *value = qint64(raw.startsWith('-') ? 0 - v : v);
     } else if (tag == "real") {
-        *value = parts.isEmpty() ? 0.0 : strtod_l(rawText(parts).constData(), nullptr, cLocale());
+        static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
+        *value = parts.isEmpty() ? 0.0 : strtod_l(raw.constData(), nullptr, c);
     } else if (tag == "data") {
-        const QByteArray text = rawText(parts);
-        *value = parts.isEmpty() ? QByteArray() : fromBase64(text.constData(), parts[0].size);
+        *value = QByteArray::fromBase64(raw.left(first));
     } else if (tag == "date") {
-        qint64 unixTime = 0;
-        const QByteArray text = rawText(parts);
-        if (empty) {
-            unixTime = kPlistEpochOffset;
-        } else if (!parts.isEmpty() && text.size() >= 11 && text.size() < 32) {
+        qint64 sec = empty ? 0 : -kPlistEpochOffset;
+        if (!parts.isEmpty() && raw.size() >= 11 && raw.size() < 32) {
             struct tm fields = {};
-            strptime(text.left(parts[0].size).constData(), "%Y-%m-%dT%H:%M:%SZ", &fields);
-            unixTime = timegm(&fields);
+            strptime(raw.left(first).constData(), "%Y-%m-%dT%H:%M:%SZ", &fields);
+            sec = timegm(&fields) - kPlistEpochOffset;
         }
-        *value = dateValue(unixTime - kPlistEpochOffset);
+        // The library hands dates out as 32-bit seconds.
+        sec = qint32(sec) == sec ? sec : std::numeric_limits<qint32>::min();
+        *value = QDateTime::fromSecsSinceEpoch(sec + kPlistEpochOffset, QTimeZone::utc());
     } else {
         return false;
     }
     return true;
 }
 
-QString Reader::key(const Parts &parts, bool *ok)
+// Skips a processing instruction, a comment or a DOCTYPE; false when it is
+// malformed.
+bool Reader::skipMarkup()
 {
-    *ok = true;
-    if (parts.size() == 1 && !parts[0].cdata) {
-        const QByteArrayView bytes(parts[0].begin, parts[0].size);
-        for (const auto &[cached, string] : m_keys) {
-            if (cached == bytes)
-                return string;
+    if (*m_pos == '?')
+        return skipPast("?>", true);
+    if (left() > 3 && std::memcmp(m_pos, "!--", 3) == 0) {
+        m_pos += 3;
+        return skipPast("-->", false);
+    }
+    if (left() <= 8 || std::memcmp(m_pos, "!DOCTYPE", 8) != 0)
+        return false;
+    for (m_pos += 8; m_pos < m_end; skipSpace()) {
+        findAnyOf(" \t\r\n[>", true);
+        if (m_pos >= m_end)
+            return false;
+        if (*m_pos == '[')
+            return skipPast("]>", true);
+        if (*m_pos == '>') {
+            ++m_pos;
+            return true;
         }
     }
-    QString text;
-    *ok = toText(parts, &text);
-    // Keys are C strings to the library.
-    text.truncate(text.indexOf(QChar(0)) < 0 ? text.size() : text.indexOf(QChar(0)));
-    if (*ok && parts.size() == 1 && !parts[0].cdata && m_keys.size() < 64)
-        m_keys.emplace_back(QByteArray(parts[0].begin, parts[0].size), text);
-    return text;
+    return true;
 }
 
 QVariant Reader::read()
@@ -384,33 +302,9 @@ QVariant Reader::read()
             break;
         if (*m_pos != '<' || ++m_pos >= m_end)
             return QVariant();
-        if (*m_pos == '?') {
-            if (!skipPast("?>", true))
+        if (*m_pos == '?' || *m_pos == '!') {
+            if (!skipMarkup())
                 return QVariant();
-            continue;
-        }
-        if (*m_pos == '!') {
-            if (left() > 3 && std::memcmp(m_pos, "!--", 3) == 0) {
-                m_pos += 3;
-                if (!skipPast("-->", false))
-                    return QVariant();
-            } else if (left() > 8 && std::memcmp(m_pos, "!DOCTYPE", 8) == 0) {
-                bool subset = false;
-                for (m_pos += 8; m_pos < m_end && !subset; skipSpace()) {
-                    findAnyOf(" \t\r\n[>", true);
-                    if (m_pos >= m_end)
-                        return QVariant();
-                    subset = *m_pos == '[';
-                    if (*m_pos == '>') {
-                        ++m_pos;
-                        break;
-                    }
-                }
-                if (subset && !skipPast("]>", true))
-                    return QVariant();
-            } else {
-                return QVariant();
-            }
             continue;
         }
 
@@ -448,26 +342,35 @@ QVariant Reader::read()
         const bool inDict = !m_frames.empty() && m_frames.back().dict;
         if (tag == "key" && !key && inDict) {
             Parts parts;
-            bool ok = empty || textParts(name, false, &parts);
-            key = ok ? this->key(parts, &ok) : QString();
-            if (!ok)
+            if (!empty && !textParts(name, false, &parts))
                 return QVariant();
+            const QByteArrayView bytes = parts.size() == 1 && !parts[0].cdata
+                ? QByteArrayView(parts[0].begin, parts[0].size)
+                : QByteArrayView();
+            const auto cached = std::find_if(m_keys.begin(), m_keys.end(),
+                [&](const auto &entry) { return !bytes.isNull() && entry.first == bytes; });
+            if (cached != m_keys.end()) {
+                key = cached->second;
+                continue;
+            }
+            QString text;
+            if (!toText(parts, &text))
+                return QVariant();
+            key = text.left(text.indexOf(QChar(0))); // the library keeps keys as C strings
+            if (!bytes.isNull() && m_keys.size() < 64)
+                m_keys.emplace_back(bytes.toByteArray(), *key);
             continue;
         }
 
-        if (tag == "dict" || tag == "array") {
-            if (inDict && !key)
+        if ((tag == "dict" || tag == "array") && (!empty || !hasRoot)) {
+            if ((inDict && !key) || m_frames.size() >= kMaxDepth)
                 return QVariant();
-            if (!empty || !hasRoot) {
-                if (m_frames.size() >= kMaxDepth)
-                    return QVariant();
-                m_frames.push_back({ tag == "dict", key.value_or(QString()), {}, {} });
-                if (!empty)
-                    m_open.push_back(tag[0]);
-                hasRoot = true;
-                key.reset();
-                continue;
-            }
+            m_frames.push_back({ tag == "dict", key.value_or(QString()), {}, {} });
+            if (!empty)
+                m_open.push_back(tag[0]);
+            hasRoot = true;
+            key.reset();
+            continue;
         }
 
         QVariant value;
@@ -476,16 +379,13 @@ QVariant Reader::read()
         } else if (tag == "array") {
             value = QVariantList();
         } else if (!tag.empty() && tag[0] == '/') {
-            if (m_open.empty() || tag.substr(1) != (m_open.back() == 'd' ? "dict" : "array") || m_open.back() == 'p')
+            if (m_open.empty() || m_open.back() == 'p' || tag.substr(1) != (m_open.back() == 'd' ? "dict" : "array"))
                 return QVariant();
             m_open.pop_back();
             Frame frame = std::move(m_frames.back());
             m_frames.pop_back();
             key = frame.key;
-            if (frame.dict)
-                value = frame.map;
-            else
-                value = frame.list;
+            value = frame.dict ? QVariant(frame.map) : QVariant(frame.list);
         } else if (!scalar(tag, name, empty, &value)) {
             return QVariant();
         }
