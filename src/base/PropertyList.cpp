@@ -45,7 +45,7 @@ struct Part
 };
 using Parts = QVarLengthArray<Part, 2>;
 
-// A run as the writing library copies it: nothing after a NUL survives.
+// A run as libplist copies it: nothing after a NUL survives.
 QByteArray copyOf(const Part &part)
 {
     const QByteArrayView run(part.begin, part.size);
@@ -78,7 +78,7 @@ bool unescape(QByteArrayView in, QByteArray &out)
             const unsigned long long c = std::strtoull(digits + (hex ? 2 : 1), &stop, hex ? 16 : 10);
             if (c == 0 || c > 0x10FFFF || stop != digits + name.size())
                 return false;
-            // Encoded as the library encodes it, surrogates included.
+            // Encoded as libplist encodes it, surrogates included.
             const int extra = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
             out.append(char(extra ? ((0xF0 << (3 - extra)) & 0xFF) | (c >> (6 * extra)) : c));
             for (int k = extra - 1; k >= 0; --k)
@@ -108,9 +108,9 @@ bool toText(const Parts &parts, QString *text)
 }
 
 // Reads straight into the QVariant tree, without recursion. It keeps the
-// rules of the library that writes the tool's output, so it accepts and
-// refuses the same documents: tags count, not well-formedness; reading stops
-// once the outermost value is complete; a DOCTYPE's internal subset is
+// rules of libplist's reader, which this client used before, so it accepts
+// and refuses the same documents: tags count, not well-formedness; reading
+// stops once the outermost value is complete; a DOCTYPE's internal subset is
 // skipped, so its entities are never defined, let alone expanded.
 class Reader
 {
@@ -240,7 +240,7 @@ bool Reader::scalar(std::string_view tag, std::string_view name, bool empty, QVa
     if (tag == "true" || tag == "false") {
         *value = tag == "true";
     } else if (tag == "integer") {
-        // Unsigned values above the signed range wrap, as the library stores them.
+        // Unsigned values above the signed range wrap, as libplist stores them.
         const bool sign = raw.startsWith('-') || raw.startsWith('+');
         const quint64 v = parts.isEmpty() ? 0 : std::strtoull(raw.constData() + sign, nullptr, 0);
         *value = qint64(raw.startsWith('-') ? 0 - v : v);
@@ -256,7 +256,7 @@ bool Reader::scalar(std::string_view tag, std::string_view name, bool empty, QVa
             strptime(raw.left(first).constData(), "%Y-%m-%dT%H:%M:%SZ", &fields);
             sec = timegm(&fields) - kPlistEpochOffset;
         }
-        // The library hands dates out as 32-bit seconds.
+        // libplist hands dates out as 32-bit seconds.
         sec = qint32(sec) == sec ? sec : std::numeric_limits<qint32>::min();
         *value = QDateTime::fromSecsSinceEpoch(sec + kPlistEpochOffset, QTimeZone::utc());
     } else {
@@ -356,7 +356,7 @@ QVariant Reader::read()
             QString text;
             if (!toText(parts, &text))
                 return QVariant();
-            key = text.left(text.indexOf(QChar(0))); // the library keeps keys as C strings
+            key = text.left(text.indexOf(QChar(0))); // libplist keeps keys as C strings
             if (!bytes.isNull() && m_keys.size() < 64)
                 m_keys.emplace_back(bytes.toByteArray(), *key);
             continue;
