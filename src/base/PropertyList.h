@@ -19,7 +19,8 @@ public:
 };
 
 // Parses an XML property list. On failure returns an invalid QVariant and
-// describes the problem in `error`.
+// describes the problem in `error`; a list nested more than a few hundred
+// levels deep is refused the same way.
 QVariant fromXml(const char *data, qsizetype size, QString *error = nullptr);
 inline QVariant fromXml(const QByteArray &xml, QString *error = nullptr)
 {
