@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
@@ -11,6 +10,7 @@
 #include <cstring>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 // A private system bus with polkitd on it, so that the real pkexec can run.
@@ -19,8 +19,8 @@
 // fixed socket path reaches it: this process moves into a mount namespace of
 // its own and puts a private folder over "/run/dbus", where the bus listens.
 // Nothing outside this process sees either. Threads and children started
-// after construction share the namespace; construct it in initTestCase.
-// Root is authorised without a dialog, so pkexec then runs its program.
+// after construction share the namespace. Root is authorised without a
+// dialog, so pkexec then runs its program.
 class PolkitBus final
 {
 public:
@@ -33,13 +33,8 @@ public:
         }
         if (m_mounted)
             ::umount2("/run/dbus", MNT_DETACH);
-        if (m_hadAddress)
-            qputenv("DBUS_SYSTEM_BUS_ADDRESS", m_oldAddress);
-        else
-            qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+        qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
     }
-    PolkitBus(const PolkitBus &) = delete;
-    PolkitBus &operator=(const PolkitBus &) = delete;
 
     bool running() const { return m_skipReason.isEmpty(); }
     // Why pkexec cannot be tested here, for QSKIP.
@@ -48,6 +43,8 @@ public:
 private:
     QString start()
     {
+        const auto failed
+            = [](const char *what) { return QString::fromUtf8(what) + QString::fromLocal8Bit(strerror(errno)); };
         if (::geteuid() != 0)
             return QStringLiteral("only root is authorised without a dialog");
         const QString polkitd = QFile::exists(QStringLiteral("/usr/libexec/polkitd"))
@@ -58,59 +55,50 @@ private:
             if (needed.isEmpty() || !QFile::exists(needed))
                 return QStringLiteral("%1 is not installed (packages pkexec, polkitd, dbus)").arg(needed);
         }
-        // polkitd drops to its own user and must reach the socket in it.
+        // polkitd drops to a user of its own and must still reach the socket.
         if (!m_dir.isValid() || !QFile::setPermissions(m_dir.path(), QFile::permissions(QStringLiteral("/tmp"))))
             return QStringLiteral("no temporary folder");
         if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-            return QStringLiteral("no private mount namespace: %1").arg(QString::fromLocal8Bit(std::strerror(errno)));
-        QDir().mkpath(QStringLiteral("/run/dbus"));
-        const QByteArray socketDir = QFile::encodeName(m_dir.path());
-        if (::mount(socketDir.constData(), "/run/dbus", nullptr, MS_BIND, nullptr) != 0)
-            return QStringLiteral("cannot mount over /run/dbus: %1").arg(QString::fromLocal8Bit(std::strerror(errno)));
+            return failed("no private mount namespace: ");
+        ::mkdir("/run/dbus", 0755);
+        if (::mount(QFile::encodeName(m_dir.path()).constData(), "/run/dbus", nullptr, MS_BIND, nullptr) != 0)
+            return failed("cannot mount over /run/dbus: ");
         m_mounted = true;
 
         // polkitd must be allowed to own its name; everyone may talk to anyone.
-        const QString config = m_dir.path() + QStringLiteral("/bus.conf");
-        QFile file(config);
-        if (!file.open(QIODevice::WriteOnly)
-            || file.write("<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
-                          " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-                          "<busconfig><type>system</type>"
-                          "<listen>unix:path=/run/dbus/system_bus_socket</listen><auth>EXTERNAL</auth>"
-                          "<policy context=\"default\"><allow user=\"*\"/><allow own=\"*\"/>"
-                          "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/></policy></busconfig>\n")
+        QFile config(m_dir.filePath(QStringLiteral("bus.conf")));
+        if (!config.open(QIODevice::WriteOnly)
+            || config.write("<busconfig><type>system</type><listen>unix:path=/run/dbus/system_bus_socket</listen>"
+                            "<auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/><allow own=\"*\"/>"
+                            "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/></policy></busconfig>\n")
                 < 0)
-            return QStringLiteral("cannot write %1").arg(config);
-        file.close();
+            return QStringLiteral("cannot write the bus configuration");
+        config.close();
         m_bus.start(daemon,
-            { QStringLiteral("--config-file=") + config, QStringLiteral("--nofork"),
+            { QStringLiteral("--config-file=") + config.fileName(), QStringLiteral("--nofork"),
                 QStringLiteral("--print-address") });
         QByteArray address;
         while (!address.contains('\n') && m_bus.waitForReadyRead(10000))
             address += m_bus.readAllStandardOutput();
-        address = address.trimmed();
-        if (address.isEmpty())
+        if (address.trimmed().isEmpty())
             return QStringLiteral("dbus-daemon did not start: ") + QString::fromLocal8Bit(m_bus.readAllStandardError());
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", address.trimmed());
 
-        m_hadAddress = qEnvironmentVariableIsSet("DBUS_SYSTEM_BUS_ADDRESS");
-        m_oldAddress = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
-        qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
         m_polkitd.start(polkitd, { QStringLiteral("--no-debug") });
-        if (!m_polkitd.waitForStarted(10000))
-            return QStringLiteral("polkitd did not start: ") + m_polkitd.errorString();
-        const bool owned = QTest::qWaitFor(
-            [&] {
-                QProcess ask;
-                ask.start(QStringLiteral("dbus-send"),
-                    { QStringLiteral("--system"), QStringLiteral("--print-reply"),
-                        QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/"),
-                        QStringLiteral("org.freedesktop.DBus.NameHasOwner"),
-                        QStringLiteral("string:org.freedesktop.PolicyKit1") });
-                ask.waitForFinished(5000);
-                return m_polkitd.state() == QProcess::NotRunning
-                    || ask.readAllStandardOutput().contains("boolean true");
-            },
-            15000);
+        const bool owned = m_polkitd.waitForStarted(10000)
+            && QTest::qWaitFor(
+                [&] {
+                    QProcess ask;
+                    ask.start(QStringLiteral("dbus-send"),
+                        { QStringLiteral("--system"), QStringLiteral("--print-reply"),
+                            QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/"),
+                            QStringLiteral("org.freedesktop.DBus.NameHasOwner"),
+                            QStringLiteral("string:org.freedesktop.PolicyKit1") });
+                    ask.waitForFinished(5000);
+                    return m_polkitd.state() == QProcess::NotRunning
+                        || ask.readAllStandardOutput().contains("boolean true");
+                },
+                15000);
         if (!owned || m_polkitd.state() != QProcess::Running)
             return QStringLiteral("polkitd did not come up: ")
                 + QString::fromLocal8Bit(m_polkitd.readAllStandardError());
@@ -121,7 +109,5 @@ private:
     QProcess m_bus;
     QProcess m_polkitd;
     QString m_skipReason;
-    QByteArray m_oldAddress;
-    bool m_hadAddress = false;
     bool m_mounted = false;
 };

@@ -105,103 +105,65 @@ private slots:
         QVERIFY(!m_sim->recordedEnvironment().contains("ORVANE_PRIVILEGED_RUN=1"));
     }
 
-    void privilegedBindAndItsSuccessLine_data()
+    void privilegedHelpersOutputDecides_data()
     {
-        QTest::addColumn<bool>("bind");
-        QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<bool>("fails");
-        QTest::newRow("bind: success line among warnings")
-            << true << QByteArray("Warning: slow link\nSuccessfully bound camera X\nWarning: again\n") << false;
-        QTest::newRow("bind: no success line") << true << QByteArray("Bound, more or less\n") << true;
-        QTest::newRow("bind: no output at all") << true << QByteArray() << true;
-        QTest::newRow("unbind: says bound only") << false << QByteArray("Successfully bound camera X\n") << true;
-        QTest::newRow("unbind: success") << false << QByteArray("Successfully unbound camera X\n") << false;
-    }
-
-    void privilegedBindAndItsSuccessLine()
-    {
-        QFETCH(bool, bind);
-        QFETCH(QByteArray, output);
-        QFETCH(bool, fails);
-        m_sim->installRecordingTool();
-        m_sim->setReply(output, "", 0);
-        auto interface = makeInterface(u"Room 101"_s);
-        Error error;
-        const int32_t status = bind ? interface->bindCameraWithAuthorization(direct(), &error)
-                                    : interface->unbindCameraWithAuthorization(direct(), &error);
-        QCOMPARE(status, 0); // the launch itself succeeded
-        QCOMPARE(m_sim->recordedArguments(), bindLine(bind, u"Room 101"_s));
-        // The password travels over the pipe, never in the environment.
-        QCOMPARE(m_sim->recordedStdin(), QByteArray("lumex"));
-        QVERIFY(m_sim->recordedEnvironment().contains("ORVANE_PRIVILEGED_RUN=1\n"));
-        QVERIFY(!m_sim->recordedEnvironment().contains("=lumex\n"));
-        QCOMPARE(error, (fails ? Error { kServerInterfaceErrorDomain, 0, QString::fromUtf8(output) } : Error {}));
-    }
-
-    void bindAndUnbindWithRightsAgainstSimulator()
-    {
-        auto interface = makeInterface(u"Lab Mac"_s);
-        Error error;
-        QCOMPARE(interface->bindCameraWithAuthorization(direct(), &error), 0);
-        QVERIFY2(error.domain.isEmpty(), qPrintable(error.localizedDescription));
-        QCOMPARE(globalConfig().value(u"CameraName"_s).toString(), u"Lab Mac"_s);
-
-        // Unbinding under another name is refused by the tool; the launch
-        // still succeeded, so the status is 0 and the error has the output.
-        interface->setCameraName(u"Other Mac"_s);
-        QCOMPARE(interface->unbindCameraWithAuthorization(direct(), &error), 0);
-        QCOMPARE(error.code, 0);
-        QVERIFY(!error.localizedDescription.contains(u"Successfully unbound"_s));
-
-        error = {};
-        interface->setCameraName(u"Lab Mac"_s);
-        QCOMPARE(interface->unbindCameraWithAuthorization(direct(), &error), 0);
-        QVERIFY2(error.domain.isEmpty(), qPrintable(error.localizedDescription));
-        QVERIFY(!globalConfig().contains(u"CameraName"_s));
-
-        // The helper cannot be launched at all: the launch status is the code.
-        m_sim->removeTool(u"orvxexec"_s);
-        QCOMPARE(interface->bindCameraWithAuthorization(direct(), &error), PrivilegedLauncher::kCannotLaunch);
-        QCOMPARE(error, (Error { kServerInterfaceErrorDomain, PrivilegedLauncher::kCannotLaunch, u""_s }));
-
-        // A missing authorization is refused without running anything.
-        QVERIFY(interface->bindCameraWithAuthorization(nullptr, &error) != 0);
-        QCOMPARE(error.domain, kServerInterfaceErrorDomain);
-    }
-
-    void agentControl_data()
-    {
-        QTest::addColumn<bool>("start");
+        QTest::addColumn<QString>("action");
         QTest::addColumn<QByteArray>("output"); // null: no helper at all
         QTest::addColumn<int>("status");
         QTest::addColumn<Error>("error");
-        QTest::newRow("start, fine") << true << QByteArray("Agent started.\n") << 0 << Error {};
-        QTest::newRow("stop, Error: first") << false << QByteArray("Error: busy\n") << 0
-                                            << Error { kServerInterfaceErrorDomain, 2, u"Error: busy\n"_s };
-        QTest::newRow("Error: not at the start") << true << QByteArray("Note\nError: later\n") << 0 << Error {};
-        QTest::newRow("helper missing") << true << QByteArray() << 10
-                                        << Error { kServerInterfaceErrorDomain, 10,
-                                               m_sim->tool(u"orvxctlexec"_s) + u" tool cannot be found."_s };
+        const auto failed = [](qint64 code, const QByteArray &text) {
+            return Error { kServerInterfaceErrorDomain, code, QString::fromUtf8(text) };
+        };
+        const QByteArray warned = "Warning: slow link\nSuccessfully bound camera X\nWarning: again\n";
+        QTest::newRow("bind: success line among warnings") << u"bind"_s << warned << 0 << Error {};
+        // The launch itself succeeded: the status is 0 and the error has the output.
+        QTest::newRow("bind: no success line")
+            << u"bind"_s << QByteArray("Bound, more or less\n") << 0 << failed(0, "Bound, more or less\n");
+        QTest::newRow("bind: no output at all") << u"bind"_s << QByteArray("") << 0 << failed(0, "");
+        QTest::newRow("unbind: says bound only") << u"unbind"_s << QByteArray("Successfully bound camera X\n") << 0
+                                                 << failed(0, "Successfully bound camera X\n");
+        QTest::newRow("unbind: success") << u"unbind"_s << QByteArray("Successfully unbound camera X\n") << 0
+                                         << Error {};
+        QTest::newRow("bind: helper cannot launch")
+            << u"bind"_s << QByteArray() << int(PrivilegedLauncher::kCannotLaunch)
+            << failed(PrivilegedLauncher::kCannotLaunch, "");
+        QTest::newRow("start, fine") << u"start"_s << QByteArray("Agent started.\n") << 0 << Error {};
+        QTest::newRow("stop, Error: first")
+            << u"stop"_s << QByteArray("Error: busy\n") << 0 << failed(2, "Error: busy\n");
+        QTest::newRow("start, Error: later") << u"start"_s << QByteArray("Note\nError: later\n") << 0 << Error {};
+        QTest::newRow("start, helper missing")
+            << u"start"_s << QByteArray() << 10
+            << failed(10, (m_sim->tool(u"orvxctlexec"_s) + u" tool cannot be found."_s).toUtf8());
     }
 
-    void agentControl()
+    void privilegedHelpersOutputDecides()
     {
-        QFETCH(bool, start);
+        QFETCH(QString, action);
         QFETCH(QByteArray, output);
         QFETCH(int, status);
         QFETCH(Error, error);
+        const bool binding = action.endsWith(u"bind"_s);
+        const QString tool = binding ? u"orvxexec"_s : u"orvxctlexec"_s;
         if (output.isNull())
-            m_sim->removeTool(u"orvxctlexec"_s);
+            m_sim->removeTool(tool);
         else
-            m_sim->installRecordingTool(u"orvxctlexec"_s);
+            m_sim->installRecordingTool(tool);
         m_sim->setReply(output, "", 0);
+        auto interface = makeInterface(u"Room 101"_s);
         Error got;
-        QCOMPARE(makeInterface()->setAgentRunning(start, direct(), &got), status);
+        QCOMPARE(action == u"bind"_s    ? interface->bindCameraWithAuthorization(direct(), &got)
+                : action == u"unbind"_s ? interface->unbindCameraWithAuthorization(direct(), &got)
+                                        : interface->setAgentRunning(action == u"start"_s, direct(), &got),
+            status);
         QCOMPARE(got, error);
-        if (!output.isNull()) {
-            QCOMPARE(m_sim->recordedArguments(), (QStringList { u"agent"_s, start ? u"start"_s : u"stop"_s }));
-            QCOMPARE(m_sim->recordedStdin(), QByteArray()); // nothing is written to it
-        }
+        if (output.isNull())
+            return;
+        QCOMPARE(m_sim->recordedArguments(),
+            (binding ? bindLine(action == u"bind"_s, u"Room 101"_s) : QStringList { u"agent"_s, action }));
+        // The password travels over the pipe, never in the environment.
+        QCOMPARE(m_sim->recordedStdin(), binding ? QByteArray("lumex") : QByteArray());
+        QVERIFY(m_sim->recordedEnvironment().contains("ORVANE_PRIVILEGED_RUN=1\n"));
+        QVERIFY(!m_sim->recordedEnvironment().contains("=lumex\n"));
     }
 
     void machineWideConfiguration_data()
@@ -286,7 +248,7 @@ private slots:
         QVERIFY(m_sim->recordedEnvironment().contains("ORVANE_PRIVILEGED_RUN=1\n"));
     }
 
-    void agentLifeThroughAsyncForms()
+    void agentLifeAgainstSimulatorThroughAsyncForms()
     {
         auto interface = makeInterface(u"Async Mac"_s);
         QObject delegate;
@@ -308,12 +270,24 @@ private slots:
         // The helper's "Error:" text gives error 2 while the status stays 0.
         QCOMPARE(agent(true), error2(u"Error: the agent is not bound to a server.\n"_s));
         QCOMPARE(await([&] { interface->bindCameraWithAuthorization(direct(), &delegate, callback); }), Error {});
+        QCOMPARE(globalConfig().value(u"CameraName"_s).toString(), u"Async Mac"_s);
         QCOMPARE(agent(true), Error {});
         QVERIFY(PropertyList::readFile(m_sim->state(u"agent.plist"_s)).toMap().value(u"running"_s).toBool());
         QCOMPARE(agent(true).code, 2); // already running
         QCOMPARE(agent(false), Error {});
         QCOMPARE(agent(false), error2(u"Error: agent is not running.\n"_s));
-        QCOMPARE(await([&] { interface->unbindCameraWithAuthorization(direct(), &delegate, callback); }), Error {});
+        const auto unbind = [&] { interface->unbindCameraWithAuthorization(direct(), &delegate, callback); };
+        // The tool refuses to unbind under another name; only its output says so.
+        interface->setCameraName(u"Other Mac"_s);
+        QCOMPARE(await(unbind).code, 0);
+        QVERIFY(!result->value_or(Error {}).localizedDescription.contains(u"Successfully unbound"_s));
+        interface->setCameraName(u"Async Mac"_s);
+        QCOMPARE(await(unbind), Error {});
+        QVERIFY(!globalConfig().contains(u"CameraName"_s));
+        // A missing authorization is refused without running anything.
+        Error error;
+        QVERIFY(interface->bindCameraWithAuthorization(nullptr, &error) != 0);
+        QCOMPARE(error.domain, kServerInterfaceErrorDomain);
         interface->setCameraName(QString());
         QCOMPARE(await([&] { interface->bindCameraWithDelegate(&delegate, callback); }),
             (Error { kServerInterfaceErrorDomain, -1, kNoCamera }));
