@@ -18,8 +18,9 @@
 // pkexec clears its environment before it looks for the bus, so only the
 // fixed socket path reaches it: this process moves into a mount namespace of
 // its own and puts a private folder over "/run/dbus", where the bus listens.
-// Nothing outside this process sees either. Threads and children started
-// after construction share the namespace. Root is authorised without a
+// Nothing outside this process sees either. Only threads and children
+// started after construction share the namespace: construct it in
+// initTestCase, before any worker thread. Root is authorised without a
 // dialog, so pkexec then runs its program.
 class PolkitBus final
 {
