@@ -1,14 +1,13 @@
 #include "LocalAgentTask.h"
 
 #include "CStringArray.h"
+#include "Process.h"
 
 #include <cerrno>
 #include <csignal>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
-#include <vector>
 
 extern char **environ;
 
@@ -16,14 +15,9 @@ std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(
     const QString &program, const QStringList &arguments, int *errnoOut)
 {
     CStringArray argv(QStringList { program } + arguments);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
     // The agent gets our standard streams and nothing else we hold open.
-    posix_spawn_file_actions_addclosefrom_np(&actions, 3);
     pid_t pid = -1;
-    const int rc = posix_spawn(&pid, argv.first(), &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
+    const int rc = spawnProcess(&pid, argv.first(), argv.data(), environ);
     if (rc != 0) {
         if (errnoOut)
             *errnoOut = rc;
@@ -45,10 +39,7 @@ LocalAgentTask::~LocalAgentTask()
     // once it ends: reap it from a thread of its own.
     const pid_t pid = m_pid;
     try {
-        std::thread([pid] {
-            int status = 0;
-            while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
-        }).detach();
+        std::thread([pid] { waitForChild(pid, nullptr); }).detach();
     } catch (const std::system_error &) {
         // No thread to be had: the child stays a zombie until we exit,
         // which is harmless; a destructor must not throw.
@@ -60,15 +51,12 @@ bool LocalAgentTask::pollLocked()
     if (m_pid <= 0 || m_reaped)
         return false;
     int status = 0;
-    pid_t rc;
-    do {
-        rc = waitpid(m_pid, &status, WNOHANG);
-    } while (rc < 0 && errno == EINTR);
+    const pid_t rc = waitForChild(m_pid, &status, WNOHANG);
     if (rc == 0)
         return true;
     m_reaped = true;
     if (rc == m_pid)
-        m_status = WIFEXITED(status) ? WEXITSTATUS(status) : WIFSIGNALED(status) ? WTERMSIG(status) : -1;
+        m_status = decodeWaitStatus(status);
     // rc < 0: not (or no longer) our child, so nothing of ours is running.
     return false;
 }

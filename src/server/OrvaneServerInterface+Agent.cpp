@@ -3,11 +3,17 @@
 #include "Format.h"
 #include "Log.h"
 #include "Paths.h"
+#include "Process.h"
 #include "ProcessRunner.h"
 #include "PropertyList.h"
 
 #include <QFile>
-#include <QSaveFile>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -29,6 +35,69 @@ int32_t runPrivileged(const std::shared_ptr<Authorization> &authorization, const
     if (output)
         *output = QString::fromUtf8(bytes);
     return status;
+}
+
+QString errnoText(int code)
+{
+    return QString::fromLocal8Bit(std::strerror(code));
+}
+
+// The configuration files are read and written with the system calls
+// themselves so that a failure reports the error number of the step that
+// failed. Each returns 0 or that number.
+int readWholeFile(const QString &path, QByteArray *bytes)
+{
+    const FileDescriptor fd(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    if (!fd.valid())
+        return errno;
+    char buffer[16384];
+    for (;;) {
+        const ssize_t r = ::read(fd.get(), buffer, sizeof buffer);
+        if (r < 0 && errno == EINTR)
+            continue;
+        if (r < 0)
+            return errno;
+        if (r == 0)
+            return 0;
+        bytes->append(buffer, r);
+    }
+}
+
+int writeAll(int fd, const QByteArray &bytes)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t w = ::write(fd, bytes.constData() + written, bytes.size() - written);
+        if (w < 0 && errno == EINTR)
+            continue;
+        if (w < 0)
+            return errno;
+        written += w;
+    }
+    return 0;
+}
+
+// Through a temporary file beside `path` that replaces it only once it is
+// complete and on disk, keeping the old file's permissions.
+int replaceFile(const QString &path, const QByteArray &bytes)
+{
+    const QByteArray target = QFile::encodeName(path);
+    QByteArray temporary = target + ".XXXXXX";
+    const FileDescriptor fd(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!fd.valid())
+        return errno;
+    struct stat old = {};
+    const mode_t mode = ::stat(target.constData(), &old) == 0 ? (old.st_mode & 07777) : 0644;
+    int code = ::fchmod(fd.get(), mode) == 0 ? 0 : errno;
+    if (code == 0)
+        code = writeAll(fd.get(), bytes);
+    if (code == 0 && ::fsync(fd.get()) != 0)
+        code = errno;
+    if (code == 0 && ::rename(temporary.constData(), target.constData()) != 0)
+        code = errno;
+    if (code != 0)
+        ::unlink(temporary.constData());
+    return code;
 }
 
 } // namespace
@@ -132,16 +201,10 @@ void OrvaneServerInterface::setAgentRunning(
 std::optional<QVariantMap> OrvaneServerInterface::getCameraAgentConfigurationError(Error *error)
 {
     const QString path = Paths::globalAgentConfig();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, kPosixErrorDomain, file.error(),
-            lxFormat(tr("The camera agent configuration could not be read from %@: %@"), { path, file.errorString() }));
-        return std::nullopt;
-    }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        setError(error, kPosixErrorDomain, file.error(),
-            lxFormat(tr("The camera agent configuration could not be read from %@: %@"), { path, file.errorString() }));
+    QByteArray bytes;
+    if (const int code = readWholeFile(path, &bytes); code != 0) {
+        setError(error, kPosixErrorDomain, code,
+            lxFormat(tr("The camera agent configuration could not be read from %@: %@"), { path, errnoText(code) }));
         return std::nullopt;
     }
     QString parseError;
@@ -157,11 +220,17 @@ std::optional<QVariantMap> OrvaneServerInterface::getCameraAgentConfigurationErr
 std::optional<Error> OrvaneServerInterface::setCameraAgentConfiguration(const QVariantMap &configuration)
 {
     const QString path = Paths::globalAgentConfig();
-    QString writeError;
-    if (PropertyList::writeFile(path, configuration, true, &writeError))
+    QString serialiserError;
+    const QByteArray xml = PropertyList::toXml(configuration, &serialiserError);
+    if (xml.isNull()) {
+        return Error { kServerInterfaceErrorDomain, -1,
+            lxFormat(tr("The camera agent configuration could not be saved to %@: %@"), { path, serialiserError }) };
+    }
+    const int code = replaceFile(path, xml);
+    if (code == 0)
         return std::nullopt;
-    return Error { kPosixErrorDomain, -1,
-        lxFormat(tr("The camera agent configuration could not be saved to %@: %@"), { path, writeError }) };
+    return Error { kPosixErrorDomain, code,
+        lxFormat(tr("The camera agent configuration could not be saved to %@: %@"), { path, errnoText(code) }) };
 }
 
 std::optional<QVariantMap> OrvaneServerInterface::localCameraAgentConfiguration()

@@ -2,56 +2,41 @@
 
 #include "CStringArray.h"
 #include "Paths.h"
-
-#include <QFile>
+#include "Process.h"
 
 #include <cerrno>
-#include <csignal>
-#include <spawn.h>
+#include <optional>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 extern char **environ;
 
 namespace {
 
-struct SpawnResult
-{
-    bool started = false;
-    int status = -1; // raw waitpid status
-};
+// The helper's decoded status, or nullopt when it could not be started.
+using RunResult = std::optional<int>;
 
 // Starts `argv` with one end of a socketpair as its standard input and
 // output, talks over the other end as the platform's privileged pipe did,
 // and waits for it.
-SpawnResult runOverSocketPair(CStringArray &argv, char **envp, const QByteArray *input, QByteArray *output)
+RunResult runOverSocketPair(CStringArray &argv, char **envp, const QByteArray *input, QByteArray *output)
 {
-    // Writing to a helper that has gone must not end this process.
-    ::signal(SIGPIPE, SIG_IGN);
-    int sv[2];
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sv) != 0)
-        return {};
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, sv[1], STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, sv[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclosefrom_np(&actions, 3);
+    ignoreSigpipe();
+    DescriptorPair pair = makeSocketPair();
+    if (!pair.valid())
+        return std::nullopt;
     pid_t pid = -1;
-    const int rc = ::posix_spawn(&pid, argv.first(), &actions, nullptr, argv.data(), envp);
-    posix_spawn_file_actions_destroy(&actions);
-    ::close(sv[1]);
-    if (rc != 0) {
-        ::close(sv[0]);
-        return {};
-    }
+    const int rc = spawnProcess(&pid, argv.first(), argv.data(), envp,
+        { { pair.second.get(), STDIN_FILENO }, { pair.second.get(), STDOUT_FILENO } });
+    pair.second.reset();
+    if (rc != 0)
+        return std::nullopt;
 
+    const int fd = pair.first.get();
     if (input) {
         qsizetype written = 0;
         while (written < input->size()) {
-            const ssize_t w = ::send(sv[0], input->constData() + written, input->size() - written, MSG_NOSIGNAL);
+            const ssize_t w = ::send(fd, input->constData() + written, input->size() - written, MSG_NOSIGNAL);
             if (w < 0 && errno == EINTR)
                 continue;
             if (w <= 0)
@@ -59,25 +44,23 @@ SpawnResult runOverSocketPair(CStringArray &argv, char **envp, const QByteArray 
             written += w;
         }
     }
-    ::shutdown(sv[0], SHUT_WR);
+    ::shutdown(fd, SHUT_WR);
     QByteArray bytes;
     char buffer[16384];
     for (;;) {
-        const ssize_t r = ::read(sv[0], buffer, sizeof buffer);
+        const ssize_t r = ::read(fd, buffer, sizeof buffer);
         if (r < 0 && errno == EINTR)
             continue;
         if (r <= 0)
             break;
         bytes.append(buffer, r);
     }
-    ::close(sv[0]);
+    pair.first.reset();
     if (output)
         *output = bytes;
 
-    SpawnResult result;
-    result.started = true;
-    while (::waitpid(pid, &result.status, 0) < 0 && errno == EINTR) { }
-    return result;
+    int rawStatus = 0;
+    return waitForChild(pid, &rawStatus) == pid ? decodeWaitStatus(rawStatus) : -1;
 }
 
 CStringArray argumentVector(const QString &first, const QString &helper, const QStringList &arguments)
@@ -100,24 +83,27 @@ std::shared_ptr<PrivilegedLauncher> PrivilegedLauncher::standard()
     return std::make_shared<PkexecLauncher>();
 }
 
+PkexecLauncher::PkexecLauncher(QString pkexecPath)
+    : m_pkexecPath(std::move(pkexecPath))
+{ }
+
 int32_t PkexecLauncher::execute(
     const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output)
 {
-    CStringArray argv = argumentVector(QStringLiteral("/usr/bin/pkexec"), helper, arguments);
-    const SpawnResult result = runOverSocketPair(argv, environ, input, output);
-    if (!result.started)
+    CStringArray argv = argumentVector(m_pkexecPath, helper, arguments);
+    const RunResult result = runOverSocketPair(argv, environ, input, output);
+    if (!result)
         return kCannotLaunch;
-    if (WIFEXITED(result.status)) {
-        switch (WEXITSTATUS(result.status)) {
-        case 127:
-            return kNotAuthorized;
-        case 126:
-            return kCanceled;
-        default:
-            return 0;
-        }
+    // pkexec passes the helper's status on, so a helper's own 126 or 127
+    // reads the same as pkexec's refusals.
+    switch (*result) {
+    case 127:
+        return kNotAuthorized;
+    case 126:
+        return kCanceled;
+    default:
+        return 0;
     }
-    return 0;
 }
 
 int32_t DirectLauncher::execute(
@@ -126,6 +112,5 @@ int32_t DirectLauncher::execute(
     CStringArray env = CStringArray::environment();
     env.append(QByteArray(Paths::kPrivilegedRunVariable) + "=1");
     CStringArray argv = argumentVector(QString(), helper, arguments);
-    const SpawnResult result = runOverSocketPair(argv, env.data(), input, output);
-    return result.started ? 0 : kCannotLaunch;
+    return runOverSocketPair(argv, env.data(), input, output) ? 0 : kCannotLaunch;
 }

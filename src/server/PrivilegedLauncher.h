@@ -37,8 +37,13 @@ public:
 class PkexecLauncher final : public PrivilegedLauncher
 {
 public:
+    // Tests give another path to see a pkexec that cannot be started.
+    explicit PkexecLauncher(QString pkexecPath = QStringLiteral("/usr/bin/pkexec"));
     int32_t execute(
         const QString &helper, const QStringList &arguments, const QByteArray *input, QByteArray *output) override;
+
+private:
+    const QString m_pkexecPath;
 };
 
 // Runs the helper itself, marking the run as privileged in its environment.

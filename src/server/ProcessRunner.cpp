@@ -4,109 +4,35 @@
 
 #include <QFile>
 
-#include <QFileInfo>
-
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 extern char **environ;
 
 namespace {
 
-// A file descriptor that closes itself.
-class Fd
+[[noreturn]] void throwStartError(const char *what)
 {
-public:
-    Fd() = default;
-    explicit Fd(int fd)
-        : m_fd(fd)
-    { }
-    ~Fd() { reset(); }
-    Fd(const Fd &) = delete;
-    Fd &operator=(const Fd &) = delete;
-    Fd(Fd &&other) noexcept
-        : m_fd(other.release())
-    { }
-    Fd &operator=(Fd &&other) noexcept
-    {
-        reset(other.release());
-        return *this;
-    }
-
-    int get() const { return m_fd; }
-    bool valid() const { return m_fd >= 0; }
-    int release()
-    {
-        const int fd = m_fd;
-        m_fd = -1;
-        return fd;
-    }
-    void reset(int fd = -1)
-    {
-        if (m_fd >= 0)
-            ::close(m_fd);
-        m_fd = fd;
-    }
-
-private:
-    int m_fd = -1;
-};
-
-struct Pipe
-{
-    Fd read;
-    Fd write;
-};
-
-Pipe makePipe()
-{
-    int fds[2];
-    if (::pipe2(fds, O_CLOEXEC) != 0)
-        throw ProcessStartError(std::string("cannot create a pipe: ") + std::strerror(errno));
-    return Pipe { Fd(fds[0]), Fd(fds[1]) };
+    throw ProcessStartError(std::string(what) + std::strerror(errno));
 }
 
-Fd openNull(int flags)
+DescriptorPair pipeOrThrow()
 {
-    const int fd = ::open("/dev/null", flags | O_CLOEXEC);
-    if (fd < 0)
-        throw ProcessStartError(std::string("cannot open /dev/null: ") + std::strerror(errno));
-    return Fd(fd);
+    DescriptorPair pipe = makePipe();
+    if (!pipe.valid())
+        throwStartError("cannot create a pipe: ");
+    return pipe;
 }
 
-// Writing to a child that has already exited must fail with EPIPE, not end
-// this process.
-void ignoreSigpipeOnce()
+FileDescriptor devNullOrThrow(int flags)
 {
-    static const bool done = [] {
-        struct sigaction action = {};
-        action.sa_handler = SIG_IGN;
-        sigemptyset(&action.sa_mask);
-        ::sigaction(SIGPIPE, &action, nullptr);
-        return true;
-    }();
-    Q_UNUSED(done);
-}
-
-int32_t waitForExit(pid_t pid)
-{
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR)
-            return -1;
-    }
-    if (WIFEXITED(status))
-        return WEXITSTATUS(status);
-    if (WIFSIGNALED(status))
-        return WTERMSIG(status);
-    return -1;
+    FileDescriptor fd = openDevNull(flags);
+    if (!fd.valid())
+        throwStartError("cannot open /dev/null: ");
+    return fd;
 }
 
 } // namespace
@@ -123,7 +49,7 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
 {
     if (launchPath.isNull() || !isExecutableFile(launchPath))
         return -1;
-    ignoreSigpipeOnce();
+    ignoreSigpipe();
 
     const QByteArray program = QFile::encodeName(launchPath);
     CStringArray argv;
@@ -139,36 +65,29 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
     }
 
     // Parent ends of the pipes the caller asked for; the rest is /dev/null.
-    Pipe in, out, err;
-    Fd childIn = input.isNull() ? openNull(O_RDONLY) : Fd();
-    Fd childOut = output ? Fd() : openNull(O_WRONLY);
-    Fd childErr = error ? Fd() : openNull(O_WRONLY);
+    DescriptorPair in, out, err;
+    FileDescriptor childIn = input.isNull() ? devNullOrThrow(O_RDONLY) : FileDescriptor();
+    FileDescriptor childOut = output ? FileDescriptor() : devNullOrThrow(O_WRONLY);
+    FileDescriptor childErr = error ? FileDescriptor() : devNullOrThrow(O_WRONLY);
     if (!input.isNull()) {
-        in = makePipe();
-        childIn = std::move(in.read);
+        in = pipeOrThrow();
+        childIn = std::move(in.first);
         // Never block in write(): a child that answers while it still reads
         // must have its output drained in between.
-        ::fcntl(in.write.get(), F_SETFL, ::fcntl(in.write.get(), F_GETFL) | O_NONBLOCK);
+        ::fcntl(in.second.get(), F_SETFL, ::fcntl(in.second.get(), F_GETFL) | O_NONBLOCK);
     }
     if (output) {
-        out = makePipe();
-        childOut = std::move(out.write);
+        out = pipeOrThrow();
+        childOut = std::move(out.second);
     }
     if (error) {
-        err = makePipe();
-        childErr = std::move(err.write);
+        err = pipeOrThrow();
+        childErr = std::move(err.second);
     }
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, childIn.get(), STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, childOut.get(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, childErr.get(), STDERR_FILENO);
-    posix_spawn_file_actions_addclosefrom_np(&actions, 3);
     pid_t pid = -1;
-    const int rc
-        = ::posix_spawn(&pid, program.constData(), &actions, nullptr, argv.data(), environment ? envp.data() : environ);
-    posix_spawn_file_actions_destroy(&actions);
+    const int rc = spawnProcess(&pid, program.constData(), argv.data(), environment ? envp.data() : environ,
+        { { childIn.get(), STDIN_FILENO }, { childOut.get(), STDOUT_FILENO }, { childErr.get(), STDERR_FILENO } });
     childIn.reset();
     childOut.reset();
     childErr.reset();
@@ -178,27 +97,30 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
                                     .toStdString());
     }
 
+    FileDescriptor &inWrite = in.second;
+    FileDescriptor &outRead = out.first;
+    FileDescriptor &errRead = err.first;
     const QByteArray inputBytes = input.toUtf8();
     qsizetype written = 0;
-    if (in.write.valid() && inputBytes.isEmpty())
-        in.write.reset();
+    if (inWrite.valid() && inputBytes.isEmpty())
+        inWrite.reset();
     QByteArray outBytes, errBytes;
 
-    while (in.write.valid() || out.read.valid() || err.read.valid()) {
+    while (inWrite.valid() || outRead.valid() || errRead.valid()) {
         pollfd fds[3];
         nfds_t n = 0;
         int inIdx = -1, outIdx = -1, errIdx = -1;
-        if (in.write.valid()) {
+        if (inWrite.valid()) {
             inIdx = int(n);
-            fds[n++] = pollfd { in.write.get(), POLLOUT, 0 };
+            fds[n++] = pollfd { inWrite.get(), POLLOUT, 0 };
         }
-        if (out.read.valid()) {
+        if (outRead.valid()) {
             outIdx = int(n);
-            fds[n++] = pollfd { out.read.get(), POLLIN, 0 };
+            fds[n++] = pollfd { outRead.get(), POLLIN, 0 };
         }
-        if (err.read.valid()) {
+        if (errRead.valid()) {
             errIdx = int(n);
-            fds[n++] = pollfd { err.read.get(), POLLIN, 0 };
+            fds[n++] = pollfd { errRead.get(), POLLIN, 0 };
         }
         if (::poll(fds, n, -1) < 0) {
             if (errno == EINTR)
@@ -206,14 +128,14 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
             break;
         }
         if (inIdx >= 0 && fds[inIdx].revents) {
-            const ssize_t w = ::write(in.write.get(), inputBytes.constData() + written, inputBytes.size() - written);
+            const ssize_t w = ::write(inWrite.get(), inputBytes.constData() + written, inputBytes.size() - written);
             if (w > 0)
                 written += w;
             if ((w < 0 && errno != EINTR && errno != EAGAIN) || written >= inputBytes.size())
-                in.write.reset(); // all written, or the child stopped reading: it sees end of file
+                inWrite.reset(); // all written, or the child stopped reading: it sees end of file
         }
         char buffer[65536];
-        auto drain = [&buffer](Fd &fd, QByteArray &into, short revents) {
+        auto drain = [&buffer](FileDescriptor &fd, QByteArray &into, short revents) {
             if (!revents)
                 return;
             const ssize_t r = ::read(fd.get(), buffer, sizeof buffer);
@@ -223,12 +145,13 @@ int32_t runExecutable(const QString &launchPath, const std::optional<QStringList
                 fd.reset();
         };
         if (outIdx >= 0)
-            drain(out.read, outBytes, fds[outIdx].revents);
+            drain(outRead, outBytes, fds[outIdx].revents);
         if (errIdx >= 0)
-            drain(err.read, errBytes, fds[errIdx].revents);
+            drain(errRead, errBytes, fds[errIdx].revents);
     }
 
-    const int32_t status = waitForExit(pid);
+    int rawStatus = 0;
+    const int32_t status = waitForChild(pid, &rawStatus) == pid ? decodeWaitStatus(rawStatus) : -1;
     if (output)
         *output = outBytes;
     if (error)

@@ -4,18 +4,10 @@
 #include <QString>
 #include <QStringList>
 
+#include "Process.h"
+
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
-
-// Raised when a child that passed the executable test still cannot be
-// started (a folder at the path, a file the kernel cannot run, no memory).
-// Worker-thread entries catch it; see runOnWorkerThread.
-class ProcessStartError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 // Runs `launchPath` as a child and collects what it prints.
 //

@@ -1,346 +1,260 @@
-// runExecutable against real child processes: /bin/sh scripts and the
-// simulator's server tool, with the simulator's faults for floods, signals
-// and hangs.
+// The process layer against real children: runExecutable with /bin/sh
+// scripts and the simulator's server tool (floods), and the real pkexec on a
+// private system bus for the privileged launcher's statuses.
 
+#include "PolkitBus.h"
 #include "SimSandbox.h"
 
 #include "Log.h"
 #include "OrvaneServerInterface.h"
 #include "ProcessRunner.h"
 
-#include <QSignalSpy>
 #include <QThread>
-#include <QTimer>
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <thread>
+
+using namespace Qt::StringLiterals;
 
 class TestProcessRunner : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase();
-    void init();
-
-    void standardInputKinds_data();
-    void standardInputKinds();
-    void unwantedStreamsGoToDevNullAndAreNotMerged();
-    void argumentsNullEmptyAndGiven_data();
-    void argumentsNullEmptyAndGiven();
-    void environmentReplacesOursWhenGiven();
-    void exitStatusPassesThrough_data();
-    void exitStatusPassesThrough();
-    void killedBySignalGivesSignalNumber_data();
-    void killedBySignalGivesSignalNumber();
-    void largeStderrBeforeStdoutArrivesWhole();
-    void largeInputToChildThatQuitsOrEchoes();
-    void cannotRunGivesMinusOne_data();
-    void cannotRunGivesMinusOne();
-    void folderAtToolPathThrows();
-    void folderAtToolPathReachesDelegateAsError();
-
-private:
-    QString m_scratch;
     std::unique_ptr<SimSandbox> m_sim;
-};
+    std::unique_ptr<PolkitBus> m_polkit; // started by the first test that needs it
 
-namespace {
+    QString scratch(const QString &name) const { return m_sim->path() + u"/scratch/"_s + name; }
+    QString script(const QString &name, const QByteArray &body) const
+    {
+        SimSandbox::writeFile(scratch(name), "#!/bin/sh\n" + body);
+        QFile::setPermissions(scratch(name), QFile::ReadOwner | QFile::ExeOwner);
+        return scratch(name);
+    }
+    static int32_t sh(const QString &script, const QString &input, QByteArray *out, QString *err)
+    {
+        return runExecutable(u"/bin/sh"_s, QStringList { u"-c"_s, script }, input, out, err);
+    }
 
-const QString kSh = QStringLiteral("/bin/sh");
+private slots:
+    void initTestCase() { m_sim = std::make_unique<SimSandbox>(); }
+    void cleanupTestCase() { m_polkit.reset(); }
+    void init()
+    {
+        m_sim->clearFaults();
+        QVERIFY(m_sim->installTools());
+    }
 
-int32_t sh(const QString &script, const QString &input, QByteArray *out, QString *err)
-{
-    return runExecutable(kSh, QStringList { QStringLiteral("-c"), script }, input, out, err);
-}
+    void argumentsInputAndStatus_data()
+    {
+        QTest::addColumn<std::optional<QStringList>>("arguments");
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<int>("status");
+        const auto none = std::optional<QStringList>();
+        QTest::newRow("no arguments, null input is /dev/null")
+            << none << QString() << u"exit 0"_s << QByteArray("0:\n/dev/null\n") << 0;
+        QTest::newRow("empty arguments, empty input is a pipe at its end")
+            << std::optional(QStringList {}) << u""_s << u"exit 1"_s << QByteArray("0:\npipe\n") << 1;
+        QTest::newRow("spaces and empties, text written once with no line end")
+            << std::optional(QStringList { u"a b"_s, QString(), u"--x=\"y\""_s }) << u"s\u00e9cret pass"_s
+            << u"exit 255"_s
+            << QByteArray("3:[a b][][--x=\"y\"]\npipe\ns\xc3\xa9"
+                          "cret pass")
+            << 255;
+        QTest::newRow("exit 26") << none << QString() << u"exit 26"_s << QByteArray("0:\n/dev/null\n") << 26;
+        // A crash is never reported as success: the signal number comes back.
+        for (int signal : { SIGKILL, SIGTERM, SIGSEGV })
+            QTest::addRow("signal %d", signal)
+                << none << QString() << u"kill -%1 $$"_s.arg(signal) << QByteArray("0:\n/dev/null\n") << signal;
+    }
 
-} // namespace
+    void argumentsInputAndStatus()
+    {
+        QFETCH(std::optional<QStringList>, arguments);
+        QFETCH(QString, input);
+        QFETCH(QString, end);
+        QFETCH(QByteArray, output);
+        QFETCH(int, status);
+        const QString tool = script(u"tool.sh"_s,
+            "printf '%s:' \"$#\"; for a in \"$@\"; do printf '[%s]' \"$a\"; done; echo\n"
+            "case $(readlink /proc/self/fd/0) in pipe:*) echo pipe;; *) readlink /proc/self/fd/0;; esac\n"
+            "cat; echo e >&2; "
+                + end.toUtf8() + "\n");
+        QByteArray out;
+        QString err;
+        QCOMPARE(runExecutable(tool, arguments, input, &out, &err), status);
+        QCOMPARE(out, output);
+        QCOMPARE(err, u"e\n"_s);
+    }
 
-void TestProcessRunner::initTestCase()
-{
-    m_sim = std::make_unique<SimSandbox>();
-    QVERIFY(m_sim->installTools());
-    m_scratch = m_sim->path() + QStringLiteral("/scratch");
-    QVERIFY(QDir().mkpath(m_scratch));
-}
+    void childGetsOnlyItsStreamsAndDefaultSigpipe()
+    {
+        // A descriptor someone opened without close-on-exec must not leak.
+        const int stray = ::open("/dev/null", O_RDONLY);
+        const QString where = scratch(u"fds"_s);
+        const QString script
+            = QStringLiteral("o=$(readlink /proc/$$/fd/1); e=$(readlink /proc/$$/fd/2);"
+                             " f=$(ls /proc/$$/fd); s=$(awk '/^SigIgn/ {print $2}' /proc/$$/status);"
+                             " printf '%s\\n' \"$s\" \"$o\" \"$e\" \"$f\" > '%1'; echo out; echo err >&2")
+                  .arg(where);
+        QCOMPARE(sh(script, QString(), nullptr, nullptr), 0);
+        ::close(stray);
+        const QList<QByteArray> seen = SimSandbox::readFile(where).split('\n');
+        // 3 is the shell's own pipe reading the "$(ls)".
+        QCOMPARE(seen.mid(1), (QList<QByteArray> { "/dev/null", "/dev/null", "0", "1", "2", "3", "" }));
+        // SIGPIPE is ignored here, but the child must have it back.
+        QCOMPARE(seen.at(0).toULongLong(nullptr, 16) & (1ULL << (SIGPIPE - 1)), 0ULL);
 
-void TestProcessRunner::init()
-{
-    m_sim->clearFaults();
-    QVERIFY(m_sim->installTools());
-}
+        // Standard error is never mixed into the output, nor the reverse.
+        QByteArray out;
+        QString err;
+        QCOMPARE(sh(script, QString(), &out, nullptr) + sh(script, QString(), nullptr, &err), 0);
+        QCOMPARE(out + err.toUtf8(), QByteArray("out\nerr\n"));
+    }
 
-void TestProcessRunner::standardInputKinds_data()
-{
-    QTest::addColumn<QString>("input");
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QByteArray>("read");
+    void environmentReplacesOursWhenGiven()
+    {
+        qputenv("LUMEX_RUNNER_PROBE", "inherited");
+        const QString env = u"/usr/bin/env"_s;
+        QByteArray out;
+        QCOMPARE(runExecutable(env, std::nullopt, QString(), &out, nullptr, QStringList { u"ONLY=this one"_s }), 0);
+        QCOMPARE(out, QByteArray("ONLY=this one\n"));
+        QCOMPARE(runExecutable(env, std::nullopt, QString(), &out, nullptr), 0);
+        QVERIFY(out.contains("LUMEX_RUNNER_PROBE=inherited\n"));
+        qunsetenv("LUMEX_RUNNER_PROBE");
+    }
 
-    QTest::newRow("null input is /dev/null") << QString() << QStringLiteral("/dev/null") << QByteArray();
-    QTest::newRow("empty input is a pipe at end of file")
-        << QStringLiteral("") << QStringLiteral("pipe:") << QByteArray();
-    QTest::newRow("text is written once, no line end")
-        << QStringLiteral("s\u00e9cret pass") << QStringLiteral("pipe:") << QStringLiteral("s\u00e9cret pass").toUtf8();
-}
+    void largeStderrBeforeStdoutArrivesWhole()
+    {
+        // 8 MB on standard error before a single byte of output: a runner that
+        // reads output to its end first would never finish.
+        const qint64 errBytes = 8 * 1024 * 1024, outBytes = 3 * 1024 * 1024 + 17;
+        m_sim->setFaults({ { u"--list_uploads"_s,
+            QVariantMap { { u"stderr_flood"_s, errBytes }, { u"stdout_flood"_s, outBytes }, { u"status"_s, 4 } } } });
+        QByteArray out;
+        QString err;
+        QCOMPARE(
+            runExecutable(m_sim->tool(u"orvxexec"_s), QStringList { u"--list_uploads"_s }, QString(), &out, &err), 4);
+        QCOMPARE(qint64(out.size()), outBytes);
+        QCOMPARE(qint64(err.size()), errBytes);
+        QCOMPARE(err.count(u'x') + err.count(u'\n'), qsizetype(errBytes));
+    }
 
-void TestProcessRunner::standardInputKinds()
-{
-    QFETCH(QString, input);
-    QFETCH(QString, kind);
-    QFETCH(QByteArray, read);
+    void largeInputToChildThatQuitsOrEchoes()
+    {
+        const QString input(2 * 1024 * 1024, u'p');
+        // A child that never reads its input: no SIGPIPE ends us.
+        QByteArray out;
+        QCOMPARE(sh(u"echo gone"_s, input, &out, nullptr), 0);
+        QCOMPARE(out, QByteArray("gone\n"));
 
-    QByteArray out;
-    QString err;
-    const int32_t status = sh(QStringLiteral("readlink /proc/self/fd/0; cat"), input, &out, &err);
-    QCOMPARE(status, 0);
-    QCOMPARE(err, QString());
-    const QByteArray link = out.left(out.indexOf('\n'));
-    QVERIFY2(link.startsWith(kind.toUtf8()), link.constData());
-    QCOMPARE(out.mid(out.indexOf('\n') + 1), read);
-}
-
-void TestProcessRunner::unwantedStreamsGoToDevNullAndAreNotMerged()
-{
-    const QString where = m_scratch + QStringLiteral("/fds");
-    const QString script = QStringLiteral(
-        "o=$(readlink /proc/$$/fd/1); e=$(readlink /proc/$$/fd/2); printf '%s\\n%s\\n' \"$o\" \"$e\" > '%1';"
-        " echo to-out; echo to-err >&2")
-                               .arg(where);
-
-    // Neither place given: both streams are /dev/null.
-    QCOMPARE(sh(script, QString(), nullptr, nullptr), 0);
-    QCOMPARE(SimSandbox::readFile(where), QByteArray("/dev/null\n/dev/null\n"));
-
-    // Only output wanted: standard error is not mixed into it.
-    QByteArray out;
-    QCOMPARE(sh(script, QString(), &out, nullptr), 0);
-    QCOMPARE(out, QByteArray("to-out\n"));
-    QVERIFY(SimSandbox::readFile(where).endsWith("\n/dev/null\n"));
-
-    // Only the error text wanted.
-    QString err;
-    QCOMPARE(sh(script, QString(), nullptr, &err), 0);
-    QCOMPARE(err, QStringLiteral("to-err\n"));
-    QVERIFY(SimSandbox::readFile(where).startsWith("/dev/null\n"));
-}
-
-void TestProcessRunner::argumentsNullEmptyAndGiven_data()
-{
-    QTest::addColumn<std::optional<QStringList>>("arguments");
-    QTest::addColumn<QByteArray>("expected");
-
-    QTest::newRow("null") << std::optional<QStringList>() << QByteArray("0:");
-    QTest::newRow("empty") << std::optional<QStringList>(QStringList {}) << QByteArray("0:");
-    QTest::newRow("with spaces and empties")
-        << std::optional<QStringList>(QStringList { QStringLiteral("a b"), QString(), QStringLiteral("--x=\"y\"") })
-        << QByteArray("3:[a b][][--x=\"y\"]");
-}
-
-void TestProcessRunner::argumentsNullEmptyAndGiven()
-{
-    QFETCH(std::optional<QStringList>, arguments);
-    QFETCH(QByteArray, expected);
-
-    const QString script = m_scratch + QStringLiteral("/argv.sh");
-    QVERIFY(SimSandbox::writeFile(
-        script, "#!/bin/sh\nprintf '%s:' \"$#\"; for a in \"$@\"; do printf '[%s]' \"$a\"; done\n"));
-    QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner);
-    QByteArray out;
-    QCOMPARE(runExecutable(script, arguments, QString(), &out, nullptr), 0);
-    QCOMPARE(out, expected);
-}
-
-void TestProcessRunner::environmentReplacesOursWhenGiven()
-{
-    qputenv("LUMEX_RUNNER_PROBE", "inherited");
-    QByteArray out;
-    QCOMPARE(runExecutable(QStringLiteral("/usr/bin/env"), std::nullopt, QString(), &out, nullptr,
-                 QStringList { QStringLiteral("ONLY=this one") }),
-        0);
-    QCOMPARE(out, QByteArray("ONLY=this one\n"));
-
-    QCOMPARE(runExecutable(QStringLiteral("/usr/bin/env"), std::nullopt, QString(), &out, nullptr), 0);
-    QVERIFY(out.contains("LUMEX_RUNNER_PROBE=inherited\n"));
-    qunsetenv("LUMEX_RUNNER_PROBE");
-}
-
-void TestProcessRunner::exitStatusPassesThrough_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::newRow("0") << 0;
-    QTest::newRow("1") << 1;
-    QTest::newRow("26") << 26;
-    QTest::newRow("255") << 255;
-}
-
-void TestProcessRunner::exitStatusPassesThrough()
-{
-    QFETCH(int, status);
-    QByteArray out;
-    QString err;
-    QCOMPARE(sh(QStringLiteral("echo o; echo e >&2; exit %1").arg(status), QString(), &out, &err), status);
-    QCOMPARE(out, QByteArray("o\n"));
-    QCOMPARE(err, QStringLiteral("e\n"));
-}
-
-void TestProcessRunner::killedBySignalGivesSignalNumber_data()
-{
-    QTest::addColumn<int>("signalNumber");
-    QTest::newRow("SIGKILL") << int(SIGKILL);
-    QTest::newRow("SIGTERM") << int(SIGTERM);
-    QTest::newRow("SIGSEGV") << int(SIGSEGV);
-}
-
-void TestProcessRunner::killedBySignalGivesSignalNumber()
-{
-    QFETCH(int, signalNumber);
-    m_sim->setFaults({ { QStringLiteral("--list_uploads"),
-        QVariantMap {
-            { QStringLiteral("stdout"), QStringLiteral("never") }, { QStringLiteral("signal"), signalNumber } } } });
-    QByteArray out;
-    QString err;
-    const int32_t status = runExecutable(m_sim->tool(QStringLiteral("orvxexec")),
-        QStringList { QStringLiteral("--list_uploads") }, QString(), &out, &err);
-    QCOMPARE(status, signalNumber);
-    QVERIFY(out.isEmpty());
-}
-
-void TestProcessRunner::largeStderrBeforeStdoutArrivesWhole()
-{
-    // 8 MB on standard error before a single byte of output: a runner that
-    // reads output to its end first would never finish.
-    const qint64 errBytes = 8 * 1024 * 1024;
-    const qint64 outBytes = 3 * 1024 * 1024 + 17;
-    m_sim->setFaults({ { QStringLiteral("--list_uploads"),
-        QVariantMap { { QStringLiteral("stderr_flood"), errBytes }, { QStringLiteral("stdout_flood"), outBytes },
-            { QStringLiteral("status"), 4 } } } });
-    QByteArray out;
-    QString err;
-    const int32_t status = runExecutable(m_sim->tool(QStringLiteral("orvxexec")),
-        QStringList { QStringLiteral("--list_uploads") }, QString(), &out, &err);
-    QCOMPARE(status, 4);
-    QCOMPARE(qint64(err.size()), errBytes);
-    QCOMPARE(qint64(out.size()), outBytes);
-    QVERIFY(err.endsWith(QLatin1Char('\n')));
-    QCOMPARE(err.count(QLatin1Char('x')) + err.count(QLatin1Char('\n')), qsizetype(errBytes));
-}
-
-void TestProcessRunner::largeInputToChildThatQuitsOrEchoes()
-{
-    const QString input(2 * 1024 * 1024, QLatin1Char('p'));
-
-    // A child that never reads its input: no SIGPIPE ends us.
-    QByteArray out;
-    QCOMPARE(sh(QStringLiteral("echo gone"), input, &out, nullptr), 0);
-    QCOMPARE(out, QByteArray("gone\n"));
-
-    // A child that echoes its input while we write it. Run on a thread so
-    // that a deadlock is reported (and the child ended) instead of hanging.
-    std::atomic<bool> done = false;
-    int32_t status = -100;
-    QByteArray echoed;
-    std::thread worker([&] {
-        status = runExecutable(QStringLiteral("/bin/cat"), std::nullopt, input, &echoed, nullptr);
-        done = true;
-    });
-    (void)QTest::qWaitFor([&] { return done.load(); }, 5000);
-    const bool finished = done.load();
-    if (!finished) {
-        for (qint64 pid : childrenRunning(QFileInfo(QStringLiteral("/bin/cat")).canonicalFilePath()))
+        // A child that echoes while we write. On a thread, so that a deadlock
+        // is reported (and the child ended) instead of hanging.
+        std::atomic<int32_t> status = -100;
+        std::thread worker([&] { status = runExecutable(u"/bin/cat"_s, std::nullopt, input, &out, nullptr); });
+        const bool finished = QTest::qWaitFor([&] { return status != -100; }, 5000);
+        for (qint64 pid : childrenRunning(QFileInfo(u"/bin/cat"_s).canonicalFilePath()))
             ::kill(pid_t(pid), SIGKILL);
+        worker.join();
+        QVERIFY2(finished, "runExecutable deadlocked writing input while the child's output pipe was full");
+        QCOMPARE(status.load(), 0);
+        QCOMPARE(out.size(), input.size());
     }
-    worker.join();
-    QVERIFY2(finished, "runExecutable deadlocked writing input while the child's output pipe was full");
-    QCOMPARE(status, 0);
-    QCOMPARE(echoed.size(), input.size());
-}
 
-void TestProcessRunner::cannotRunGivesMinusOne_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("null path") << QStringLiteral("null");
-    QTest::newRow("empty path") << QStringLiteral("empty");
-    QTest::newRow("missing file") << QStringLiteral("missing");
-    QTest::newRow("not executable") << QStringLiteral("noexec");
-}
-
-void TestProcessRunner::cannotRunGivesMinusOne()
-{
-    QFETCH(QString, kind);
-    QString path;
-    if (kind == QLatin1String("empty"))
-        path = QStringLiteral("");
-    else if (kind == QLatin1String("missing"))
-        path = m_scratch + QStringLiteral("/no-such-tool");
-    else if (kind == QLatin1String("noexec")) {
-        path = m_scratch + QStringLiteral("/plain-file");
-        QVERIFY(SimSandbox::writeFile(path, "#!/bin/sh\nexit 0\n"));
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    void cannotRun_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<bool>("throws");
+        QTest::newRow("null path") << QString() << false;
+        QTest::newRow("empty path") << u""_s << false;
+        QTest::newRow("missing file") << scratch(u"no-such-tool"_s) << false;
+        SimSandbox::writeFile(scratch(u"plain"_s), "#!/bin/sh\nexit 0\n");
+        QTest::newRow("not executable") << scratch(u"plain"_s) << false;
+        // A searchable folder passes the executable test but cannot start.
+        QDir().mkpath(scratch(u"a-folder"_s));
+        QTest::newRow("folder") << scratch(u"a-folder"_s) << true;
     }
-    QByteArray out = "untouched";
-    QString err = QStringLiteral("untouched");
-    QCOMPARE(runExecutable(path, QStringList { QStringLiteral("x") }, QStringLiteral("pw"), &out, &err), -1);
-    QCOMPARE(out, QByteArray("untouched"));
-}
 
-void TestProcessRunner::folderAtToolPathThrows()
-{
-    const QString folder = m_scratch + QStringLiteral("/a-folder");
-    QVERIFY(QDir().mkpath(folder));
-    QVERIFY(isExecutableFile(folder)); // a searchable folder passes the test
-    QByteArray out;
-    QString err;
-    QVERIFY_THROWS_EXCEPTION(ProcessStartError, runExecutable(folder, std::nullopt, QStringLiteral("pw"), &out, &err));
-}
+    void cannotRun()
+    {
+        QFETCH(QString, path);
+        QFETCH(bool, throws);
+        QByteArray out = "untouched";
+        const auto run = [&] { return runExecutable(path, QStringList { u"x"_s }, u"pw"_s, &out, nullptr); };
+        if (throws)
+            QVERIFY_THROWS_EXCEPTION(ProcessStartError, run());
+        else
+            QCOMPARE(run(), -1);
+        QCOMPARE(out, QByteArray("untouched"));
+    }
 
-void TestProcessRunner::folderAtToolPathReachesDelegateAsError()
-{
-    m_sim->removeTool(QStringLiteral("orvxexec"));
-    QVERIFY(QDir().mkpath(m_sim->tool(QStringLiteral("orvxexec"))));
-
-    Log::Capture log;
-    auto interface = OrvaneServerInterface::create(
-        { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), QStringLiteral("demo") },
-            { QStringLiteral("password"), QStringLiteral("lumex") } },
-        std::make_shared<PodcastJob>());
-
-    QObject delegate;
-    bool called = false;
-    bool onMainThread = false;
-    std::optional<QVariantList> list = QVariantList {};
-    std::optional<Error> error;
-    interface->getWorkflowsForDelegate(
-        &delegate, [&](const std::optional<QVariantList> &l, const std::optional<Error> &e) {
-            called = true;
-            onMainThread = QThread::currentThread() == qApp->thread();
+    void folderAtToolPathReachesCallbacksAsError()
+    {
+        m_sim->removeTool(u"orvxexec"_s);
+        QVERIFY(QDir().mkpath(m_sim->tool(u"orvxexec"_s)));
+        Log::Capture log;
+        auto interface = OrvaneServerInterface::create(
+            { { u"server"_s, SimSandbox::kServerHost }, { u"user"_s, u"demo"_s }, { u"password"_s, u"lumex"_s } },
+            std::make_shared<PodcastJob>());
+        interface->job()->setCamera({ { u"name"_s, u"Studio 2"_s } });
+        QObject delegate;
+        bool onMainThread = true;
+        std::optional<QVariantList> list = QVariantList {};
+        QList<std::optional<Error>> errors;
+        const auto done = [&](const std::optional<Error> &e) {
+            onMainThread = onMainThread && QThread::currentThread() == qApp->thread();
+            errors << e;
+        };
+        interface->getWorkflowsForDelegate(&delegate, [&](const std::optional<QVariantList> &l, auto e) {
             list = l;
-            error = e;
+            done(e);
         });
-    QTRY_VERIFY(called);
-    QVERIFY(onMainThread);
-    QVERIFY(!list);
-    QVERIFY(error);
-    QCOMPARE(error->domain, kServerInterfaceErrorDomain);
-    QCOMPARE(error->code, -1);
-    QVERIFY(error->localizedDescription.contains(m_sim->tool(QStringLiteral("orvxexec"))));
-    bool logged = false;
-    for (const QString &line : log.lines())
-        logged = logged || line.startsWith(QLatin1String("Uncaught exception in a worker thread: "));
-    QVERIFY2(logged, qPrintable(log.lines().join(QLatin1Char('\n'))));
+        interface->pauseRemoteJobWithDelegate(&delegate, done); // the job pattern catches it too
+        QTRY_COMPARE(errors.size(), 2);
+        QVERIFY(onMainThread);
+        QVERIFY(!list);
+        for (const std::optional<Error> &error : errors)
+            QCOMPARE(error.value_or(Error {}).code, -1);
+        QCOMPARE(errors.at(0)->domain, kServerInterfaceErrorDomain);
+        QVERIFY(errors.at(0)->localizedDescription.contains(m_sim->tool(u"orvxexec"_s)));
+        QVERIFY2(!log.lines().filter(QRegularExpression(u"^Uncaught exception in a worker thread: "_s)).isEmpty(),
+            qPrintable(log.lines().join(u'\n')));
+    }
 
-    // The job pattern catches it the same way.
-    bool jobCalled = false;
-    std::optional<Error> jobError;
-    interface->job()->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
-    interface->pauseRemoteJobWithDelegate(&delegate, [&](const std::optional<Error> &e) {
-        jobCalled = true;
-        jobError = e;
-    });
-    QTRY_VERIFY(jobCalled);
-    QVERIFY(jobError);
-    QCOMPARE(jobError->code, -1);
-}
+    void pkexecStatuses_data()
+    {
+        QTest::addColumn<QString>("pkexec");
+        QTest::addColumn<int>("helperStatus");
+        QTest::addColumn<int>("status");
+        const QString real = u"/usr/bin/pkexec"_s;
+        QTest::newRow("helper ran") << real << 0 << 0;
+        QTest::newRow("helper failed: its output decides") << real << 3 << 0;
+        QTest::newRow("127: not authorised") << real << 127 << int(PrivilegedLauncher::kNotAuthorized);
+        QTest::newRow("126: dismissed") << real << 126 << int(PrivilegedLauncher::kCanceled);
+        QTest::newRow("pkexec cannot start") << scratch(u"no-pkexec"_s) << 0 << int(PrivilegedLauncher::kCannotLaunch);
+    }
+
+    void pkexecStatuses()
+    {
+        QFETCH(QString, pkexec);
+        QFETCH(int, helperStatus);
+        QFETCH(int, status);
+        const bool real = QFile::exists(pkexec);
+        if (real && !m_polkit)
+            m_polkit = std::make_unique<PolkitBus>();
+        if (real && !m_polkit->running())
+            QSKIP(m_polkit->skipReason().constData());
+        const QString helper = script(u"helper.sh"_s, "id -u; cat; exit " + QByteArray::number(helperStatus));
+        const QByteArray input = "pass word";
+        QByteArray output = "untouched";
+        QCOMPARE(PkexecLauncher(pkexec).execute(helper, {}, &input, &output), status);
+        // Through pkexec the helper runs as root and has the pipe.
+        QCOMPARE(output, real ? QByteArray("0\npass word") : QByteArray("untouched"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestProcessRunner)
 #include "tst_processrunner.moc"
