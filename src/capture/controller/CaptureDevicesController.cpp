@@ -1,11 +1,11 @@
 #include "CaptureDevicesController.h"
 
 #include "CaptureDeviceRegistry.h"
-#include "QTCaptureDeviceAdditions.h"
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
 #include "Log.h"
 #include "PodcastJob.h"
+#include "QTCaptureDeviceAdditions.h"
 
 #include <QDateTime>
 #include <QFile>
