@@ -38,6 +38,7 @@ private slots:
     void missingSourceExitsAtOnce();
     void defaultMicrophoneOfAPulseAudioServer();
     void secondStopWhileFinishingExitsAtOnce();
+    void killedAgentLeavesAPlayableFile();
 
 private:
     void configure(const QString &capture, const QString &audioDevice, const QString &videoDevice = QString());
@@ -269,6 +270,30 @@ void TestAgentRecorder::secondStopWhileFinishingExitsAtOnce()
     const MovieInspection inspected = inspectMovie(movie);
     QVERIFY(inspected.readable);
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
+}
+
+void TestAgentRecorder::killedAgentLeavesAPlayableFile()
+{
+    configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Automatic"));
+    QProcessEnvironment env = environment();
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("camera:cam1;microphone:mic1"));
+    const QString movie = m_sim->home() + QStringLiteral("/LocalVideo-killed.mov");
+    QProcess agent;
+    agent.setProcessEnvironment(env);
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
+    QVERIFY(agent.waitForStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 0, 10000);
+    QTest::qWait(5000);
+    ::kill(pid_t(agent.processId()), SIGKILL);
+    QVERIFY(agent.waitForFinished(5000));
+    QCOMPARE(agent.exitStatus(), QProcess::CrashExit);
+    // Fragments up to the kill play, whatever the recording's length.
+    const MovieInspection inspected = inspectMovie(movie);
+    QCOMPARE(inspected.videoCodec, QStringLiteral("video/x-h264"));
+    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
+    QVERIFY2(inspected.videoEnd >= 4.0, qPrintable(QString::number(inspected.videoEnd)));
+    QVERIFY2(inspected.audioEnd >= 4.0, qPrintable(QString::number(inspected.audioEnd)));
+    QVERIFY(inspected.largestVideoGap < 0.1);
 }
 
 QTEST_GUILESS_MAIN(TestAgentRecorder)

@@ -31,10 +31,24 @@ CaptureDevicePtr device(const char *uniqueID)
     return CaptureDeviceRegistry::instance().deviceWithUniqueID(QString::fromLatin1(uniqueID));
 }
 
-double runningTime(const CaptureDevicesController &devices)
+// The controller under test, with a stand-in for the application.
+struct Controlled
 {
-    return devices.captureSession() ? double(devices.captureSession()->runningTime()) / GST_SECOND : 0;
-}
+    FakeApplicationController app;
+    CaptureDevicesController devices;
+
+    Controlled() { devices.setController(&app); }
+    void setUp(const char *video, const char *audio)
+    {
+        devices.setupRecordingForVideoDeviceUniqueID(QString::fromLatin1(video), QString::fromLatin1(audio));
+    }
+    QString moviePath() const { return app.theJob->movieFilePaths()->last(); }
+    double runningTime() const
+    {
+        const auto session = devices.captureSession();
+        return session ? double(session->runningTime()) / GST_SECOND : 0;
+    }
+};
 
 // Everything queued to the main thread so far has run.
 bool deliverQueued()
@@ -62,11 +76,10 @@ private slots:
     void fileNameCarriesTheTimeOfSetUp();
     void inputsFollowTheChosenDevices_data();
     void inputsFollowTheChosenDevices();
-    void stoppedRecordingKeepsThePausedFileAndReportsNil();
-    void cancelledRecordingRemovesTheFileWithoutReporting();
     void deviceLostWhilePreviewingEndsTheRequestedRecordingWithAnError();
     void deviceLostWhileRecordingReportsTheErrorOnce();
-    void missingCompressionLeavesThePlatformDefaultSilently();
+    void recordingEndsAsAsked_data();
+    void recordingEndsAsAsked();
     void separatorTitleAppendsASeparator();
 
 private:
@@ -79,7 +92,8 @@ void TestCaptureDevicesController::initTestCase()
     m_sandbox = std::make_unique<TestSandbox>();
     qputenv(CaptureDeviceRegistry::kHardwareVariable, "0");
     qputenv(CaptureDeviceRegistry::kTestDevicesVariable,
-        "camera:cam1:Test Camera;microphone:mic1:Test Microphone;muxed:dv1:Test Camcorder;broken:bad1");
+        "camera:cam1:Test Camera;microphone:mic1:Test Microphone;muxed:dv1:Test "
+        "Camcorder;broken:bad1;nonsense;camera:");
     m_spool = m_sandbox->path() + QStringLiteral("/spool");
     QDir().mkpath(m_spool);
     LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
@@ -92,20 +106,27 @@ void TestCaptureDevicesController::cleanup()
 
 void TestCaptureDevicesController::initRefreshesWithoutAControllerAndFollowsTheRegistry()
 {
+    auto &registry = CaptureDeviceRegistry::instance();
+    // Malformed entries are skipped, the rest keep their order.
+    QCOMPARE(ids(registry.devices()), QStringList({ "test:cam1", "test:mic1", "test:dv1", "test:bad1" }));
+    QCOMPARE(registry.defaultMicrophone()->uniqueID(), QStringLiteral("test:mic1"));
+    // A muxed device is only muxed, and so in both lists.
+    QCOMPARE(device("test:dv1")->mediaTypes(), QStringList { MediaType::Muxed });
     CaptureDevicesController devices;
-    // Muxed devices are in both lists.
     QCOMPARE(ids(devices.cameras()), QStringList({ "test:cam1", "test:bad1", "test:dv1" }));
     QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:dv1" }));
     QVERIFY(!devices.captureSession());
     QVERIFY(!devices.deleteMovieFileWhenItFinishesRecording());
     FakeApplicationController app;
     devices.setController(&app);
-    auto &registry = CaptureDeviceRegistry::instance();
-    QVERIFY(registry.addTestDevice(QStringLiteral("microphone:mic2")));
+    const CaptureDevicePtr added = registry.addTestDevice(QStringLiteral("microphone:mic2"));
+    QCOMPARE(added->localizedDisplayName(), QStringLiteral("Test microphone mic2"));
     QCOMPARE(app.rebuilds, 1);
+    QVERIFY(!registry.addTestDevice(QStringLiteral("camera:mic2"))); // the ID is taken
     QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:mic2", "test:dv1" }));
     QCOMPARE(devices.cameras().size(), 3);
     QVERIFY(registry.removeTestDevice(QStringLiteral("test:mic2")));
+    QVERIFY(!registry.removeTestDevice(QStringLiteral("test:mic2")));
     QCOMPARE(app.rebuilds, 2);
     QCOMPARE(ids(devices.microphones()), QStringList({ "test:mic1", "test:dv1" }));
 }
@@ -165,19 +186,17 @@ void TestCaptureDevicesController::setupFailureAlertsTheControllerAndDropsTheSes
     QFETCH(QString, domain);
     QFETCH(QString, logged);
     Log::Capture log;
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    devices.setupRecordingForVideoDeviceUniqueID(video, audio);
-    QCOMPARE(app.alerts.size(), 1);
-    QCOMPARE(app.alerts[0].domain, domain);
-    QVERIFY(!devices.captureSession());
-    QVERIFY(!app.theJob->movieFilePaths());
+    Controlled c;
+    c.devices.setupRecordingForVideoDeviceUniqueID(video, audio);
+    QCOMPARE(c.app.alerts.size(), 1);
+    QCOMPARE(c.app.alerts[0].domain, domain);
+    QVERIFY(!c.devices.captureSession());
+    QVERIFY(!c.app.theJob->movieFilePaths());
     if (domain == QLatin1String("com.tarn.Lumex")) {
-        QCOMPARE(app.alerts[0], (Error { domain, 1, QStringLiteral("Cannot find the audio and video devices") }));
+        QCOMPARE(c.app.alerts[0], (Error { domain, 1, QStringLiteral("Cannot find the audio and video devices") }));
         QVERIFY(log.contains(logged));
     } else {
-        QVERIFY(log.contains(logged + app.alerts[0].localizedDescription));
+        QVERIFY(log.contains(logged + c.app.alerts[0].localizedDescription));
         // The microphone opened on the way stays open, as the system leaves it.
         QVERIFY(device("test:mic1")->isOpen());
         device("test:mic1")->close();
@@ -186,19 +205,17 @@ void TestCaptureDevicesController::setupFailureAlertsTheControllerAndDropsTheSes
 
 void TestCaptureDevicesController::fileNameCarriesTheTimeOfSetUp()
 {
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    app.theJob->setMovieFilePaths(
+    Controlled c;
+    c.app.theJob->setMovieFilePaths(
         QStringList { QStringLiteral("/earlier/one.mov"), QStringLiteral("/earlier/two.mov") });
     LXUserDefaults::standard().setObject(m_spool + QLatin1Char('/'), LXDefaultsKeys::LocalRecordSpoolPath.key);
     const QDateTime before = QDateTime::currentDateTime();
-    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
+    c.setUp("test:cam1", "test:mic1");
     const QDateTime after = QDateTime::currentDateTime();
     LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
-    QVERIFY(devices.captureSession());
-    QVERIFY(devices.captureSession()->isRunning());
-    const QStringList paths = app.theJob->movieFilePaths().value_or(QStringList());
+    QVERIFY(c.devices.captureSession());
+    QVERIFY(c.devices.captureSession()->isRunning());
+    const QStringList paths = c.app.theJob->movieFilePaths().value_or(QStringList());
     QCOMPARE(paths.size(), 1);
     // A trailing slash in the setting is kept: plain string append.
     const QRegularExpression pattern(
@@ -210,10 +227,10 @@ void TestCaptureDevicesController::fileNameCarriesTheTimeOfSetUp()
         || stamp == after.toString(QStringLiteral("yyyy-MM-dd-HHmmss")));
     // Nothing is written before recording begins, however long the session
     // runs.
-    QTRY_VERIFY_WITH_TIMEOUT(runningTime(devices) > 1.0, 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > 1.0, 20000);
     QVERIFY(!QFile::exists(paths[0]));
-    devices.teardown();
-    QVERIFY(!devices.captureSession());
+    c.devices.teardown();
+    QVERIFY(!c.devices.captureSession());
     QVERIFY(!device("test:cam1")->isOpen());
 }
 
@@ -240,105 +257,33 @@ void TestCaptureDevicesController::inputsFollowTheChosenDevices()
 {
     QFETCH(QString, video);
     QFETCH(QString, audio);
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    devices.setupRecordingForVideoDeviceUniqueID(video, audio);
-    QVERIFY(app.alerts.isEmpty());
-    QVERIFY(devices.captureSession());
+    Controlled c;
+    c.devices.setupRecordingForVideoDeviceUniqueID(video, audio);
+    QVERIFY(c.app.alerts.isEmpty());
+    QVERIFY(c.devices.captureSession());
     QStringList inputs, streams;
-    for (const CaptureInputPtr &input : devices.captureSession()->inputs())
+    for (const CaptureInputPtr &input : c.devices.captureSession()->inputs())
         inputs << input->device()->uniqueID();
-    for (const CaptureConnectionPtr &connection : devices.captureSession()->activeConnections())
+    for (const CaptureConnectionPtr &connection : c.devices.captureSession()->activeConnections())
         streams << connection->mediaType() + QLatin1Char(':') + connection->input()->device()->uniqueID();
-    devices.teardown();
+    c.devices.teardown();
     QTEST(inputs, "inputs");
     QTEST(streams, "streams");
-}
-
-void TestCaptureDevicesController::stoppedRecordingKeepsThePausedFileAndReportsNil()
-{
-    // A space in the folder, as in the default one: URLs are logged encoded.
-    const QString spaced = m_sandbox->path() + QStringLiteral("/Application Support");
-    QVERIFY(QDir().mkpath(spaced));
-    LXUserDefaults::standard().setObject(spaced, LXDefaultsKeys::LocalRecordSpoolPath.key);
-    Log::Capture log;
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
-    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
-    const QString path = app.theJob->movieFilePaths()->last();
-    const QString url = QStringLiteral("file://") + QString(path).replace(QLatin1Char(' '), QStringLiteral("%20"));
-    QVERIFY(url.contains(QStringLiteral("/Application%20Support/LocalVideo-")));
-
-    devices.beginRecording();
-    const double began = runningTime(devices);
-    devices.pauseRecording();
-    devices.resumeRecording();
-    QTRY_VERIFY_WITH_TIMEOUT(runningTime(devices) > began + 1.5, 20000);
-    const double recorded = runningTime(devices) - began;
-    devices.stopRecording();
-    QTRY_COMPARE_WITH_TIMEOUT(app.stops.size(), 1, 20000);
-    QVERIFY(!app.stops[0]);
-    QVERIFY(!devices.captureSession());
-    QVERIFY(app.alerts.isEmpty());
-
-    const QStringList expected { QStringLiteral("Starting capture: ") + url, QStringLiteral("Pausing capture"),
-        QStringLiteral("Resuming capture"), QStringLiteral("Stopping capture"),
-        QStringLiteral("Will finish recording to: ") + url, QStringLiteral("Finished recording to: ") + url };
-    QCOMPARE(log.lines(), expected);
-
-    const MovieInspection movie = inspectMovie(path);
-    QCOMPARE(movie.videoCodec, QStringLiteral("video/x-h264"));
-    QCOMPARE(QSize(movie.width, movie.height), QSize(640, 480));
-    QCOMPARE(movie.audioCodec, QStringLiteral("audio/mpeg"));
-    QCOMPARE(movie.sampleRate, 48000);
-    QCOMPARE(movie.channels, 2);
-    QVERIFY2(qAbs(movie.containerDuration - recorded) < 0.3,
-        qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recorded)));
-    QVERIFY(movie.largestVideoGap < 0.1);
-    QVERIFY(movie.largestAudioGap < 0.05);
-    QVERIFY(qAbs(movie.videoEnd - movie.audioEnd) < 0.2);
-}
-
-void TestCaptureDevicesController::cancelledRecordingRemovesTheFileWithoutReporting()
-{
-    Log::Capture log;
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
-    const QString path = app.theJob->movieFilePaths()->last();
-    devices.beginRecording();
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(path).size() > 0, 20000);
-    devices.cancelRecording();
-    QVERIFY(devices.deleteMovieFileWhenItFinishesRecording());
-    QTRY_VERIFY_WITH_TIMEOUT(
-        log.contains(QStringLiteral("Successfully deleted cancelled recording at ") + path), 20000);
-    QVERIFY(!QFile::exists(path));
-    QVERIFY(!devices.captureSession());
-    QVERIFY(deliverQueued());
-    QVERIFY(app.stops.isEmpty());
-    // The job keeps the path of the discarded file.
-    QCOMPARE(app.theJob->movieFilePaths()->last(), path);
 }
 
 void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedRecordingWithAnError()
 {
     auto &registry = CaptureDeviceRegistry::instance();
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
+    Controlled c;
     for (const bool cancel : { false, true }) {
         QVERIFY(registry.addTestDevice(QStringLiteral("camera:gone:Unplugged Camera")));
-        devices.refreshDevices();
+        c.devices.refreshDevices();
         Log::Capture log;
-        devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:gone"), QStringLiteral("test:mic1"));
-        QVERIFY(devices.captureSession() && devices.captureSession()->isRunning());
-        const QString path = app.theJob->movieFilePaths()->last();
+        c.setUp("test:gone", "test:mic1");
+        QVERIFY(c.devices.captureSession() && c.devices.captureSession()->isRunning());
+        const QString path = c.moviePath();
         QVERIFY(registry.removeTestDevice(QStringLiteral("test:gone")));
-        QTRY_VERIFY_WITH_TIMEOUT(!devices.captureSession()->isRunning(), 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(!c.devices.captureSession()->isRunning(), 5000);
         const QString failure = log.lines().value(0);
         QVERIFY2(failure.startsWith(
                      QStringLiteral("Capture session stopped due to error: Error Domain=gst-resource-error-quark "
@@ -347,12 +292,12 @@ void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedReco
 
         // The recording asked for on a dead session cannot start, and its
         // stop or cancel still ends it.
-        devices.beginRecording();
+        c.devices.beginRecording();
         if (cancel)
-            devices.cancelRecording();
+            c.devices.cancelRecording();
         else
-            devices.stopRecording();
-        QTRY_VERIFY_WITH_TIMEOUT(!devices.captureSession(), 5000);
+            c.devices.stopRecording();
+        QTRY_VERIFY_WITH_TIMEOUT(!c.devices.captureSession(), 5000);
         QVERIFY(!QFile::exists(path));
         const QString url = QUrl::fromLocalFile(path).toString();
         const QString stoppedDueToError
@@ -369,10 +314,10 @@ void TestCaptureDevicesController::deviceLostWhilePreviewingEndsTheRequestedReco
         QCOMPARE(log.lines(), expected);
     }
     // Only the stopped one reports, once, with the session's error.
-    QCOMPARE(app.stops.size(), 1);
-    QVERIFY(app.stops[0]);
-    QCOMPARE(app.stops[0]->domain, QStringLiteral("gst-resource-error-quark"));
-    QVERIFY(app.alerts.isEmpty());
+    QCOMPARE(c.app.stops.size(), 1);
+    QVERIFY(c.app.stops[0]);
+    QCOMPARE(c.app.stops[0]->domain, QStringLiteral("gst-resource-error-quark"));
+    QVERIFY(c.app.alerts.isEmpty());
     QVERIFY(!device("test:mic1")->isOpen());
 }
 
@@ -381,58 +326,93 @@ void TestCaptureDevicesController::deviceLostWhileRecordingReportsTheErrorOnce()
     auto &registry = CaptureDeviceRegistry::instance();
     QVERIFY(registry.addTestDevice(QStringLiteral("microphone:gone:Unplugged Microphone")));
     Log::Capture log;
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:gone"));
-    const QString path = app.theJob->movieFilePaths()->last();
-    devices.beginRecording();
-    const double began = runningTime(devices);
-    QTRY_VERIFY_WITH_TIMEOUT(runningTime(devices) > began + 1.5, 20000);
+    Controlled c;
+    c.setUp("test:cam1", "test:gone");
+    const QString path = c.moviePath();
+    c.devices.beginRecording();
+    const double began = c.runningTime();
+    QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > began + 1.5, 20000);
     QVERIFY(registry.removeTestDevice(QStringLiteral("test:gone")));
-    QTRY_COMPARE_WITH_TIMEOUT(app.stops.size(), 1, 20000);
-    QVERIFY(app.stops[0]);
-    QCOMPARE(app.stops[0]->domain, QStringLiteral("gst-resource-error-quark"));
-    QVERIFY(!devices.captureSession());
+    QTRY_COMPARE_WITH_TIMEOUT(c.app.stops.size(), 1, 20000);
+    QVERIFY(c.app.stops[0]);
+    QCOMPARE(c.app.stops[0]->domain, QStringLiteral("gst-resource-error-quark"));
+    QVERIFY(!c.devices.captureSession());
     QVERIFY(log.contains(QStringLiteral("Will finish recording to: ") + QUrl::fromLocalFile(path).toString()));
     // The file is closed properly up to the loss.
     const MovieInspection movie = inspectMovie(path);
     QCOMPARE(movie.videoCodec, QStringLiteral("video/x-h264"));
     QVERIFY2(movie.containerDuration > 1.0, qPrintable(QString::number(movie.containerDuration)));
     // The user's stop that follows finds nothing left to end.
-    devices.stopRecording();
+    c.devices.stopRecording();
     QVERIFY(deliverQueued());
-    QCOMPARE(app.stops.size(), 1);
+    QCOMPARE(c.app.stops.size(), 1);
 }
 
-void TestCaptureDevicesController::missingCompressionLeavesThePlatformDefaultSilently()
+void TestCaptureDevicesController::recordingEndsAsAsked_data()
 {
-    // Without any AAC encoder the sound keeps the platform default.
-    for (const char *name : { "voaacenc", "avenc_aac" }) {
-        if (GstPluginFeature *feature = gst_registry_lookup_feature(gst_registry_get(), name)) {
-            gst_registry_remove_feature(gst_registry_get(), feature);
-            gst_object_unref(feature);
-        }
-    }
-    QVERIFY(CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Sound).isEmpty());
-    QVERIFY(CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Video)
-                .contains(CompressionOptions::SD480SizeMPEG4Video));
+    QTest::addColumn<bool>("cancel");
+    QTest::addColumn<bool>("withoutAac");
+    QTest::newRow("stopped: kept and reported") << false << false;
+    QTest::newRow("cancelled: deleted, not reported") << true << false;
+    // Without any AAC encoder the sound keeps the platform default, silently.
+    QTest::newRow("stopped without AAC") << false << true;
+}
 
+void TestCaptureDevicesController::recordingEndsAsAsked()
+{
+    QFETCH(bool, cancel);
+    QFETCH(bool, withoutAac);
+    for (const char *name : { "voaacenc", "avenc_aac" }) {
+        GstPluginFeature *feature = gst_registry_lookup_feature(gst_registry_get(), name);
+        if (feature && withoutAac)
+            gst_registry_remove_feature(gst_registry_get(), feature);
+        if (feature)
+            gst_object_unref(feature);
+    }
+    QCOMPARE(CompressionOptions::compressionOptionsIdentifiersForMediaType(MediaType::Sound).isEmpty(), withoutAac);
+    // A space in the folder, as in the default one: URLs are logged encoded.
+    const QString spaced = m_sandbox->path() + QStringLiteral("/Application Support");
+    QVERIFY(QDir().mkpath(spaced));
+    LXUserDefaults::standard().setObject(spaced, LXDefaultsKeys::LocalRecordSpoolPath.key);
     Log::Capture log;
-    CaptureDevicesController devices;
-    FakeApplicationController app;
-    devices.setController(&app);
-    devices.setupRecordingForVideoDeviceUniqueID(QStringLiteral("test:cam1"), QStringLiteral("test:mic1"));
-    devices.beginRecording();
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(app.theJob->movieFilePaths()->last()).size() > 0, 20000);
-    devices.stopRecording();
-    QTRY_COMPARE_WITH_TIMEOUT(app.stops.size(), 1, 20000);
-    QVERIFY(!app.stops[0]);
-    for (const QString &line : log.lines())
-        QVERIFY2(!line.startsWith(QStringLiteral("No compression requested")), qPrintable(line));
-    const MovieInspection movie = inspectMovie(app.theJob->movieFilePaths()->last());
+    Controlled c;
+    c.setUp("test:cam1", "test:mic1");
+    LXUserDefaults::standard().setObject(m_spool, LXDefaultsKeys::LocalRecordSpoolPath.key);
+    const QString path = c.moviePath();
+    const QString url = QStringLiteral("file://") + QString(path).replace(QLatin1Char(' '), QStringLiteral("%20"));
+    QVERIFY(url.contains(QStringLiteral("/Application%20Support/LocalVideo-")));
+
+    c.devices.beginRecording();
+    const double began = c.runningTime();
+    c.devices.pauseRecording();
+    c.devices.resumeRecording();
+    QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > began + 1.5, 20000);
+    const double recorded = c.runningTime() - began;
+    cancel ? c.devices.cancelRecording() : c.devices.stopRecording();
+    QCOMPARE(c.devices.deleteMovieFileWhenItFinishesRecording(), cancel);
+    QTRY_VERIFY_WITH_TIMEOUT(!c.devices.captureSession(), 20000);
+    QVERIFY(deliverQueued());
+    QCOMPARE(c.app.stops, cancel ? QList<std::optional<Error>>() : QList<std::optional<Error>> { std::nullopt });
+    QVERIFY(c.app.alerts.isEmpty());
+    QStringList expected { QStringLiteral("Starting capture: ") + url, QStringLiteral("Pausing capture"),
+        QStringLiteral("Resuming capture"),
+        cancel ? QStringLiteral("Stopping capture and discarding movie file") : QStringLiteral("Stopping capture"),
+        QStringLiteral("Will finish recording to: ") + url, QStringLiteral("Finished recording to: ") + url };
+    if (cancel)
+        expected << QStringLiteral("Successfully deleted cancelled recording at ") + path;
+    QCOMPARE(log.lines(), expected);
+    // The job keeps the path of a discarded file too.
+    QCOMPARE(c.moviePath(), path);
+    if (cancel) {
+        QVERIFY(!QFile::exists(path));
+        return;
+    }
+    const MovieInspection movie = inspectMovie(path);
     QCOMPARE(movie.videoCodec, QStringLiteral("video/x-h264"));
-    QCOMPARE(movie.audioCodec, QStringLiteral("audio/x-raw"));
+    QCOMPARE(movie.audioCodec, withoutAac ? QStringLiteral("audio/x-raw") : QStringLiteral("audio/mpeg"));
+    QVERIFY2(qAbs(movie.containerDuration - recorded) < 0.3,
+        qPrintable(QStringLiteral("%1 vs %2").arg(movie.containerDuration).arg(recorded)));
+    QVERIFY(movie.largestVideoGap < 0.1);
 }
 
 void TestCaptureDevicesController::separatorTitleAppendsASeparator()
