@@ -12,26 +12,18 @@ QString stringProperty(const GstStructure *props, const char *key)
     return value ? QString::fromUtf8(value) : QString();
 }
 
-// A source bin from a launch description with one ghost pad per media type.
-Gst::ElementRef binFromDescription(const QByteArray &description, Error *error)
+// A source bin from a launch description whose children `videoOut` and
+// `audioOut` (when given) become its video and audio pads.
+Gst::ElementRef sourceBin(const QByteArray &description, const char *videoOut, const char *audioOut, Error *error)
 {
-    GError *raw = nullptr;
-    Gst::ElementRef bin(gst_parse_bin_from_description(description.constData(), FALSE, &raw), Gst::Ref::Adopt);
-    Gst::ErrorPtr parseError(raw);
-    if (!bin || parseError) {
-        setError(error, QString::fromUtf8(g_quark_to_string(parseError ? parseError->domain : GST_CORE_ERROR)),
-            parseError ? parseError->code : GST_CORE_ERROR_FAILED,
-            parseError ? QString::fromUtf8(parseError->message) : QStringLiteral("Cannot build capture source"));
+    Gst::ElementRef bin = Gst::parseBin(description, false, error);
+    if (bin
+        && ((videoOut && !Gst::addGhostPad(bin.element(), videoOut, "src", CaptureDevice::kVideoPad))
+            || (audioOut && !Gst::addGhostPad(bin.element(), audioOut, "src", CaptureDevice::kAudioPad)))) {
+        *error = Gst::coreError(GST_CORE_ERROR_PAD, QStringLiteral("Cannot build capture source"));
         return {};
     }
     return bin;
-}
-
-void addGhost(GstElement *bin, const char *childName, const char *padName)
-{
-    Gst::ElementRef child(gst_bin_get_by_name(GST_BIN(bin), childName), Gst::Ref::Adopt);
-    Gst::PadRef target(gst_element_get_static_pad(child.element(), "src"), Gst::Ref::Adopt);
-    gst_element_add_pad(bin, gst_ghost_pad_new(padName, target.get()));
 }
 
 // Takes an element to READY on a private bus, so that the device's own
@@ -149,22 +141,16 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error)
     Gst::ElementRef bin;
     switch (m_kind) {
     case Kind::TestCamera:
-        if ((bin = binFromDescription(testVideo, error)))
-            addGhost(bin.element(), "vout", kVideoPad);
+        bin = sourceBin(testVideo, "vout", nullptr, error);
         break;
     case Kind::TestMicrophone:
-        if ((bin = binFromDescription(testAudio, error)))
-            addGhost(bin.element(), "aout", kAudioPad);
+        bin = sourceBin(testAudio, nullptr, "aout", error);
         break;
     case Kind::TestMuxed:
-        if ((bin = binFromDescription(testVideo + ' ' + testAudio, error))) {
-            addGhost(bin.element(), "vout", kVideoPad);
-            addGhost(bin.element(), "aout", kAudioPad);
-        }
+        bin = sourceBin(testVideo + ' ' + testAudio, "vout", "aout", error);
         break;
     case Kind::TestBroken:
-        if ((bin = binFromDescription("v4l2src name=v device=/dev/lumex-missing-camera ! identity name=vout", error)))
-            addGhost(bin.element(), "vout", kVideoPad);
+        bin = sourceBin("v4l2src name=v device=/dev/lumex-missing-camera ! identity name=vout", "vout", nullptr, error);
         break;
     case Kind::Screen: {
         const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;
@@ -172,8 +158,7 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error)
         // the encoder's timing simple.
         const QByteArray description = "ximagesrc name=v use-damage=false show-pointer=true display-name=\""
             + display.toUtf8() + "\" ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
-        if ((bin = binFromDescription(description, error)))
-            addGhost(bin.element(), "vout", kVideoPad);
+        bin = sourceBin(description, "vout", nullptr, error);
         break;
     }
     case Kind::Hardware: {

@@ -27,16 +27,13 @@ void CaptureVideoPreviewOutput::sessionDidStartRunning()
     GstElement *tee = video ? session()->teeForConnection(video) : nullptr;
     if (!tee)
         return;
-    GError *raw = nullptr;
-    m_bin = Gst::ElementRef(
-        gst_parse_bin_from_description("queue leaky=downstream max-size-buffers=1 ! videoconvert ! "
-                                       "video/x-raw,format=BGRx ! appsink name=sink max-buffers=1 drop=true sync=true "
-                                       "async=false qos=true max-lateness=40000000",
-            TRUE, &raw),
-        Gst::Ref::Adopt);
-    Gst::ErrorPtr error(raw);
+    Error failure;
+    m_bin = Gst::parseBin("queue leaky=downstream max-size-buffers=1 ! videoconvert ! video/x-raw,format=BGRx ! "
+                          "appsink name=sink max-buffers=1 drop=true sync=true async=false qos=true "
+                          "max-lateness=40000000",
+        true, &failure);
     if (!m_bin) {
-        qWarning("No live preview: %s", error ? error->message : "cannot build its branch");
+        qWarning("No live preview: %s", qPrintable(failure.localizedDescription));
         return;
     }
     Gst::ElementRef sink(gst_bin_get_by_name(GST_BIN(m_bin.element()), "sink"), Gst::Ref::Adopt);
@@ -45,7 +42,6 @@ void CaptureVideoPreviewOutput::sessionDidStartRunning()
     gst_app_sink_set_callbacks(GST_APP_SINK(sink.element()), &callbacks, this, nullptr);
     gst_bin_add(GST_BIN(session()->pipeline()), m_bin.element());
     gst_element_sync_state_with_parent(m_bin.element());
-    Error failure;
     m_branch = TeeBranch::request(tee, &failure);
     Gst::PadRef binSink(gst_element_get_static_pad(m_bin.element(), "sink"), Gst::Ref::Adopt);
     if (!m_branch || !m_branch->link(binSink.get(), &failure)) {

@@ -51,6 +51,27 @@ bool link(GstPad *source, GstPad *sink, Error *error)
     return false;
 }
 
+ElementRef parseBin(const QByteArray &description, bool ghostUnlinked, Error *error)
+{
+    ensureInitialized();
+    GError *raw = nullptr;
+    ElementRef bin(gst_parse_bin_from_description(description.constData(), ghostUnlinked, &raw), Ref::Adopt);
+    ErrorPtr parseError(raw);
+    if (bin && !parseError)
+        return bin;
+    if (error)
+        *error = parseError ? toError(parseError.get())
+                            : coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Cannot build the capture pipeline"));
+    return {};
+}
+
+bool addGhostPad(GstElement *bin, const char *childName, const char *padName, const char *ghostName)
+{
+    ElementRef child(gst_bin_get_by_name(GST_BIN(bin), childName), Ref::Adopt);
+    PadRef target(child ? gst_element_get_static_pad(child.element(), padName) : nullptr, Ref::Adopt);
+    return target && gst_element_add_pad(bin, gst_ghost_pad_new(ghostName, target.get()));
+}
+
 void removeFromParent(GstElement *element)
 {
     if (!element)

@@ -2,6 +2,7 @@
 
 #include <gst/gst.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -131,6 +132,14 @@ void add(GstElement *bin, const ElementRef &element);
 // failure) and returns false.
 bool link(GstElement *source, GstElement *sink, Error *error);
 bool link(GstPad *source, GstPad *sink, Error *error);
+
+// A bin from a launch description, or an empty handle with `error` set.
+// With `ghostUnlinked`, the bin's unlinked pads become its own.
+ElementRef parseBin(const QByteArray &description, bool ghostUnlinked, Error *error);
+
+// Gives `bin` a ghost pad `ghostName` for the pad `padName` of its child
+// `childName`; false when either is missing.
+bool addGhostPad(GstElement *bin, const char *childName, const char *padName, const char *ghostName);
 
 // Takes an element out of whichever bin holds it, if any.
 void removeFromParent(GstElement *element);
