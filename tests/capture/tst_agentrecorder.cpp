@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <vector>
 
 namespace {
 
@@ -37,8 +38,8 @@ private slots:
     void missingSourceExitsAtOnce_data();
     void missingSourceExitsAtOnce();
     void defaultMicrophoneOfAPulseAudioServer();
-    void secondStopWhileFinishingExitsAtOnce();
-    void killedAgentLeavesAPlayableFile();
+    void abruptEndLeavesAPlayableFile_data();
+    void abruptEndLeavesAPlayableFile();
 
 private:
     void configure(const QString &capture, const QString &audioDevice, const QString &videoDevice = QString());
@@ -251,44 +252,36 @@ void TestAgentRecorder::defaultMicrophoneOfAPulseAudioServer()
     QVERIFY(inspected.largestAudioGap < 0.05);
 }
 
-void TestAgentRecorder::secondStopWhileFinishingExitsAtOnce()
+void TestAgentRecorder::abruptEndLeavesAPlayableFile_data()
 {
-    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:mic1"));
-    const QString movie = m_sim->home() + QStringLiteral("/LocalAudio-twice.mov");
-    QProcess agent;
-    agent.setProcessEnvironment(environment());
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
-    QVERIFY(agent.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 0, 10000);
-    QTest::qWait(1500);
-    ::kill(pid_t(agent.processId()), SIGTERM);
-    ::kill(pid_t(agent.processId()), SIGTERM);
-    QVERIFY(agent.waitForFinished(20000));
-    QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(agent.exitCode(), 0);
-    // Whether or not the first stop got far: what is on disk plays.
-    const MovieInspection inspected = inspectMovie(movie);
-    QVERIFY(inspected.readable);
-    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
+    QTest::addColumn<bool>("killed"); // else stopped twice in a row
+    QTest::newRow("second stop while finishing") << false;
+    QTest::newRow("killed") << true;
 }
 
-void TestAgentRecorder::killedAgentLeavesAPlayableFile()
+void TestAgentRecorder::abruptEndLeavesAPlayableFile()
 {
+    QFETCH(bool, killed);
     configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Automatic"));
     QProcessEnvironment env = environment();
     env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("camera:cam1;microphone:mic1"));
-    const QString movie = m_sim->home() + QStringLiteral("/LocalVideo-killed.mov");
+    const QString movie = m_sim->home() + QStringLiteral("/LocalVideo-%1.mov").arg(killed);
     QProcess agent;
     agent.setProcessEnvironment(env);
     agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     QVERIFY(agent.waitForStarted());
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 0, 10000);
     QTest::qWait(5000);
-    ::kill(pid_t(agent.processId()), SIGKILL);
-    QVERIFY(agent.waitForFinished(5000));
-    QCOMPARE(agent.exitStatus(), QProcess::CrashExit);
-    // Fragments up to the kill play, whatever the recording's length.
+    for (const int signal : killed ? std::vector { SIGKILL } : std::vector { SIGTERM, SIGTERM })
+        ::kill(pid_t(agent.processId()), signal);
+    QVERIFY(agent.waitForFinished(20000));
+    QCOMPARE(agent.exitStatus(), killed ? QProcess::CrashExit : QProcess::NormalExit);
+    if (!killed)
+        QCOMPARE(agent.exitCode(), 0);
+    // Whether or not a stop got far, fragments up to the end play, whatever
+    // the recording's length.
     const MovieInspection inspected = inspectMovie(movie);
+    QVERIFY(inspected.readable);
     QCOMPARE(inspected.videoCodec, QStringLiteral("video/x-h264"));
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
     QVERIFY2(inspected.videoEnd >= 4.0, qPrintable(QString::number(inspected.videoEnd)));

@@ -100,7 +100,6 @@ class TestCaptureLayer : public QObject
 
 private slots:
     void initTestCase();
-    void openingABrokenDeviceFailsWithGStreamersError();
     void pausedRecordingHasRecordedDurationWithoutGaps();
     void everyEndingFinishesTheFile_data();
     void everyEndingFinishesTheFile();
@@ -120,21 +119,6 @@ void TestCaptureLayer::initTestCase()
     m_sandbox = std::make_unique<TestSandbox>();
     qputenv(CaptureDeviceRegistry::kHardwareVariable, "0");
     qputenv(CaptureDeviceRegistry::kTestDevicesVariable, "camera:cam1;microphone:mic1;muxed:dv1;broken:bad1");
-}
-
-void TestCaptureLayer::openingABrokenDeviceFailsWithGStreamersError()
-{
-    const CaptureDevicePtr broken = CaptureDeviceRegistry::instance().deviceWithUniqueID(QStringLiteral("test:bad1"));
-    Error error;
-    QVERIFY(!broken->open(&error));
-    QVERIFY(!broken->isOpen());
-    QCOMPARE(error.domain, QStringLiteral("gst-resource-error-quark"));
-    QVERIFY2(!error.localizedDescription.isEmpty(), qPrintable(error.localizedDescription));
-
-    // A device that is not open cannot become an input.
-    CaptureSession session;
-    QVERIFY(!session.addInput(std::make_shared<CaptureDeviceInput>(broken), &error));
-    QCOMPARE(error.domain, QStringLiteral("gst-resource-error-quark"));
 }
 
 void TestCaptureLayer::pausedRecordingHasRecordedDurationWithoutGaps()
