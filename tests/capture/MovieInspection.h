@@ -8,11 +8,10 @@
 #include <gst/pbutils/pbutils.h>
 
 #include <QFile>
-#include <QString>
 #include <QStringList>
+#include <QtEndian>
 
 #include <algorithm>
-#include <mutex>
 #include <vector>
 
 struct MovieInspection
@@ -25,33 +24,21 @@ struct MovieInspection
     int sampleRate = 0;
     int channels = 0;
     double containerDuration = 0; // seconds, as the file's header says
-    // From decoding every frame and sound buffer:
-    double videoEnd = 0; // seconds: last frame's time + its duration
+    // From decoding every frame and sound buffer, in seconds:
+    double videoEnd = 0; // last frame's time + its duration
     double audioEnd = 0;
-    double largestVideoGap = 0; // seconds between consecutive frames
-    double largestAudioGap = 0; // seconds between one buffer's end and the next start
+    double largestVideoGap = 0; // between consecutive frames
+    double largestAudioGap = 0; // between one buffer's end and the next start
     int videoFrames = 0;
     QStringList topLevelAtoms;
-    qint64 fileSize = 0;
-    qint64 mediaBytes = 0; // payload of the mdat atoms
-
-    qint64 overheadBytes() const { return fileSize - mediaBytes; }
+    qint64 overheadBytes = 0; // all but the payload of the mdat atoms
 };
 
 namespace MovieInspectionDetail {
 
-struct Track
-{
-    std::mutex mutex;
-    std::vector<std::pair<GstClockTime, GstClockTime>> buffers; // pts, duration
-};
-
-inline void onHandoff(GstElement *, GstBuffer *buffer, GstPad *, gpointer data)
-{
-    auto *track = static_cast<Track *>(data);
-    std::lock_guard lock(track->mutex);
-    track->buffers.emplace_back(GST_BUFFER_PTS(buffer), GST_BUFFER_DURATION(buffer));
-}
+// Buffers of one track as (pts, duration); each track has one streaming
+// thread of its own.
+using Track = std::vector<std::pair<GstClockTime, GstClockTime>>;
 
 struct Decode
 {
@@ -59,17 +46,26 @@ struct Decode
     Track video, audio;
 };
 
+inline QString capsName(GstDiscovererStreamInfo *info)
+{
+    GstCaps *caps = gst_discoverer_stream_info_get_caps(info);
+    const QString name = QString::fromUtf8(gst_structure_get_name(gst_caps_get_structure(caps, 0)));
+    gst_caps_unref(caps);
+    return name;
+}
+
 inline void onPadAdded(GstElement *, GstPad *pad, gpointer data)
 {
     auto *decode = static_cast<Decode *>(data);
-    GstCaps *caps = gst_pad_get_current_caps(pad);
-    if (!caps)
-        caps = gst_pad_query_caps(pad, nullptr);
+    GstCaps *caps = gst_pad_query_caps(pad, nullptr);
     const bool video = g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), "video");
     gst_caps_unref(caps);
     GstElement *sink = gst_element_factory_make("fakesink", nullptr);
     g_object_set(sink, "signal-handoffs", TRUE, "sync", FALSE, nullptr);
-    g_signal_connect(sink, "handoff", G_CALLBACK(onHandoff), video ? &decode->video : &decode->audio);
+    g_signal_connect(sink, "handoff", G_CALLBACK(+[](GstElement *, GstBuffer *buffer, GstPad *, gpointer track) {
+        static_cast<Track *>(track)->emplace_back(GST_BUFFER_PTS(buffer), GST_BUFFER_DURATION(buffer));
+    }),
+        video ? &decode->video : &decode->audio);
     gst_bin_add(GST_BIN(decode->pipeline), sink);
     gst_element_sync_state_with_parent(sink);
     GstPad *sinkPad = gst_element_get_static_pad(sink, "sink");
@@ -82,50 +78,43 @@ inline void scanAtoms(const QString &path, MovieInspection &result)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return;
-    result.fileSize = file.size();
-    qint64 offset = 0;
-    while (offset + 8 <= result.fileSize) {
+    result.overheadBytes = file.size();
+    for (qint64 offset = 0; offset + 8 <= file.size();) {
         file.seek(offset);
         const QByteArray header = file.read(16);
-        quint64 size
-            = (quint8(header[0]) << 24) | (quint8(header[1]) << 16) | (quint8(header[2]) << 8) | quint8(header[3]);
+        quint64 size = qFromBigEndian<quint32>(header.constData());
         qint64 headerSize = 8;
-        if (size == 1 && header.size() >= 16) {
-            size = 0;
-            for (int i = 8; i < 16; ++i)
-                size = (size << 8) | quint8(header[i]);
-            headerSize = 16;
-        } else if (size == 0) {
-            size = quint64(result.fileSize - offset);
-        }
-        const QString type = QString::fromLatin1(header.mid(4, 4));
-        result.topLevelAtoms << type;
-        if (type == QLatin1String("mdat"))
-            result.mediaBytes += qint64(size) - headerSize;
+        if (size == 1 && header.size() >= 16)
+            size = qFromBigEndian<quint64>(header.constData() + 8), headerSize = 16;
+        else if (size == 0)
+            size = quint64(file.size() - offset);
+        result.topLevelAtoms << QString::fromLatin1(header.mid(4, 4));
+        if (result.topLevelAtoms.last() == QLatin1String("mdat"))
+            result.overheadBytes -= qint64(size) - headerSize;
         if (size < 8)
             break;
         offset += qint64(size);
     }
 }
 
+// The largest step from one buffer's start (or end) to the next start.
 inline double largestGap(Track &track, bool fromEnd)
 {
-    std::sort(track.buffers.begin(), track.buffers.end());
+    std::sort(track.begin(), track.end());
     double gap = 0;
-    for (size_t i = 1; i < track.buffers.size(); ++i) {
-        const auto &[pts, duration] = track.buffers[i - 1];
+    for (size_t i = 1; i < track.size(); ++i) {
+        const auto &[pts, duration] = track[i - 1];
         const GstClockTime reference = fromEnd && GST_CLOCK_TIME_IS_VALID(duration) ? pts + duration : pts;
-        const double g = (double(track.buffers[i].first) - double(reference)) / GST_SECOND;
-        gap = std::max(gap, g);
+        gap = std::max(gap, (double(track[i].first) - double(reference)) / GST_SECOND);
     }
     return gap;
 }
 
-inline double end(const Track &track)
+inline double trackEnd(const Track &track)
 {
-    if (track.buffers.empty())
+    if (track.empty())
         return 0;
-    const auto &[pts, duration] = track.buffers.back();
+    const auto &[pts, duration] = track.back();
     return double(pts + (GST_CLOCK_TIME_IS_VALID(duration) ? duration : 0)) / GST_SECOND;
 }
 
@@ -147,23 +136,17 @@ inline MovieInspection inspectMovie(const QString &path)
     if (info && gst_discoverer_info_get_result(info) == GST_DISCOVERER_OK) {
         result.containerDuration = double(gst_discoverer_info_get_duration(info)) / GST_SECOND;
         GList *videos = gst_discoverer_info_get_video_streams(info);
-        if (videos) {
-            auto *v = GST_DISCOVERER_VIDEO_INFO(videos->data);
+        if (auto *v = videos ? GST_DISCOVERER_VIDEO_INFO(videos->data) : nullptr) {
             result.width = int(gst_discoverer_video_info_get_width(v));
             result.height = int(gst_discoverer_video_info_get_height(v));
-            GstCaps *caps = gst_discoverer_stream_info_get_caps(GST_DISCOVERER_STREAM_INFO(v));
-            result.videoCodec = QString::fromUtf8(gst_structure_get_name(gst_caps_get_structure(caps, 0)));
-            gst_caps_unref(caps);
+            result.videoCodec = capsName(GST_DISCOVERER_STREAM_INFO(v));
         }
         gst_discoverer_stream_info_list_free(videos);
         GList *audios = gst_discoverer_info_get_audio_streams(info);
-        if (audios) {
-            auto *a = GST_DISCOVERER_AUDIO_INFO(audios->data);
+        if (auto *a = audios ? GST_DISCOVERER_AUDIO_INFO(audios->data) : nullptr) {
             result.sampleRate = int(gst_discoverer_audio_info_get_sample_rate(a));
             result.channels = int(gst_discoverer_audio_info_get_channels(a));
-            GstCaps *caps = gst_discoverer_stream_info_get_caps(GST_DISCOVERER_STREAM_INFO(a));
-            result.audioCodec = QString::fromUtf8(gst_structure_get_name(gst_caps_get_structure(caps, 0)));
-            gst_caps_unref(caps);
+            result.audioCodec = capsName(GST_DISCOVERER_STREAM_INFO(a));
         }
         gst_discoverer_stream_info_list_free(audios);
     }
@@ -172,13 +155,14 @@ inline MovieInspection inspectMovie(const QString &path)
     g_object_unref(discoverer);
 
     Decode decode;
-    decode.pipeline = gst_pipeline_new(nullptr);
-    GstElement *source = gst_element_factory_make("filesrc", nullptr);
-    GstElement *decodebin = gst_element_factory_make("decodebin", nullptr);
+    const QByteArray description = "filesrc name=source ! decodebin name=decode";
+    decode.pipeline = gst_parse_launch(description.constData(), nullptr);
+    GstElement *source = gst_bin_get_by_name(GST_BIN(decode.pipeline), "source");
+    GstElement *decodebin = gst_bin_get_by_name(GST_BIN(decode.pipeline), "decode");
     g_object_set(source, "location", path.toUtf8().constData(), nullptr);
-    gst_bin_add_many(GST_BIN(decode.pipeline), source, decodebin, nullptr);
-    gst_element_link(source, decodebin);
     g_signal_connect(decodebin, "pad-added", G_CALLBACK(onPadAdded), &decode);
+    gst_object_unref(source);
+    gst_object_unref(decodebin);
     gst_element_set_state(decode.pipeline, GST_STATE_PLAYING);
     GstBus *bus = gst_element_get_bus(decode.pipeline);
     GstMessage *message
@@ -192,10 +176,10 @@ inline MovieInspection inspectMovie(const QString &path)
     gst_element_set_state(decode.pipeline, GST_STATE_NULL);
     gst_object_unref(decode.pipeline);
 
-    result.videoFrames = int(decode.video.buffers.size());
+    result.videoFrames = int(decode.video.size());
     result.largestVideoGap = largestGap(decode.video, false);
     result.largestAudioGap = largestGap(decode.audio, true);
-    result.videoEnd = end(decode.video);
-    result.audioEnd = end(decode.audio);
+    result.videoEnd = trackEnd(decode.video);
+    result.audioEnd = trackEnd(decode.audio);
     return result;
 }

@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <vector>
 
 namespace {
 
@@ -19,6 +20,9 @@ struct Take
     int exitCode = -1;
     qint64 recordedMs = 0;
     QByteArray err;
+
+    // The agent's clock is not ours: a margin a loaded machine holds.
+    bool lasted(double seconds) const { return seconds > 1.0 && seconds < recordedMs / 1000.0 + 1.0; }
 };
 
 } // namespace
@@ -29,18 +33,18 @@ class TestAgentRecorder : public QObject
 
 private slots:
     void initTestCase();
-    void audioFromATestDeviceHasNoGapAfterPause();
-    void screenRecordingUnderXvfb();
+    void recordsTheConfiguredSources_data();
+    void recordsTheConfiguredSources();
+    void missingSourceExitsAtOnce_data();
+    void missingSourceExitsAtOnce();
     void defaultMicrophoneOfAPulseAudioServer();
-    void unknownDeviceExitsAtOnce();
-    void muxedMicrophoneAndCameraByName();
-    void secondStopWhileFinishingExitsAtOnce();
-    void screenWithoutDisplayExitsAtOnce();
+    void abruptEndLeavesAPlayableFile_data();
+    void abruptEndLeavesAPlayableFile();
 
 private:
     void configure(const QString &capture, const QString &audioDevice, const QString &videoDevice = QString());
     QProcessEnvironment environment(bool testDevices = true) const;
-    // Records 1.5 s, pauses 1.5 s, records 1.5 s more, then SIGTERM.
+    // Records two seconds, then SIGTERM.
     Take record(const QString &movie, const QProcessEnvironment &env);
 
     std::unique_ptr<SimSandbox> m_sim;
@@ -84,20 +88,13 @@ Take TestAgentRecorder::record(const QString &movie, const QProcessEnvironment &
     if (!agent.waitForStarted())
         return take;
     // Recording starts when the file appears.
-    QElapsedTimer waited;
-    waited.start();
-    while (QFileInfo(movie).size() == 0 && waited.elapsed() < 10000 && agent.state() == QProcess::Running)
-        QTest::qWait(20);
     QElapsedTimer clock;
     clock.start();
-    QTest::qWait(1500);
+    while (QFileInfo(movie).size() == 0 && clock.elapsed() < 10000 && agent.state() == QProcess::Running)
+        QTest::qWait(20);
+    clock.start();
+    QTest::qWait(2000);
     take.recordedMs = clock.elapsed();
-    ::kill(pid_t(agent.processId()), SIGUSR1);
-    QTest::qWait(1500);
-    ::kill(pid_t(agent.processId()), SIGUSR2);
-    clock.restart();
-    QTest::qWait(1500);
-    take.recordedMs += clock.elapsed();
     agent.terminate();
     agent.waitForFinished(30000);
     take.exitCode = agent.exitStatus() == QProcess::NormalExit ? agent.exitCode() : -1;
@@ -105,43 +102,114 @@ Take TestAgentRecorder::record(const QString &movie, const QProcessEnvironment &
     return take;
 }
 
-void TestAgentRecorder::audioFromATestDeviceHasNoGapAfterPause()
+void TestAgentRecorder::recordsTheConfiguredSources_data()
 {
-    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:mic2"));
-    const QString movie = m_sim->home() + QStringLiteral("/LocalAudio-test.mov");
-    const Take take = record(movie, environment());
+    QTest::addColumn<QString>("devices");
+    QTest::addColumn<QString>("capture");
+    QTest::addColumn<QString>("audio");
+    QTest::addColumn<QString>("video");
+    QTest::addColumn<QString>("videoCodec"); // empty: no picture
+    QTest::addColumn<QSize>("size");
+    const QString mics = QStringLiteral("microphone:mic1;microphone:mic2");
+    const QString camcorder = QStringLiteral("muxed:dv1:Test Camcorder;camera:cam1:Front Camera");
+    QTest::newRow("microphone by uniqueID") << mics << "Audio:Better"
+                                            << "test:mic2" << QString() << "" << QSize();
+    // A camcorder chosen as the microphone gives only its sound.
+    QTest::newRow("muxed microphone") << camcorder << "Audio:Better"
+                                      << "test:dv1"
+                                      << "Automatic"
+                                      << "" << QSize();
+    // The client names the job's camera by its display name.
+    QTest::newRow("camera by name") << camcorder << "Video:Better"
+                                    << "test:dv1"
+                                    << "Front Camera"
+                                    << "video/x-h264" << QSize(640, 480);
+    // An 800x600 screen of Xvfb, scaled to fit 640x480.
+    QTest::newRow("screen") << mics << "Screen:Better"
+                            << "Automatic" << QString() << "video/x-h264" << QSize(640, 480);
+}
+
+void TestAgentRecorder::recordsTheConfiguredSources()
+{
+    QFETCH(QString, devices);
+    QFETCH(QString, capture);
+    QFETCH(QString, videoCodec);
+    QFETCH(QSize, size);
+    QProcessEnvironment env = environment();
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), devices);
+    std::unique_ptr<XvfbServer> server;
+    if (capture.startsWith(QLatin1String("Screen"))) {
+        server = std::make_unique<XvfbServer>(QStringLiteral("800x600x24"));
+        if (server->display().isEmpty())
+            QSKIP("Xvfb could not be started");
+        env.insert(QStringLiteral("DISPLAY"), server->display());
+    }
+    QFETCH(QString, audio);
+    QFETCH(QString, video);
+    configure(capture, audio, video);
+    const QString movie = m_sim->home() + QStringLiteral("/%1.mov").arg(QString::fromLatin1(QTest::currentDataTag()));
+    const Take take = record(movie, env);
     QVERIFY2(take.exitCode == 0, take.err.constData());
     const MovieInspection inspected = inspectMovie(movie);
-    QVERIFY(inspected.videoCodec.isEmpty());
+    QCOMPARE(inspected.videoCodec, videoCodec);
+    QCOMPARE(QSize(inspected.width, inspected.height), size.isValid() ? size : QSize(0, 0));
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
     QCOMPARE(inspected.sampleRate, 48000);
     QCOMPARE(inspected.channels, 2);
-    QVERIFY2(qAbs(inspected.containerDuration - take.recordedMs / 1000.0) < 0.2,
-        qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
+    QVERIFY2(take.lasted(inspected.containerDuration), qPrintable(QString::number(inspected.containerDuration)));
+    QVERIFY2(inspected.largestVideoGap < 0.15, qPrintable(QString::number(inspected.largestVideoGap)));
     QVERIFY(inspected.largestAudioGap < 0.05);
     QVERIFY(!inspected.topLevelAtoms.contains(QStringLiteral("moof")));
 }
 
-void TestAgentRecorder::screenRecordingUnderXvfb()
+void TestAgentRecorder::missingSourceExitsAtOnce_data()
 {
-    XvfbServer server(QStringLiteral("800x600x24"));
-    if (server.display().isEmpty())
-        QSKIP("Xvfb could not be started");
-    configure(QStringLiteral("Screen:Better"), QStringLiteral("Automatic"));
+    QTest::addColumn<QString>("devices");
+    QTest::addColumn<QString>("capture");
+    QTest::addColumn<QString>("audio");
+    QTest::addColumn<QString>("video");
+    QTest::addColumn<QByteArray>("message");
+    const QString mics = QStringLiteral("microphone:mic1;microphone:mic2");
+    const QString desk = QStringLiteral("microphone:mic1:Desk Microphone");
+    QTest::newRow("unknown microphone") << mics << "Audio:Better"
+                                        << "test:unplugged" << QString()
+                                        << QByteArray("orvxagentd: no microphone \"test:unplugged\".\n");
+    QTest::newRow("no microphone") << ""
+                                   << "Audio:Better"
+                                   << "Automatic" << QString()
+                                   << QByteArray("orvxagentd: no microphone to record from.\n");
+    QTest::newRow("screen without display")
+        << mics << "Screen:Better"
+        << "test:mic1" << QString() << QByteArray("orvxagentd: no display to record (DISPLAY is not set).\n");
+    // A name that is a microphone's is no camera.
+    QTest::newRow("microphone named as camera")
+        << desk << "Video:Better"
+        << "test:mic1"
+        << "Desk Microphone" << QByteArray("orvxagentd: no camera \"Desk Microphone\".\n");
+    QTest::newRow("no camera") << desk << "Video:Better"
+                               << "test:mic1"
+                               << "Automatic" << QByteArray("orvxagentd: no camera to record from.\n");
+}
+
+void TestAgentRecorder::missingSourceExitsAtOnce()
+{
+    QFETCH(QString, devices);
+    QFETCH(QString, capture);
+    QFETCH(QString, audio);
+    QFETCH(QString, video);
+    configure(capture, audio, video);
     QProcessEnvironment env = environment();
-    env.insert(QStringLiteral("DISPLAY"), server.display());
-    const QString movie = m_sim->home() + QStringLiteral("/ScreenCapture-test.mov");
-    const Take take = record(movie, env);
-    QVERIFY2(take.exitCode == 0, take.err.constData());
-    const MovieInspection inspected = inspectMovie(movie);
-    QCOMPARE(inspected.videoCodec, QStringLiteral("video/x-h264"));
-    // 800x600 scaled to fit 640x480.
-    QCOMPARE(QSize(inspected.width, inspected.height), QSize(640, 480));
-    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
-    QVERIFY2(qAbs(inspected.containerDuration - take.recordedMs / 1000.0) < 0.2,
-        qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
-    QVERIFY2(inspected.largestVideoGap < 0.15, qPrintable(QString::number(inspected.largestVideoGap)));
-    QVERIFY(inspected.largestAudioGap < 0.05);
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), devices);
+    env.remove(QStringLiteral("DISPLAY"));
+    const QString movie = m_sim->home() + QStringLiteral("/none.mov");
+    QProcess agent;
+    agent.setProcessEnvironment(env);
+    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
+    QVERIFY(agent.waitForFinished(10000));
+    QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(agent.exitCode(), 4);
+    QTEST(agent.readAllStandardError(), "message");
+    QVERIFY(!QFile::exists(movie));
 }
 
 void TestAgentRecorder::defaultMicrophoneOfAPulseAudioServer()
@@ -180,113 +248,45 @@ void TestAgentRecorder::defaultMicrophoneOfAPulseAudioServer()
     QVERIFY2(take.exitCode == 0, take.err.constData());
     const MovieInspection inspected = inspectMovie(movie);
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
-    QVERIFY2(qAbs(inspected.containerDuration - take.recordedMs / 1000.0) < 0.2,
-        qPrintable(QStringLiteral("%1 vs %2 ms").arg(inspected.containerDuration).arg(take.recordedMs)));
+    QVERIFY2(take.lasted(inspected.containerDuration), qPrintable(QString::number(inspected.containerDuration)));
     QVERIFY(inspected.largestAudioGap < 0.05);
 }
 
-void TestAgentRecorder::unknownDeviceExitsAtOnce()
+void TestAgentRecorder::abruptEndLeavesAPlayableFile_data()
 {
-    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:unplugged"));
-    const QString movie = m_sim->home() + QStringLiteral("/LocalAudio-none.mov");
-    QProcess agent;
-    agent.setProcessEnvironment(environment());
-    QElapsedTimer clock;
-    clock.start();
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
-    QVERIFY(agent.waitForFinished(10000));
-    QVERIFY(clock.elapsed() < 5000);
-    QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
-    QVERIFY(agent.exitCode() != 0);
-    QVERIFY(agent.readAllStandardError().contains("test:unplugged"));
-    QVERIFY(!QFile::exists(movie));
-
-    // No microphone at all.
-    configure(QStringLiteral("Audio:Better"), QStringLiteral("Automatic"));
-    QProcessEnvironment none = environment();
-    none.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QString());
-    agent.setProcessEnvironment(none);
-    agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
-    QVERIFY(agent.waitForFinished(10000));
-    QVERIFY(agent.exitCode() != 0);
-    QVERIFY(!agent.readAllStandardError().isEmpty());
+    QTest::addColumn<bool>("killed"); // else stopped twice in a row
+    QTest::newRow("second stop while finishing") << false;
+    QTest::newRow("killed") << true;
 }
 
-void TestAgentRecorder::screenWithoutDisplayExitsAtOnce()
+void TestAgentRecorder::abruptEndLeavesAPlayableFile()
 {
-    configure(QStringLiteral("Screen:Better"), QStringLiteral("test:mic1"));
-    QProcessEnvironment env = environment();
-    env.remove(QStringLiteral("DISPLAY"));
-    QProcess agent;
-    agent.setProcessEnvironment(env);
-    agent.start(
-        m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), m_sim->home() + QStringLiteral("/s.mov") });
-    QVERIFY(agent.waitForFinished(10000));
-    QVERIFY(agent.exitCode() != 0);
-    QVERIFY(agent.readAllStandardError().contains("DISPLAY"));
-}
-
-void TestAgentRecorder::muxedMicrophoneAndCameraByName()
-{
-    QProcessEnvironment env = environment();
-    env.insert(
-        QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("muxed:dv1:Test Camcorder;camera:cam1:Front Camera"));
-
-    // A camcorder chosen as the microphone gives only its sound.
-    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:dv1"), QStringLiteral("Automatic"));
-    const QString audio = m_sim->home() + QStringLiteral("/LocalAudio-muxed.mov");
-    Take take = record(audio, env);
-    QVERIFY2(take.exitCode == 0, take.err.constData());
-    MovieInspection inspected = inspectMovie(audio);
-    QVERIFY(inspected.videoCodec.isEmpty());
-    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
-
-    // The client names the job's camera by its display name.
-    configure(QStringLiteral("Video:Better"), QStringLiteral("test:dv1"), QStringLiteral("Front Camera"));
-    const QString video = m_sim->home() + QStringLiteral("/LocalVideo-named.mov");
-    take = record(video, env);
-    QVERIFY2(take.exitCode == 0, take.err.constData());
-    inspected = inspectMovie(video);
-    QCOMPARE(inspected.videoCodec, QStringLiteral("video/x-h264"));
-    QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
-
-    // A name that is a microphone's is no camera.
-    QProcess agent;
-    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("microphone:mic1:Desk Microphone"));
-    agent.setProcessEnvironment(env);
-    configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Desk Microphone"));
-    agent.start(
-        m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov") });
-    QVERIFY(agent.waitForFinished(10000));
-    QCOMPARE(agent.exitCode(), 4);
-    QCOMPARE(agent.readAllStandardError(), QByteArray("orvxagentd: no camera \"Desk Microphone\".\n"));
+    QFETCH(bool, killed);
     configure(QStringLiteral("Video:Better"), QStringLiteral("test:mic1"), QStringLiteral("Automatic"));
-    agent.start(
-        m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), m_sim->home() + QStringLiteral("/v.mov") });
-    QVERIFY(agent.waitForFinished(10000));
-    QCOMPARE(agent.exitCode(), 4);
-    QCOMPARE(agent.readAllStandardError(), QByteArray("orvxagentd: no camera to record from.\n"));
-}
-
-void TestAgentRecorder::secondStopWhileFinishingExitsAtOnce()
-{
-    configure(QStringLiteral("Audio:Better"), QStringLiteral("test:mic1"));
-    const QString movie = m_sim->home() + QStringLiteral("/LocalAudio-twice.mov");
+    QProcessEnvironment env = environment();
+    env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("camera:cam1;microphone:mic1"));
+    const QString movie = m_sim->home() + QStringLiteral("/LocalVideo-%1.mov").arg(killed);
     QProcess agent;
-    agent.setProcessEnvironment(environment());
+    agent.setProcessEnvironment(env);
     agent.start(m_sim->tool(QStringLiteral("orvxagentd")), { QStringLiteral("-f"), movie });
     QVERIFY(agent.waitForStarted());
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 0, 10000);
-    QTest::qWait(1500);
-    ::kill(pid_t(agent.processId()), SIGTERM);
-    ::kill(pid_t(agent.processId()), SIGTERM);
+    QTest::qWait(5000);
+    for (const int signal : killed ? std::vector { SIGKILL } : std::vector { SIGTERM, SIGTERM })
+        ::kill(pid_t(agent.processId()), signal);
     QVERIFY(agent.waitForFinished(20000));
-    QCOMPARE(agent.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(agent.exitCode(), 0);
-    // Whether or not the first stop got far: what is on disk plays.
+    QCOMPARE(agent.exitStatus(), killed ? QProcess::CrashExit : QProcess::NormalExit);
+    if (!killed)
+        QCOMPARE(agent.exitCode(), 0);
+    // Whether or not a stop got far, fragments up to the end play, whatever
+    // the recording's length.
     const MovieInspection inspected = inspectMovie(movie);
     QVERIFY(inspected.readable);
+    QCOMPARE(inspected.videoCodec, QStringLiteral("video/x-h264"));
     QCOMPARE(inspected.audioCodec, QStringLiteral("audio/mpeg"));
+    QVERIFY2(inspected.videoEnd >= 4.0, qPrintable(QString::number(inspected.videoEnd)));
+    QVERIFY2(inspected.audioEnd >= 4.0, qPrintable(QString::number(inspected.audioEnd)));
+    QVERIFY(inspected.largestVideoGap < 0.1);
 }
 
 QTEST_GUILESS_MAIN(TestAgentRecorder)

@@ -1,4 +1,4 @@
-// The screen grab against a real X server, and the row flip on its own.
+// The screen grab against a real X server.
 
 #include "GLScreenGrabController.h"
 #include "XvfbServer.h"
@@ -20,15 +20,6 @@ void showPatch(xcb_connection_t *c, xcb_screen_t *screen, int16_t x, int16_t y, 
     xcb_map_window(c, window);
 }
 
-QImage rows(int height)
-{
-    QImage image(3, height, QImage::Format_RGB32);
-    image.fill(0);
-    for (int y = 0; y < height; ++y)
-        image.scanLine(y)[0] = uchar(y), image.scanLine(y)[4] = uchar(100 + y);
-    return image;
-}
-
 } // namespace
 
 class TestScreenGrab : public QObject
@@ -36,34 +27,10 @@ class TestScreenGrab : public QObject
     Q_OBJECT
 
 private slots:
-    void flipReversesTheRowOrder_data();
-    void flipReversesTheRowOrder();
     void grabIsTopDownWithTheScreensSize();
     void noDisplayGivesANullImage();
     void screenWithout32BitPixelsGivesANullImage();
 };
-
-void TestScreenGrab::flipReversesTheRowOrder_data()
-{
-    QTest::addColumn<int>("height");
-    QTest::newRow("even rows swap pairwise") << 6;
-    QTest::newRow("odd rows keep the middle one") << 7;
-    QTest::newRow("one row stays") << 1;
-    QTest::newRow("two rows swap") << 2;
-}
-
-void TestScreenGrab::flipReversesTheRowOrder()
-{
-    QFETCH(int, height);
-    QImage image = rows(height);
-    GLScreenGrabController::flipRowsInPlace(image.bits(), image.height(), image.bytesPerLine());
-    for (int y = 0; y < height; ++y) {
-        QCOMPARE(int(image.scanLine(y)[0]), height - 1 - y);
-        QCOMPARE(int(image.scanLine(y)[4]), 100 + height - 1 - y);
-    }
-    GLScreenGrabController::flipRowsInPlace(image.bits(), image.height(), image.bytesPerLine());
-    QCOMPARE(image, rows(height));
-}
 
 void TestScreenGrab::grabIsTopDownWithTheScreensSize()
 {

@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <vector>
 
 namespace {
 
@@ -54,20 +53,6 @@ QRect primaryOutputArea(xcb_connection_t *c, xcb_window_t root)
 }
 
 } // namespace
-
-void GLScreenGrabController::flipRowsInPlace(uchar *bits, int height, qsizetype bytesPerRow)
-{
-    if (!bits || height < 2 || bytesPerRow <= 0)
-        return;
-    std::vector<uchar> spare(static_cast<size_t>(bytesPerRow));
-    for (int top = 0, bottom = height - 1; top < bottom; ++top, --bottom) {
-        uchar *a = bits + qsizetype(top) * bytesPerRow;
-        uchar *b = bits + qsizetype(bottom) * bytesPerRow;
-        std::memcpy(spare.data(), a, size_t(bytesPerRow));
-        std::memcpy(a, b, size_t(bytesPerRow));
-        std::memcpy(b, spare.data(), size_t(bytesPerRow));
-    }
-}
 
 QImage GLScreenGrabController::grab() const
 {
@@ -130,7 +115,6 @@ QImage GLScreenGrabController::grab() const
                 line[x] |= 0xff000000u;
         }
     }
-    // The X server gives rows top-down already; no flip is needed here.
     image.setDevicePixelRatio(1.0);
     return image;
 }

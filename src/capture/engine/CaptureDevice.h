@@ -77,7 +77,7 @@ public:
     void setDisplayName(const QString &display) { m_xDisplay = display; }
 
 private:
-    Gst::ElementRef buildSource(Error *error) const;
+    Gst::ElementRef buildSource(Error *error);
 
     Kind m_kind;
     QString m_uniqueID;
@@ -87,6 +87,7 @@ private:
     bool m_isVideo = false;
     Gst::ObjectRef<GstDevice> m_gstDevice;
     Gst::ElementRef m_source;
+    Gst::SignalConnection m_decoderPads; // a camera's decoder, while open
 };
 
 using CaptureDevicePtr = std::shared_ptr<CaptureDevice>;

@@ -10,7 +10,7 @@
 
 class CaptureDeviceInput;
 class CaptureSession;
-class QSocketNotifier;
+class GstBusReader;
 
 // One stream of an input: video or sound. A disabled connection's stream is
 // dropped at the source. The sound connection carries the current audio
@@ -99,8 +99,7 @@ using CaptureOutputPtr = std::shared_ptr<CaptureOutput>;
 // Inputs and outputs joined in one GStreamer pipeline. Each active stream
 // (the first enabled video and sound connection) ends in a tee that outputs
 // branch from; sources, converters and the tees run from startRunning() to
-// stopRunning(). Main thread only; the pipeline's bus is read through a
-// socket notifier.
+// stopRunning(). Main thread only; the pipeline's bus is read there.
 class CaptureSession final : public QObject
 {
     Q_OBJECT
@@ -149,13 +148,12 @@ private:
     bool buildPipeline(Error *error);
     // Tells the outputs, stops and reports: the one way a session fails.
     void fail(const Error &error);
-    void readBus();
     void handleMessage(GstMessage *message);
+    bool addStream(GstPad *sourcePad, const CaptureConnectionPtr &connection, Error *error);
 
     QList<CaptureInputPtr> m_inputs;
     QList<CaptureOutputPtr> m_outputs;
     Gst::ElementRef m_pipeline;
-    Gst::BusRef m_bus;
-    QSocketNotifier *m_busNotifier = nullptr;
+    std::unique_ptr<GstBusReader> m_busReader;
     QList<Stream> m_streams;
 };

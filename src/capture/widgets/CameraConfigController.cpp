@@ -1,7 +1,6 @@
 #include "CameraConfigController.h"
 
-#include "LXPanelWindow.h"
-
+#include <QEvent>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -14,13 +13,20 @@ CameraConfigController::~CameraConfigController() = default;
 QWidget *CameraConfigController::window()
 {
     if (!m_window) {
-        m_window = std::make_unique<LXPanelWindow>();
+        m_window = std::make_unique<QWidget>(nullptr, Qt::Window);
         m_window->setWindowTitle(tr("Camera Configuration"));
         m_window->setObjectName(QStringLiteral("CameraConfig"));
         auto *layout = new QVBoxLayout(m_window.get());
         layout->addWidget(new QLabel(tr("Camera binding and device choice will appear here."), m_window.get()));
         m_window->resize(520, 360);
-        connect(m_window.get(), &LXPanelWindow::willClose, this, &CameraConfigController::windowWillClose);
+        m_window->installEventFilter(this);
     }
     return m_window.get();
+}
+
+bool CameraConfigController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_window.get() && event->type() == QEvent::Close)
+        emit windowWillClose();
+    return QObject::eventFilter(watched, event);
 }

@@ -2,6 +2,7 @@
 
 #include <gst/gst.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -93,12 +94,55 @@ struct StructureDeleter
 };
 using StructurePtr = std::unique_ptr<GstStructure, StructureDeleter>;
 
+// A GObject signal handler that stays connected as long as this object
+// lives: a callback never outlives the object whose pointer it was given.
+class SignalConnection final
+{
+public:
+    SignalConnection() = default;
+    SignalConnection(gpointer instance, const char *signal, GCallback callback, gpointer data);
+    SignalConnection(SignalConnection &&other) noexcept;
+    SignalConnection &operator=(SignalConnection &&other) noexcept;
+    SignalConnection(const SignalConnection &) = delete;
+    SignalConnection &operator=(const SignalConnection &) = delete;
+    ~SignalConnection() { disconnect(); }
+
+    void disconnect();
+    explicit operator bool() const { return m_id != 0; }
+
+private:
+    GObject *m_instance = nullptr; // referenced while connected
+    gulong m_id = 0;
+};
+
 // Initialises GStreamer once per process; safe to call from anywhere.
 void ensureInitialized();
 
 // A new element from a factory, or an empty handle when the factory is not
 // in the registry.
 ElementRef make(const char *factory, const char *name = nullptr);
+
+// Like make(), but a missing factory sets `error` (a missing plug-in).
+ElementRef make(const char *factory, Error *error);
+
+// Adds `element` to `bin`; the bin takes its own reference.
+void add(GstElement *bin, const ElementRef &element);
+
+// Links two elements, or two pads; a refusal sets `error` (a negotiation
+// failure) and returns false.
+bool link(GstElement *source, GstElement *sink, Error *error);
+bool link(GstPad *source, GstPad *sink, Error *error);
+
+// A bin from a launch description, or an empty handle with `error` set.
+// With `ghostUnlinked`, the bin's unlinked pads become its own.
+ElementRef parseBin(const QByteArray &description, bool ghostUnlinked, Error *error);
+
+// Gives `bin` a ghost pad `ghostName` for the pad `padName` of its child
+// `childName`; false when either is missing.
+bool addGhostPad(GstElement *bin, const char *childName, const char *padName, const char *ghostName);
+
+// Takes an element out of whichever bin holds it, if any.
+void removeFromParent(GstElement *element);
 
 // Whether the registry knows a factory of that name.
 bool hasFactory(const char *factory);
@@ -110,6 +154,9 @@ Error toError(const GError *error);
 // An error of GStreamer's core domain for failures that GStreamer reports
 // without a GError (a refused link or state change).
 Error coreError(GstCoreError code, const QString &message);
+
+// An error of GStreamer's resource domain (a device missing or busy).
+Error resourceError(GstResourceError code, const QString &message);
 
 // The first error message on an element's bus, if any, as an Error.
 std::optional<Error> errorFromMessage(GstMessage *message);

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-class QSocketNotifier;
+class GstBusReader;
 
 // Every capture device the program can use, kept up to date, with a signal
 // for each device that comes and goes: the platform's "device was connected"
@@ -29,8 +29,7 @@ class QSocketNotifier;
 //   addTestDevice() and removeTestDevice(); removing one that is open fails
 //   its session as an unplugged device does.
 //
-// Lives on the main thread; the monitor's bus is read there through a
-// socket notifier.
+// Lives on the main thread; the monitor's bus is read there.
 class CaptureDeviceRegistry final : public QObject
 {
     Q_OBJECT
@@ -64,13 +63,12 @@ signals:
 private:
     CaptureDeviceRegistry();
     void startMonitor();
-    void readMonitorBus();
+    void handleMonitorMessage(GstMessage *message);
     CaptureDevicePtr addHardware(GstDevice *device);
     void removeHardware(GstDevice *device);
 
     Gst::ObjectRef<GstDeviceMonitor> m_monitor;
-    Gst::BusRef m_bus;
-    QSocketNotifier *m_busNotifier = nullptr;
+    std::unique_ptr<GstBusReader> m_busReader;
     QList<CaptureDevicePtr> m_hardware;
     QList<CaptureDevicePtr> m_testDevices;
 };

@@ -4,7 +4,6 @@
 
 #include <memory>
 
-class LXPanelWindow;
 class QWidget;
 
 // The camera configuration window: makes this computer a camera the server
@@ -21,8 +20,12 @@ public:
     QWidget *window();
 
 signals:
+    // The window is about to close.
     void windowWillClose();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    std::unique_ptr<LXPanelWindow> m_window;
+    std::unique_ptr<QWidget> m_window;
 };

@@ -33,7 +33,7 @@ public:
 // header, then a fragment with its own index every half second), so a file cut
 // off by a crash or kill -9 plays up to its last complete fragment, however
 // long the recording ran. A clean finish rewrites the fragments into a plain
-// movie without re-encoding (a copy of the samples, a few seconds per hour
+// movie (MovieRewriter: a copy of the samples, a few seconds per hour
 // of recording) and replaces the file with it, so the finished file carries
 // a single index and no padding. Should that rewrite fail, the fragmented
 // file stays: it plays everywhere, it only has a larger index.
@@ -80,13 +80,6 @@ public:
     // index while recording, nothing after a clean finish.
     void setFragmentDuration(std::chrono::milliseconds duration) { m_fragmentDuration = duration; }
 
-    // Rewrites a fragmented movie into a plain one in place, copying the
-    // samples. The original stays when the rewrite fails, takes too long
-    // for the file's size, comes out shorter, or when another file (or none)
-    // stands at `path` by the time the rewrite is done. Blocking; safe on
-    // any thread.
-    static std::optional<Error> remuxToPlainMovie(const QString &path);
-
 protected:
     void sessionDidStartRunning() override;
     void sessionWillStopRunning() override;
@@ -98,15 +91,14 @@ private:
     using RecordingPtr = std::shared_ptr<Recording>;
 
     void startRecording(const QUrl &url);
+    // The recording's bin, not yet in the pipeline, and its tee branches.
+    bool buildRecordingBin(const RecordingPtr &recording, Error *error);
     void finishRecording(const RecordingPtr &recording);
     void finishUnstartedRecording(const QUrl &url, const Error &error);
     void abandonRecording(const RecordingPtr &recording, const Error &error);
     void endOfStream(const RecordingPtr &recording);
     void completeRecording(const RecordingPtr &recording, bool remux);
     void releaseFromSession(const RecordingPtr &recording);
-    // Takes the recording's pads off the tees, probes first.
-    void releaseBranches(const RecordingPtr &recording);
-    void readRecordingBus(const RecordingPtr &recording);
     bool handleRecordingMessage(const RecordingPtr &recording, GstMessage *message);
     void removeBin(const RecordingPtr &recording);
     void deliverWillFinish(const RecordingPtr &recording);

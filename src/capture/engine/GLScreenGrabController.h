@@ -18,10 +18,6 @@ public:
     // its size in pixels, or a null image when the screen cannot be read.
     QImage grab() const;
 
-    // Turns bottom-up rows into top-down ones in place, with one spare row:
-    // row i swaps with row height-1-i; an odd count leaves the middle row.
-    static void flipRowsInPlace(uchar *bits, int height, qsizetype bytesPerRow);
-
 private:
     QString m_display;
 };

@@ -1,7 +1,7 @@
 #include "CaptureDeviceRegistry.h"
 
+#include "GstBusReader.h"
 #include <QCoreApplication>
-#include <QSocketNotifier>
 
 CaptureDeviceRegistry &CaptureDeviceRegistry::instance()
 {
@@ -24,6 +24,7 @@ CaptureDeviceRegistry::CaptureDeviceRegistry()
 
 CaptureDeviceRegistry::~CaptureDeviceRegistry()
 {
+    m_busReader.reset();
     if (m_monitor)
         gst_device_monitor_stop(m_monitor.get());
 }
@@ -33,10 +34,8 @@ void CaptureDeviceRegistry::startMonitor()
     m_monitor = Gst::ObjectRef<GstDeviceMonitor>(gst_device_monitor_new(), Gst::Ref::Adopt);
     gst_device_monitor_add_filter(m_monitor.get(), "Video/Source", nullptr);
     gst_device_monitor_add_filter(m_monitor.get(), "Audio/Source", nullptr);
-    m_bus = Gst::BusRef(gst_device_monitor_get_bus(m_monitor.get()), Gst::Ref::Adopt);
     if (!gst_device_monitor_start(m_monitor.get())) {
         m_monitor = {};
-        m_bus = {};
         return;
     }
     GList *list = gst_device_monitor_get_devices(m_monitor.get());
@@ -44,33 +43,30 @@ void CaptureDeviceRegistry::startMonitor()
         addHardware(GST_DEVICE(l->data));
     g_list_free_full(list, gst_object_unref);
 
-    GPollFD pollFd;
-    gst_bus_get_pollfd(m_bus.get(), &pollFd);
-    m_busNotifier = new QSocketNotifier(pollFd.fd, QSocketNotifier::Read, this);
-    connect(m_busNotifier, &QSocketNotifier::activated, this, &CaptureDeviceRegistry::readMonitorBus);
+    m_busReader
+        = std::make_unique<GstBusReader>(Gst::BusRef(gst_device_monitor_get_bus(m_monitor.get()), Gst::Ref::Adopt),
+            [this](GstMessage *message) { handleMonitorMessage(message); });
 }
 
-void CaptureDeviceRegistry::readMonitorBus()
+void CaptureDeviceRegistry::handleMonitorMessage(GstMessage *message)
 {
-    while (Gst::MessagePtr message { gst_bus_pop(m_bus.get()) }) {
-        GstDevice *raw = nullptr;
-        switch (GST_MESSAGE_TYPE(message.get())) {
-        case GST_MESSAGE_DEVICE_ADDED: {
-            gst_message_parse_device_added(message.get(), &raw);
-            Gst::ObjectRef<GstDevice> device(raw, Gst::Ref::Adopt);
-            if (CaptureDevicePtr added = addHardware(device.get()))
-                emit deviceWasConnected(added);
-            break;
-        }
-        case GST_MESSAGE_DEVICE_REMOVED: {
-            gst_message_parse_device_removed(message.get(), &raw);
-            Gst::ObjectRef<GstDevice> device(raw, Gst::Ref::Adopt);
-            removeHardware(device.get());
-            break;
-        }
-        default:
-            break;
-        }
+    GstDevice *raw = nullptr;
+    switch (GST_MESSAGE_TYPE(message)) {
+    case GST_MESSAGE_DEVICE_ADDED: {
+        gst_message_parse_device_added(message, &raw);
+        Gst::ObjectRef<GstDevice> device(raw, Gst::Ref::Adopt);
+        if (CaptureDevicePtr added = addHardware(device.get()))
+            emit deviceWasConnected(added);
+        break;
+    }
+    case GST_MESSAGE_DEVICE_REMOVED: {
+        gst_message_parse_device_removed(message, &raw);
+        Gst::ObjectRef<GstDevice> device(raw, Gst::Ref::Adopt);
+        removeHardware(device.get());
+        break;
+    }
+    default:
+        break;
     }
 }
 

@@ -12,26 +12,18 @@ QString stringProperty(const GstStructure *props, const char *key)
     return value ? QString::fromUtf8(value) : QString();
 }
 
-// A source bin from a launch description with one ghost pad per media type.
-Gst::ElementRef binFromDescription(const QByteArray &description, Error *error)
+// A source bin from a launch description whose children `videoOut` and
+// `audioOut` (when given) become its video and audio pads.
+Gst::ElementRef sourceBin(const QByteArray &description, const char *videoOut, const char *audioOut, Error *error)
 {
-    GError *raw = nullptr;
-    Gst::ElementRef bin(gst_parse_bin_from_description(description.constData(), FALSE, &raw), Gst::Ref::Adopt);
-    Gst::ErrorPtr parseError(raw);
-    if (!bin || parseError) {
-        setError(error, QString::fromUtf8(g_quark_to_string(parseError ? parseError->domain : GST_CORE_ERROR)),
-            parseError ? parseError->code : GST_CORE_ERROR_FAILED,
-            parseError ? QString::fromUtf8(parseError->message) : QStringLiteral("Cannot build capture source"));
+    Gst::ElementRef bin = Gst::parseBin(description, false, error);
+    if (bin
+        && ((videoOut && !Gst::addGhostPad(bin.element(), videoOut, "src", CaptureDevice::kVideoPad))
+            || (audioOut && !Gst::addGhostPad(bin.element(), audioOut, "src", CaptureDevice::kAudioPad)))) {
+        *error = Gst::coreError(GST_CORE_ERROR_PAD, QStringLiteral("Cannot build capture source"));
         return {};
     }
     return bin;
-}
-
-void addGhost(GstElement *bin, const char *childName, const char *padName)
-{
-    Gst::ElementRef child(gst_bin_get_by_name(GST_BIN(bin), childName), Gst::Ref::Adopt);
-    Gst::PadRef target(gst_element_get_static_pad(child.element(), "src"), Gst::Ref::Adopt);
-    gst_element_add_pad(bin, gst_ghost_pad_new(padName, target.get()));
 }
 
 // Takes an element to READY on a private bus, so that the device's own
@@ -137,7 +129,7 @@ QString CaptureDevice::uniqueIDForGstDevice(GstDevice *device)
     return QStringLiteral("device:%1:%2").arg(QString::fromUtf8(classes.get()), QString::fromUtf8(name.get()));
 }
 
-Gst::ElementRef CaptureDevice::buildSource(Error *error) const
+Gst::ElementRef CaptureDevice::buildSource(Error *error)
 {
     // Test sources are live so that they pace themselves like hardware and
     // time-stamp with the pipeline clock.
@@ -149,22 +141,16 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
     Gst::ElementRef bin;
     switch (m_kind) {
     case Kind::TestCamera:
-        if ((bin = binFromDescription(testVideo, error)))
-            addGhost(bin.element(), "vout", kVideoPad);
+        bin = sourceBin(testVideo, "vout", nullptr, error);
         break;
     case Kind::TestMicrophone:
-        if ((bin = binFromDescription(testAudio, error)))
-            addGhost(bin.element(), "aout", kAudioPad);
+        bin = sourceBin(testAudio, nullptr, "aout", error);
         break;
     case Kind::TestMuxed:
-        if ((bin = binFromDescription(testVideo + ' ' + testAudio, error))) {
-            addGhost(bin.element(), "vout", kVideoPad);
-            addGhost(bin.element(), "aout", kAudioPad);
-        }
+        bin = sourceBin(testVideo + ' ' + testAudio, "vout", "aout", error);
         break;
     case Kind::TestBroken:
-        if ((bin = binFromDescription("v4l2src name=v device=/dev/lumex-missing-camera ! identity name=vout", error)))
-            addGhost(bin.element(), "vout", kVideoPad);
+        bin = sourceBin("v4l2src name=v device=/dev/lumex-missing-camera ! identity name=vout", "vout", nullptr, error);
         break;
     case Kind::Screen: {
         const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;
@@ -172,8 +158,7 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
         // the encoder's timing simple.
         const QByteArray description = "ximagesrc name=v use-damage=false show-pointer=true display-name=\""
             + display.toUtf8() + "\" ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
-        if ((bin = binFromDescription(description, error)))
-            addGhost(bin.element(), "vout", kVideoPad);
+        bin = sourceBin(description, "vout", nullptr, error);
         break;
     }
     case Kind::Hardware: {
@@ -186,26 +171,29 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error) const
         bin = Gst::ElementRef(gst_bin_new(nullptr), Gst::Ref::Adopt);
         // Cameras may give compressed frames (MJPEG); decodebin turns any of
         // them into raw video, and a plain converter follows for the rest.
-        Gst::ElementRef tail = m_isVideo ? Gst::make("decodebin") : Gst::make("audioconvert");
-        gst_bin_add_many(GST_BIN(bin.element()), element.element(), tail.element(), nullptr);
+        Gst::ElementRef tail = Gst::make(m_isVideo ? "decodebin" : "audioconvert", error);
+        Gst::ElementRef convert = m_isVideo ? Gst::make("videoconvert", error) : Gst::ElementRef();
+        if (!tail || (m_isVideo && !convert))
+            return {};
+        Gst::add(bin.element(), element);
+        Gst::add(bin.element(), tail);
+        if (!Gst::link(element.element(), tail.element(), error))
+            return {};
+        GstElement *last = tail.element();
         if (m_isVideo) {
-            Gst::ElementRef convert = Gst::make("videoconvert");
-            gst_bin_add(GST_BIN(bin.element()), convert.element());
-            gst_element_link(element.element(), tail.element());
-            GstElement *convertElement = convert.element();
-            g_signal_connect(tail.element(), "pad-added", G_CALLBACK(+[](GstElement *, GstPad *pad, gpointer data) {
-                Gst::PadRef sink(gst_element_get_static_pad(GST_ELEMENT(data), "sink"), Gst::Ref::Adopt);
-                if (!gst_pad_is_linked(sink.get()))
-                    gst_pad_link(pad, sink.get());
-            }),
-                convertElement);
-            Gst::PadRef target(gst_element_get_static_pad(convertElement, "src"), Gst::Ref::Adopt);
-            gst_element_add_pad(bin.element(), gst_ghost_pad_new(kVideoPad, target.get()));
-        } else {
-            gst_element_link(element.element(), tail.element());
-            Gst::PadRef target(gst_element_get_static_pad(tail.element(), "src"), Gst::Ref::Adopt);
-            gst_element_add_pad(bin.element(), gst_ghost_pad_new(kAudioPad, target.get()));
+            Gst::add(bin.element(), convert);
+            m_decoderPads = Gst::SignalConnection(tail.element(), "pad-added",
+                G_CALLBACK(+[](GstElement *, GstPad *pad, gpointer data) {
+                    Gst::PadRef sink(gst_element_get_static_pad(GST_ELEMENT(data), "sink"), Gst::Ref::Adopt);
+                    if (!gst_pad_is_linked(sink.get()) && gst_pad_link(pad, sink.get()) != GST_PAD_LINK_OK)
+                        GST_ELEMENT_ERROR(GST_ELEMENT(data), CORE, NEGOTIATION,
+                            ("The camera's frames cannot be converted."), (nullptr));
+                }),
+                convert.element());
+            last = convert.element();
         }
+        Gst::PadRef target(gst_element_get_static_pad(last, "src"), Gst::Ref::Adopt);
+        gst_element_add_pad(bin.element(), gst_ghost_pad_new(m_isVideo ? kVideoPad : kAudioPad, target.get()));
         break;
     }
     }
@@ -222,8 +210,10 @@ bool CaptureDevice::open(Error *error)
     Gst::ElementRef bin = buildSource(out);
     if (!bin)
         return false;
-    if (!bringToReady(bin.element(), out))
+    if (!bringToReady(bin.element(), out)) {
+        m_decoderPads.disconnect();
         return false;
+    }
     m_source = std::move(bin);
     return true;
 }
@@ -233,11 +223,9 @@ void CaptureDevice::close()
     if (!m_source)
         return;
     gst_element_set_state(m_source.element(), GST_STATE_NULL);
+    m_decoderPads.disconnect();
     // A session that still holds the bin in its pipeline drops it there.
-    if (GstObject *parent = gst_object_get_parent(GST_OBJECT(m_source.get()))) {
-        gst_bin_remove(GST_BIN(parent), m_source.element());
-        gst_object_unref(parent);
-    }
+    Gst::removeFromParent(m_source.element());
     m_source = {};
 }
 

@@ -1,6 +1,6 @@
 #include "CaptureSession.h"
 
-#include <QSocketNotifier>
+#include "GstBusReader.h"
 
 #include <cmath>
 
@@ -35,14 +35,16 @@ CaptureSession::~CaptureSession()
 bool CaptureSession::addInput(const CaptureInputPtr &input, Error *error)
 {
     if (!input || !input->device()->isOpen()) {
-        setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_NOT_FOUND,
-            QStringLiteral("The capture device is not open."));
+        if (error)
+            *error
+                = Gst::resourceError(GST_RESOURCE_ERROR_NOT_FOUND, QStringLiteral("The capture device is not open."));
         return false;
     }
     for (const CaptureInputPtr &present : std::as_const(m_inputs)) {
         if (present == input || present->device() == input->device()) {
-            setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_BUSY,
-                QStringLiteral("The capture device is already an input of this session."));
+            if (error)
+                *error = Gst::resourceError(
+                    GST_RESOURCE_ERROR_BUSY, QStringLiteral("The capture device is already an input of this session."));
             return false;
         }
     }
@@ -68,8 +70,9 @@ void CaptureSession::removeInput(const CaptureInputPtr &input)
 bool CaptureSession::addOutput(const CaptureOutputPtr &output, Error *error)
 {
     if (!output || output->m_session) {
-        setError(error, QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), GST_CORE_ERROR_FAILED,
-            QStringLiteral("The capture output belongs to a session already."));
+        if (error)
+            *error = Gst::coreError(
+                GST_CORE_ERROR_FAILED, QStringLiteral("The capture output belongs to a session already."));
         return false;
     }
     output->m_session = this;
@@ -130,13 +133,23 @@ GstClockTime CaptureSession::runningTime() const
 
 namespace {
 
-GstElement *addElement(GstElement *pipeline, const char *factory)
+// A new element in the pipeline, or null with `error` set.
+GstElement *addElement(GstElement *pipeline, const char *factory, Error *error)
 {
-    Gst::ElementRef element = Gst::make(factory);
+    Gst::ElementRef element = Gst::make(factory, error);
     if (!element)
         return nullptr;
-    gst_bin_add(GST_BIN(pipeline), element.element());
+    Gst::add(pipeline, element);
     return element.element();
+}
+
+// A sink that takes whatever comes, as fast as it comes.
+GstElement *addDrain(GstElement *pipeline, Error *error)
+{
+    GstElement *sink = addElement(pipeline, "fakesink", error);
+    if (sink)
+        g_object_set(sink, "sync", FALSE, "async", FALSE, nullptr);
+    return sink;
 }
 
 } // namespace
@@ -148,49 +161,61 @@ bool CaptureSession::buildPipeline(Error *error)
     for (const CaptureInputPtr &input : std::as_const(m_inputs)) {
         GstElement *source = input->device()->source();
         if (!source) {
-            setError(error, QString::fromUtf8(g_quark_to_string(GST_RESOURCE_ERROR)), GST_RESOURCE_ERROR_NOT_FOUND,
+            *error = Gst::resourceError(GST_RESOURCE_ERROR_NOT_FOUND,
                 QStringLiteral("The capture device %1 is not open.").arg(input->device()->localizedDisplayName()));
             return false;
         }
         gst_bin_add(GST_BIN(m_pipeline.element()), source);
         for (const CaptureConnectionPtr &connection : input->connections()) {
             Gst::PadRef pad(gst_element_get_static_pad(source, connection->padName()), Gst::Ref::Adopt);
-            if (!active.contains(connection)) {
-                // A stream nobody wants still has to flow somewhere.
-                GstElement *sink = addElement(m_pipeline.element(), "fakesink");
-                g_object_set(sink, "sync", FALSE, "async", FALSE, nullptr);
-                Gst::PadRef sinkPad(gst_element_get_static_pad(sink, "sink"), Gst::Ref::Adopt);
-                gst_pad_link(pad.get(), sinkPad.get());
+            if (active.contains(connection)) {
+                if (!addStream(pad.get(), connection, error))
+                    return false;
                 continue;
             }
-            Stream stream { connection };
-            GstElement *head = nullptr;
-            if (connection->mediaType() == MediaType::Sound) {
-                head = addElement(m_pipeline.element(), "audioconvert");
-                stream.level = addElement(m_pipeline.element(), "level");
-                g_object_set(stream.level, "interval", guint64(100 * GST_MSECOND), "post-messages", TRUE, nullptr);
-                gst_element_link(head, stream.level);
-            } else {
-                head = addElement(m_pipeline.element(), "identity");
-            }
-            stream.tee = addElement(m_pipeline.element(), "tee");
-            g_object_set(stream.tee, "allow-not-linked", TRUE, nullptr);
-            gst_element_link(stream.level ? stream.level : head, stream.tee);
-            // A branch that always drains keeps the live sources running
-            // while no output is attached.
-            GstElement *queue = addElement(m_pipeline.element(), "queue");
-            g_object_set(queue, "leaky", 2, "max-size-buffers", 2u, nullptr);
-            GstElement *sink = addElement(m_pipeline.element(), "fakesink");
-            g_object_set(sink, "sync", FALSE, "async", FALSE, nullptr);
-            gst_element_link_many(stream.tee, queue, sink, nullptr);
-            Gst::PadRef headSink(gst_element_get_static_pad(head, "sink"), Gst::Ref::Adopt);
-            if (gst_pad_link(pad.get(), headSink.get()) != GST_PAD_LINK_OK) {
-                *error = Gst::coreError(GST_CORE_ERROR_NEGOTIATION, QStringLiteral("Cannot link the capture device"));
+            // A stream nobody wants still has to flow somewhere.
+            GstElement *sink = addDrain(m_pipeline.element(), error);
+            if (!sink)
                 return false;
-            }
-            m_streams.append(stream);
+            Gst::PadRef sinkPad(gst_element_get_static_pad(sink, "sink"), Gst::Ref::Adopt);
+            if (!Gst::link(pad.get(), sinkPad.get(), error))
+                return false;
         }
     }
+    return true;
+}
+
+bool CaptureSession::addStream(GstPad *sourcePad, const CaptureConnectionPtr &connection, Error *error)
+{
+    GstElement *pipeline = m_pipeline.element();
+    Stream stream { connection };
+    const bool sound = connection->mediaType() == MediaType::Sound;
+    GstElement *head = addElement(pipeline, sound ? "audioconvert" : "identity", error);
+    if (!head)
+        return false;
+    GstElement *tail = head;
+    if (sound) {
+        if (!(stream.level = addElement(pipeline, "level", error)) || !Gst::link(head, stream.level, error))
+            return false;
+        g_object_set(stream.level, "interval", guint64(100 * GST_MSECOND), "post-messages", TRUE, nullptr);
+        tail = stream.level;
+    }
+    if (!(stream.tee = addElement(pipeline, "tee", error)) || !Gst::link(tail, stream.tee, error))
+        return false;
+    g_object_set(stream.tee, "allow-not-linked", TRUE, nullptr);
+    // A branch that always drains keeps the live sources running while no
+    // output is attached.
+    GstElement *queue = addElement(pipeline, "queue", error);
+    GstElement *sink = queue ? addDrain(pipeline, error) : nullptr;
+    if (!sink || !Gst::link(stream.tee, queue, error) || !Gst::link(queue, sink, error))
+        return false;
+    g_object_set(queue, "leaky", 2, "max-size-buffers", 2u, nullptr);
+    Gst::PadRef headSink(gst_element_get_static_pad(head, "sink"), Gst::Ref::Adopt);
+    if (!Gst::link(sourcePad, headSink.get(), nullptr)) {
+        *error = Gst::coreError(GST_CORE_ERROR_NEGOTIATION, QStringLiteral("Cannot link the capture device"));
+        return false;
+    }
+    m_streams.append(stream);
     return true;
 }
 
@@ -203,13 +228,11 @@ void CaptureSession::startRunning()
         fail(error);
         return;
     }
-    m_bus = Gst::BusRef(gst_element_get_bus(m_pipeline.element()), Gst::Ref::Adopt);
-    GPollFD pollFd;
-    gst_bus_get_pollfd(m_bus.get(), &pollFd);
-    m_busNotifier = new QSocketNotifier(pollFd.fd, QSocketNotifier::Read, this);
-    connect(m_busNotifier, &QSocketNotifier::activated, this, &CaptureSession::readBus);
+    m_busReader
+        = std::make_unique<GstBusReader>(Gst::BusRef(gst_element_get_bus(m_pipeline.element()), Gst::Ref::Adopt),
+            [this](GstMessage *message) { handleMessage(message); });
     if (gst_element_set_state(m_pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE) {
-        readBus(); // reports the element's error and stops
+        m_busReader->readPending(); // reports the element's error and stops
         if (isRunning())
             fail(Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("The capture session could not start.")));
         return;
@@ -228,20 +251,15 @@ void CaptureSession::stopRunning()
     // The device keeps its source bin for the next session.
     for (const CaptureInputPtr &input : std::as_const(m_inputs)) {
         if (GstElement *source = input->device()->source()) {
-            GstObject *parent = gst_object_get_parent(GST_OBJECT(source));
-            if (parent == GST_OBJECT(m_pipeline.get()))
+            if (GST_OBJECT_PARENT(source) == GST_OBJECT(m_pipeline.get()))
                 gst_bin_remove(GST_BIN(m_pipeline.element()), source);
-            if (parent)
-                gst_object_unref(parent);
             gst_element_set_state(source, GST_STATE_READY);
         }
         for (const CaptureConnectionPtr &connection : input->connections())
             connection->setAveragePowerLevel(-700.0f);
     }
-    delete m_busNotifier;
-    m_busNotifier = nullptr;
+    m_busReader.reset();
     m_streams.clear();
-    m_bus = {};
     m_pipeline = {};
 }
 
@@ -252,17 +270,6 @@ void CaptureSession::fail(const Error &error)
         output->sessionDidFail(error);
     stopRunning();
     emit runtimeError(error);
-}
-
-void CaptureSession::readBus()
-{
-    // Messages are taken one by one: handling one may stop the session.
-    while (m_bus) {
-        Gst::MessagePtr message(gst_bus_pop(m_bus.get()));
-        if (!message)
-            break;
-        handleMessage(message.get());
-    }
 }
 
 void CaptureSession::handleMessage(GstMessage *message)

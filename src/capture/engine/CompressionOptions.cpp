@@ -97,8 +97,9 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
         else if (encoder == QLatin1String("jpegenc"))
             description += "jpegenc name=last";
         else {
-            setError(error, QString::fromUtf8(g_quark_to_string(GST_CORE_ERROR)), GST_CORE_ERROR_MISSING_PLUGIN,
-                QStringLiteral("No video encoder is installed."));
+            if (error)
+                *error
+                    = Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("No video encoder is installed."));
             return {};
         }
     } else {
@@ -111,19 +112,13 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
                 description += " bitrate=" + QByteArray::number(m_bitrate);
         }
     }
-    GError *raw = nullptr;
-    Gst::ElementRef bin(gst_parse_bin_from_description(description.constData(), FALSE, &raw), Gst::Ref::Adopt);
-    Gst::ErrorPtr parseError(raw);
-    if (parseError || !bin) {
+    Gst::ElementRef bin = Gst::parseBin(description, false, error);
+    if (bin
+        && (!Gst::addGhostPad(bin.element(), "first", "sink", "sink")
+            || !Gst::addGhostPad(bin.element(), "last", "src", "src"))) {
         if (error)
-            *error = Gst::toError(parseError.get());
+            *error = Gst::coreError(GST_CORE_ERROR_PAD, QStringLiteral("The encoder has no way in or out."));
         return {};
     }
-    Gst::ElementRef first(gst_bin_get_by_name(GST_BIN(bin.element()), "first"), Gst::Ref::Adopt);
-    Gst::ElementRef last(gst_bin_get_by_name(GST_BIN(bin.element()), "last"), Gst::Ref::Adopt);
-    Gst::PadRef sink(gst_element_get_static_pad(first.element(), "sink"), Gst::Ref::Adopt);
-    Gst::PadRef src(gst_element_get_static_pad(last.element(), "src"), Gst::Ref::Adopt);
-    gst_element_add_pad(bin.element(), gst_ghost_pad_new("sink", sink.get()));
-    gst_element_add_pad(bin.element(), gst_ghost_pad_new("src", src.get()));
     return bin;
 }
