@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Log.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QString>
@@ -54,3 +56,14 @@ inline QByteArray runPython(const QString &script, const QByteArray &input = {},
         qWarning("python3: %s", err.constData());
     return python.readAllStandardOutput();
 }
+
+// True when a captured line starts with `prefix` (for lines that end in a
+// system's own reason text).
+inline bool logHasPrefix(const Log::Capture &log, const QString &prefix)
+{
+    const QStringList lines = log.lines();
+    return std::any_of(lines.cbegin(), lines.cend(), [&](const QString &line) { return line.startsWith(prefix); });
+}
+
+// What a failed log assertion prints.
+#define LOG_LINES(log) qPrintable((log).lines().join(QLatin1Char('|')))
