@@ -15,6 +15,13 @@
 
 namespace {
 
+struct Start
+{
+    QString mode, storedPreset, audioDevice, capture, audioValue;
+    QString videoValue = QStringLiteral("Automatic");
+    QString filePrefix = QStringLiteral("LocalAudio-");
+};
+
 using Operation = int32_t (OrvaneServerInterface::*)(PodcastJob *, Error *);
 
 Operation operationNamed(const QString &name)
@@ -31,6 +38,8 @@ const QString kNoPaths
     = QStringLiteral("Unexpected internal error. Unable to obtain local submission filename path(s) from job data.");
 
 } // namespace
+
+Q_DECLARE_METATYPE(Start)
 
 class TestLocalJobs : public QObject
 {
@@ -73,54 +82,19 @@ private slots:
 
     void startConfiguresAgentAndRecords_data()
     {
-        QTest::addColumn<QString>("mode");
-        QTest::addColumn<QString>("storedPreset"); // null: none stored
-        QTest::addColumn<QString>("audioDevice");
-        QTest::addColumn<QString>("capture");
-        QTest::addColumn<QString>("audioValue");
-        QTest::addColumn<QString>("videoValue");
-        QTest::addColumn<QString>("filePrefix");
-
-        QTest::newRow("audio, no preset") << "audio" << QString() << "USB Mic 2"
-                                          << "Audio:Better"
-                                          << "USB Mic 2"
-                                          << "Automatic"
-                                          << "LocalAudio-";
-        QTest::newRow("audio, audio preset") << "audio"
-                                             << "Audio:Best"
-                                             << "Mic"
-                                             << "Audio:Best"
-                                             << "Mic"
-                                             << "Automatic"
-                                             << "LocalAudio-";
-        QTest::newRow("video, audio preset stays Better") << "video"
-                                                          << "Audio:Best"
-                                                          << "Mic"
-                                                          << "Video:Better"
-                                                          << "Mic"
-                                                          << "Front Cam"
-                                                          << "LocalVideo-";
-        QTest::newRow("screen, part after the last colon") << "screen"
-                                                           << "Screen:Old:High"
-                                                           << "Mic"
-                                                           << "Screen:High"
-                                                           << "Mic"
-                                                           << "Automatic"
-                                                           << "ScreenCapture-";
-        QTest::newRow("no audio device reads (null)") << "audio" << QString() << QString() << "Audio:Better"
-                                                      << "(null)"
-                                                      << "Automatic"
-                                                      << "LocalAudio-";
+        QTest::addColumn<Start>("c");
+        QTest::newRow("audio, no preset") << Start { "audio", {}, "USB Mic 2", "Audio:Better", "USB Mic 2" };
+        QTest::newRow("audio, audio preset") << Start { "audio", "Audio:Best", "Mic", "Audio:Best", "Mic" };
+        QTest::newRow("video, audio preset stays Better")
+            << Start { "video", "Audio:Best", "Mic", "Video:Better", "Mic", "Front Cam", "LocalVideo-" };
+        QTest::newRow("screen, part after the last colon")
+            << Start { "screen", "Screen:Old:High", "Mic", "Screen:High", "Mic", "Automatic", "ScreenCapture-" };
+        QTest::newRow("no audio device reads (null)") << Start { "audio", {}, {}, "Audio:Better", "(null)" };
     }
     void startConfiguresAgentAndRecords()
     {
-        QFETCH(QString, mode);
-        QFETCH(QString, storedPreset);
-        QFETCH(QString, audioDevice);
-        QFETCH(QString, capture);
-        QFETCH(QString, audioValue);
-        QFETCH(QString, videoValue);
-        QFETCH(QString, filePrefix);
+        QFETCH(Start, c);
+        const auto &[mode, storedPreset, audioDevice, capture, audioValue, videoValue, filePrefix] = c;
         if (!storedPreset.isNull())
             QVERIFY(
                 SimSandbox::writePlist(m_sim.userConfig(), QVariantMap { { "RecordingCapturePreset", storedPreset } }));
