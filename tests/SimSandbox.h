@@ -278,17 +278,8 @@ public:
         return PropertyList::writeFile(path, contents, true);
     }
 
-    static QByteArray readFile(const QString &path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-    static bool writeFile(const QString &path, const QByteArray &contents)
-    {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile f(path);
-        return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(contents) == contents.size();
-    }
+    static QByteArray readFile(const QString &path) { return readBytes(path); }
+    static bool writeFile(const QString &path, const QByteArray &contents) { return writeBytes(path, contents); }
 
     // Every regular file under the sandbox whose contents hold `needle`.
     QStringList filesContaining(const QByteArray &needle) const

@@ -3,6 +3,8 @@
 #include "Log.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
@@ -39,6 +41,20 @@ public:
 private:
     QTemporaryDir m_dir;
 };
+
+// A whole file's bytes; empty when it cannot be read.
+inline QByteArray readBytes(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+// Writes a whole file, making its folder first.
+inline bool writeBytes(const QString &path, const QByteArray &contents)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(contents) == contents.size();
+}
 
 // Runs python3 with a script and standard input; returns its standard output.
 inline QByteArray runPython(const QString &script, const QByteArray &input = {}, int *exitCode = nullptr)
