@@ -9,6 +9,18 @@
 
 using Args = std::optional<QStringList>;
 
+// A failed list query: which list, the fault the tool is given, the error
+// (code 0: none) and the log line (the start of one when there is no error).
+struct Failure
+{
+    bool cameras;
+    QVariantMap fault;
+    int code;
+    QString text, log;
+    QString password = SimSandbox::kPassword;
+};
+Q_DECLARE_METATYPE(Failure)
+
 class TestServerQueries : public QObject
 {
     Q_OBJECT
@@ -149,59 +161,59 @@ private slots:
 
     void queryFailures_data()
     {
-        QTest::addColumn<bool>("cameras");
-        QTest::addColumn<QVariantMap>("fault");
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<int>("code"); // 0: no error, the list is nil
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("log"); // the whole line, or the start of one when there is no error
-
+        QTest::addColumn<Failure>("c");
         const QVariantMap failed { { "stdout", "partial\n" }, { "status", 7 } };
         QVariantMap withText = failed;
         withText.insert("stderr", "trouble ahead\n");
         const QString out = SimSandbox::progressLine() + "partial\n\n";
         const QString denied = QStringLiteral("Authentication failed for user demo.\n");
+        const QString login = SimSandbox::progressLine() + "\n" + denied;
         const QString domain = QStringLiteral("OrvaneServerInterface error: Error Domain="
                                               "PodcastServerInteraceErrorDomain Code=%1 \"%2\"");
         const QString unparsed = QStringLiteral("OrvaneServerInterface error. Could not parse %1 plist data. Reason: ");
+        const QString camera = QStringLiteral("OrvaneServerInterface error: ");
         const QVariantMap noPlist { { "no_plist", true } };
-        QTest::newRow("workflows") << false << withText << "lumex" << 7 << out + "trouble ahead\n"
-                                   << domain.arg(7).arg(out + "trouble ahead\n");
-        QTest::newRow("workflows, no error text") << false << failed << "lumex" << 7 << out << domain.arg(7).arg(out);
+        QTest::newRow("workflows") << Failure { false, withText, 7, out + "trouble ahead\n",
+            domain.arg(7).arg(out + "trouble ahead\n") };
+        QTest::newRow("workflows, no error text") << Failure { false, failed, 7, out, domain.arg(7).arg(out) };
         QTest::newRow("workflows, wrong password")
-            << false << QVariantMap() << "wrong" << 26 << SimSandbox::progressLine() + "\n" + denied
-            << domain.arg(26).arg(SimSandbox::progressLine() + "\n" + denied);
-        QTest::newRow("workflows, no plist")
-            << false << noPlist << "lumex" << 0 << QString() << unparsed.arg("workflows");
-        QTest::newRow("cameras") << true << withText << "lumex" << 7 << "trouble ahead\n"
-                                 << "OrvaneServerInterface error: trouble ahead\n";
-        QTest::newRow("cameras, no error text") << true << failed << "lumex" << 7 << ""
-                                                << "OrvaneServerInterface error: ";
-        QTest::newRow("cameras, wrong password")
-            << true << QVariantMap() << "wrong" << 26 << denied << "OrvaneServerInterface error: " + denied;
-        QTest::newRow("cameras, no plist") << true << noPlist << "lumex" << 0 << QString() << unparsed.arg("camera");
+            << Failure { false, {}, 26, login, domain.arg(26).arg(login), "wrong" };
+        QTest::newRow("workflows, no plist") << Failure { false, noPlist, 0, {}, unparsed.arg("workflows") };
+        QTest::newRow("cameras") << Failure { true, withText, 7, "trouble ahead\n", camera + "trouble ahead\n" };
+        QTest::newRow("cameras, no error text") << Failure { true, failed, 7, "", camera };
+        QTest::newRow("cameras, wrong password") << Failure { true, {}, 26, denied, camera + denied, "wrong" };
+        QTest::newRow("cameras, no plist") << Failure { true, noPlist, 0, {}, unparsed.arg("camera") };
     }
     void queryFailures()
     {
-        QFETCH(bool, cameras);
-        QFETCH(QVariantMap, fault);
-        QFETCH(QString, password);
-        QFETCH(int, code);
-        QFETCH(QString, text);
-        QFETCH(QString, log);
-        if (!fault.isEmpty())
-            m_sim.setFault(cameras ? "--listcameras" : "--listworkflows", fault);
-        auto interface = SimSandbox::makeInterface(password);
-        Log::Capture capture;
+        QFETCH(Failure, c);
+        if (!c.fault.isEmpty())
+            m_sim.setFault(c.cameras ? "--listcameras" : "--listworkflows", c.fault);
+        auto interface = SimSandbox::makeInterface(c.password);
+        const std::optional<Error> expected
+            = c.code ? std::optional(Error { kServerInterfaceErrorDomain, c.code, c.text }) : std::nullopt;
+        Log::Capture log;
         Error error;
-        QVERIFY(!(cameras ? interface->getCamerasError(&error) : interface->getWorkflowsError(&error)));
-        if (code) {
-            QCOMPARE(error, (Error { kServerInterfaceErrorDomain, code, text }));
-            QVERIFY(!error.localizedDescription.isNull());
-        } else {
-            QVERIFY(error.domain.isEmpty());
-        }
-        QVERIFY2(code ? capture.contains(log) : logHasPrefix(capture, log), LOG_LINES(capture));
+        QVERIFY(!(c.cameras ? interface->getCamerasError(&error) : interface->getWorkflowsError(&error)));
+        QCOMPARE(error, expected.value_or(Error {}));
+        QVERIFY(!c.code || !error.localizedDescription.isNull());
+        QVERIFY2(c.code ? log.contains(c.log) : logHasPrefix(log, c.log), LOG_LINES(log));
+
+        // The asynchronous form hands over the same: no list, the error if any.
+        QObject delegate;
+        std::optional<std::optional<Error>> reported;
+        std::optional<QVariantList> list = QVariantList {};
+        const auto keep = [&](const std::optional<QVariantList> &l, const std::optional<Error> &e) {
+            list = l;
+            reported = e;
+        };
+        if (c.cameras)
+            interface->getCamerasForDelegate(&delegate, keep);
+        else
+            interface->getWorkflowsForDelegate(&delegate, keep);
+        QTRY_VERIFY(reported);
+        QVERIFY(!list);
+        QCOMPARE(*reported, expected);
     }
 
     void uploadQueueCommandLinesCarryNoCredentials()
@@ -255,46 +267,20 @@ private slots:
     void asyncQueriesReportOnTheMainThread()
     {
         QObject delegate;
-        int calls = 0;
-        bool onMainThread = true;
-        std::optional<QVariantList> workflows, cameras, failedList = QVariantList {};
-        std::optional<Error> workflowError, cameraError, failure;
-        const auto keep = [&](std::optional<QVariantList> &list, std::optional<Error> &error) {
-            return [&, list = &list, error = &error](const auto &l, const auto &e) {
-                ++calls;
-                onMainThread = onMainThread && QThread::currentThread() == qApp->thread();
-                *list = l;
-                *error = e;
-            };
+        QList<QVariantList> lists;
+        bool fine = true;
+        const auto keep = [&](const std::optional<QVariantList> &list, const std::optional<Error> &error) {
+            fine = fine && QThread::currentThread() == qApp->thread() && !error;
+            lists << list.value_or(QVariantList {});
         };
         // The worker keeps the interface alive after the caller lets it go.
-        SimSandbox::makeInterface()->getWorkflowsForDelegate(&delegate, keep(workflows, workflowError));
-        SimSandbox::makeInterface()->getCamerasForDelegate(&delegate, keep(cameras, cameraError));
-        SimSandbox::makeInterface(QStringLiteral("wrong"))->getCamerasForDelegate(&delegate, keep(failedList, failure));
-        QTRY_COMPARE(calls, 3);
-        QVERIFY(onMainThread);
-        QVERIFY(!workflowError && !cameraError);
-        QCOMPARE(workflows->size(), 5);
-        QCOMPARE(cameras->first().toMap().value("name").toString(), QStringLiteral("Lecture Hall A"));
-        // A failure arrives as (nil, error).
-        QVERIFY(!failedList);
-        QCOMPARE(failure->code, 26);
-    }
-
-    void asyncParseFailureReportsNeitherListNorError()
-    {
-        m_sim.setFault(QStringLiteral("--listworkflows"), { { "no_plist", true } });
-        QObject delegate;
-        bool called = false;
-        std::optional<QVariantList> list = QVariantList {};
-        std::optional<Error> error = Error {};
-        SimSandbox::makeInterface()->getWorkflowsForDelegate(&delegate, [&](const auto &l, const auto &e) {
-            called = true;
-            list = l;
-            error = e;
-        });
-        QTRY_VERIFY(called);
-        QVERIFY(!list && !error);
+        SimSandbox::makeInterface()->getWorkflowsForDelegate(&delegate, keep);
+        QTRY_COMPARE(lists.size(), 1);
+        SimSandbox::makeInterface()->getCamerasForDelegate(&delegate, keep);
+        QTRY_COMPARE(lists.size(), 2);
+        QVERIFY(fine); // on the main thread, without an error
+        QCOMPARE(lists[0].size(), 5);
+        QCOMPARE(lists[1].first().toMap().value("name").toString(), QStringLiteral("Lecture Hall A"));
     }
 
     void asyncDelegateGoneGetsNothing()
