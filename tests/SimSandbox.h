@@ -5,15 +5,7 @@
 #include "OrvaneServerInterface.h"
 #include "PropertyList.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <QProcess>
-#include <QString>
-#include <QStringList>
-#include <QtTest>
 
 #include <unistd.h>
 
@@ -139,7 +131,6 @@ public:
     // then prints the replies set with setReply() and exits with the status.
     void installRecordingTool(const QString &name = QStringLiteral("orvxexec")) const
     {
-        removeTool(name);
         const QString d = recordDir();
         const QString script = QStringLiteral("#!/bin/sh\n"
                                               "d='%1'\n"
@@ -152,6 +143,12 @@ public:
                                               "[ -f \"$d/reply-err\" ] && cat \"$d/reply-err\" >&2\n"
                                               "exit $(cat \"$d/reply-status\" 2>/dev/null || echo 0)\n")
                                    .arg(d);
+        installScript(name, script);
+    }
+    // Puts an executable script where a tool belongs.
+    void installScript(const QString &name, const QString &script) const
+    {
+        removeTool(name);
         writeFile(tool(name), script.toUtf8());
         QFile::setPermissions(tool(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
@@ -162,22 +159,18 @@ public:
     // line per signal. Tests of the client's side need no devices this way.
     void installStandInAgent() const
     {
-        removeTool(QStringLiteral("orvxagentd"));
-        const QString script
-            = QStringLiteral("#!/bin/sh\n"
-                             "[ \"$1\" = -f ] || exit 2\n"
-                             "f=\"$2\"\n"
-                             "capture=$(python3 -c 'import plistlib,sys; "
-                             "print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
-                             "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
-                             "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
-                             "trap 'echo paused >> \"$f\"' USR1\n"
-                             "trap 'echo resumed >> \"$f\"' USR2\n"
-                             "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
-                             "while :; do sleep 0.05; done\n");
-        writeFile(tool(QStringLiteral("orvxagentd")), script.toUtf8());
-        QFile::setPermissions(
-            tool(QStringLiteral("orvxagentd")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        installScript(QStringLiteral("orvxagentd"),
+            QStringLiteral("#!/bin/sh\n"
+                           "[ \"$1\" = -f ] || exit 2\n"
+                           "f=\"$2\"\n"
+                           "capture=$(python3 -c 'import plistlib,sys; "
+                           "print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
+                           "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
+                           "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
+                           "trap 'echo paused >> \"$f\"' USR1\n"
+                           "trap 'echo resumed >> \"$f\"' USR2\n"
+                           "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
+                           "while :; do sleep 0.05; done\n"));
     }
 
     void setReply(const QByteArray &out, const QByteArray &err, int status) const
@@ -231,12 +224,11 @@ public:
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.remove(QStringLiteral("PKEXEC_UID"));
+        env.remove(QStringLiteral("ORVANE_PRIVILEGED_RUN"));
         env.insert(QStringLiteral("HOME"), home());
         env.insert(QStringLiteral("LUMEX_SYSROOT"), sysroot());
         if (privileged)
             env.insert(QStringLiteral("ORVANE_PRIVILEGED_RUN"), QStringLiteral("1"));
-        else
-            env.remove(QStringLiteral("ORVANE_PRIVILEGED_RUN"));
         return env;
     }
     // Runs a program (a tool's name: the installed tool) to its end; a null
@@ -267,8 +259,8 @@ public:
     ToolRun server(
         const QStringList &command, const QByteArray &password = "lumex\n", const QString &user = kUser) const
     {
-        return run(QStringLiteral("orvxexec"),
-            QStringList { QStringLiteral("--server"), kServerURL, QStringLiteral("--user"), user } + command, password);
+        return run(
+            QStringLiteral("orvxexec"), QStringList { "--server", kServerURL, "--user", user } + command, password);
     }
 
     static QVariantMap readPlist(const QString &path) { return PropertyList::readFile(path).toMap(); }
