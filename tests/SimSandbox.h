@@ -156,20 +156,21 @@ public:
     // Replaces the recording agent with a script that behaves like it towards
     // the client (-f MOVIE; SIGUSR1, SIGUSR2, SIGTERM) but records text: the
     // "Capture" value it finds in the user's agent configuration, then a
-    // line per signal. Tests of the client's side need no devices this way.
+    // line per signal; the first line appears once it answers signals. Tests
+    // of the client's side need no devices this way.
     void installStandInAgent() const
     {
         installScript(QStringLiteral("orvxagentd"),
             QStringLiteral("#!/bin/sh\n"
                            "[ \"$1\" = -f ] || exit 2\n"
                            "f=\"$2\"\n"
+                           "trap 'echo paused >> \"$f\"' USR1\n"
+                           "trap 'echo resumed >> \"$f\"' USR2\n"
+                           "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
                            "capture=$(python3 -c 'import plistlib,sys; "
                            "print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
                            "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
                            "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
-                           "trap 'echo paused >> \"$f\"' USR1\n"
-                           "trap 'echo resumed >> \"$f\"' USR2\n"
-                           "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
                            "while :; do sleep 0.05; done\n"));
     }
 

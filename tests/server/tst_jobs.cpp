@@ -614,6 +614,7 @@ private slots:
         m_interface->startLocalVideoJobWithDelegate(&delegate, callback);
         QTRY_COMPARE(calls, 1);
         QVERIFY(!last && m_job->localAgentTask());
+        QTRY_VERIFY(SimSandbox::readFile(m_job->movieFilePaths()->first()).startsWith("orvxagentd placeholder"));
         m_interface->pauseLocalJobWithDelegate(&delegate, callback);
         QTRY_COMPARE(calls, 2);
         QVERIFY(!last);
