@@ -9,6 +9,21 @@
 
 using Args = std::optional<QStringList>;
 
+// One launch of the tool: the command, its further arguments, the password
+// and what the tool's standard input should then be, the tool's status and
+// error text, and whether that failure is logged.
+struct Launch
+{
+    QString command;
+    Args args;
+    QVariant password = SimSandbox::kPassword;
+    QString stdinKind = QStringLiteral("pipe:");
+    int status = 0;
+    QByteArray err = {};
+    bool logged = false;
+};
+Q_DECLARE_METATYPE(Launch)
+
 // A failed list query: which list, the fault the tool is given, the error
 // (code 0: none) and the log line (the start of one when there is no error).
 struct Failure
@@ -31,74 +46,44 @@ class TestServerQueries : public QObject
 private slots:
     void init() { QVERIFY(m_sim.reset()); }
 
-    void commandLines_data()
+    void launchCommand_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<Args>("args");
-        QTest::newRow("null arguments") << "--listworkflows" << Args();
-        QTest::newRow("empty arguments") << "--listworkflows" << Args(QStringList {});
-        QTest::newRow("camera with a space") << "--pause" << Args(QStringList { "Studio 2" });
-        QTest::newRow("order kept") << "--status" << Args(QStringList { "Seminar Room", "--update_preview" });
+        QTest::addColumn<Launch>("c");
+        const QString studio = QStringLiteral("Studio 2");
+        QTest::newRow("null arguments") << Launch { "--listworkflows", {} };
+        QTest::newRow("empty arguments") << Launch { "--listworkflows", QStringList {} };
+        QTest::newRow("camera with a space") << Launch { "--pause", QStringList { studio } };
+        QTest::newRow("order kept") << Launch { "--status", QStringList { "Seminar Room", "--update_preview" } };
+        QTest::newRow("password") << Launch { "--listcameras", {}, QStringLiteral("p\u00e4ss word") };
+        QTest::newRow("empty password is an empty pipe") << Launch { "--listcameras", {}, QStringLiteral("") };
+        QTest::newRow("no password is /dev/null") << Launch { "--listcameras", {}, QVariant(), "/dev/null" };
+        QTest::newRow("failure with error text is logged")
+            << Launch { "--cancel", QStringList { studio }, "lumex", "pipe:", 3, "it broke\n", true };
+        QTest::newRow("failure without error text")
+            << Launch { "--cancel", QStringList { studio }, "lumex", "pipe:", 3 };
+        QTest::newRow("success with error text") << Launch { "--cancel", {}, "lumex", "pipe:", 0, "just a warning\n" };
     }
-    void commandLines()
+    void launchCommand()
     {
-        QFETCH(QString, command);
-        QFETCH(Args, args);
+        QFETCH(Launch, c);
         m_sim.installRecordingTool();
-        m_sim.setReply("said \xc3\xbc\n", "", 0);
-        QString output, error;
-        QCOMPARE(SimSandbox::makeInterface()->launchCommand(command, args, &output, &error), 0);
-        QCOMPARE(m_sim.recordedArguments(),
-            SimSandbox::serverArguments() + QStringList(command) + args.value_or(QStringList()));
-        QCOMPARE(output, QStringLiteral("said \u00fc\n"));
-        QCOMPARE(error, QStringLiteral(""));
-    }
-
-    void passwordOnlyOnStandardInput_data()
-    {
-        QTest::addColumn<QVariant>("password");
-        QTest::addColumn<QString>("stdinKind");
-        QTest::newRow("password") << QVariant(QStringLiteral("p\u00e4ss word")) << "pipe:";
-        QTest::newRow("empty password is an empty pipe") << QVariant(QStringLiteral("")) << "pipe:";
-        QTest::newRow("no password is /dev/null") << QVariant() << "/dev/null";
-    }
-    void passwordOnlyOnStandardInput()
-    {
-        QFETCH(QVariant, password);
-        QFETCH(QString, stdinKind);
-        m_sim.installRecordingTool();
-        QString output, error;
-        QCOMPARE(SimSandbox::makeInterface(password)->launchCommand("--listcameras", std::nullopt, &output, &error), 0);
-        QVERIFY2(m_sim.recordedStdinKind().startsWith(stdinKind), qPrintable(m_sim.recordedStdinKind()));
-        QCOMPARE(m_sim.recordedStdin(), password.toString().toUtf8());
-        QCOMPARE(m_sim.recordedArguments().filter(QStringLiteral("p\u00e4ss")), QStringList());
-    }
-
-    void failureLogLineOnlyWithErrorText_data()
-    {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("stderrText");
-        QTest::addColumn<bool>("logged");
-        QTest::newRow("failure with error text") << 3 << QByteArray("it broke\n") << true;
-        QTest::newRow("failure without error text") << 3 << QByteArray() << false;
-        QTest::newRow("success with error text") << 0 << QByteArray("just a warning\n") << false;
-    }
-    void failureLogLineOnlyWithErrorText()
-    {
-        QFETCH(int, status);
-        QFETCH(QByteArray, stderrText);
-        QFETCH(bool, logged);
-        m_sim.installRecordingTool();
-        m_sim.setReply("out\n", stderrText, status);
+        m_sim.setReply("said \xc3\xbc\n", c.err, c.status);
         Log::Capture log;
         QString output, error;
-        QCOMPARE(SimSandbox::makeInterface()->launchCommand("--cancel", QStringList { "Studio 2" }, &output, &error),
-            status);
-        QCOMPARE(output, QStringLiteral("out\n"));
-        QCOMPARE(error, QString::fromUtf8(stderrText));
-        const QString line = QStringLiteral("/usr/bin/orvx (--cancel) error (%1):\n%2").arg(status).arg(error);
-        QCOMPARE(log.contains(line), logged);
-        QVERIFY2(logged || !logHasPrefix(log, QStringLiteral("/usr/bin/orvx")), LOG_LINES(log));
+        QCOMPARE(SimSandbox::makeInterface(c.password)->launchCommand(c.command, c.args, &output, &error), c.status);
+        QCOMPARE(m_sim.recordedArguments(),
+            SimSandbox::serverArguments() + QStringList(c.command) + c.args.value_or(QStringList()));
+        // The password goes to standard input and nowhere else.
+        QVERIFY2(m_sim.recordedStdinKind().startsWith(c.stdinKind), qPrintable(m_sim.recordedStdinKind()));
+        QCOMPARE(m_sim.recordedStdin(), c.password.toString().toUtf8());
+        QCOMPARE(m_sim.recordedArguments().filter(QStringLiteral("p\u00e4ss")), QStringList());
+        QCOMPARE(output, QStringLiteral("said \u00fc\n"));
+        QCOMPARE(error, QString::fromUtf8(c.err));
+        // A log line only for a failure with error text.
+        const QString line
+            = QStringLiteral("/usr/bin/orvx (%1) error (%2):\n%3").arg(c.command).arg(c.status).arg(error);
+        QCOMPARE(log.contains(line), c.logged);
+        QVERIFY2(c.logged || !logHasPrefix(log, QStringLiteral("/usr/bin/orvx")), LOG_LINES(log));
     }
 
     void missingTool()
