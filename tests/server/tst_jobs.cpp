@@ -59,6 +59,18 @@ struct Check
     bool writesJobData;
 };
 
+// A submission: its files, whether they go afterwards, the tool's reply and
+// the upload identifier expected of it (null: none).
+struct Submit
+{
+    QStringList files;
+    bool deleteFiles;
+    QByteArray out;
+    QString uuid;
+    int status = 0;
+    QByteArray err = {};
+};
+
 struct Start
 {
     QString mode, storedPreset, audioDevice, capture, audioValue;
@@ -71,6 +83,7 @@ struct Start
 Q_DECLARE_METATYPE(Command)
 Q_DECLARE_METATYPE(Check)
 Q_DECLARE_METATYPE(Start)
+Q_DECLARE_METATYPE(Submit)
 
 class TestJobs : public QObject
 {
@@ -508,66 +521,46 @@ private slots:
         QCOMPARE(m_sim.recordedStdinKind(), QStringLiteral("/dev/null"));
     }
 
-    void submissionCommandLine_data()
+    void submission_data()
     {
-        QTest::addColumn<QStringList>("files");
-        QTest::addColumn<bool>("deleteFiles");
-        QTest::newRow("two files") << QStringList { "/tmp/a b.mov", "/tmp/c.mov" } << false;
-        QTest::newRow("two files, delete last") << QStringList { "/tmp/a b.mov", "/tmp/c.mov" } << true;
-        QTest::newRow("empty list runs without --file") << QStringList {} << false;
+        QTest::addColumn<Submit>("c");
+        const QStringList two { "/tmp/a b.mov", "/tmp/c.mov" };
+        QTest::newRow("two files; identifier on the first line")
+            << Submit { two, false, "Upload UUID: 0A1B-22\nQueued 1 file(s).\n", "0A1B-22" };
+        QTest::newRow("delete; last word of the first line")
+            << Submit { two, true, "Note: Upload UUID: one two XYZ", "XYZ" };
+        QTest::newRow("no files, no --file; identifier on the second line")
+            << Submit { {}, false, "Connecting ...\nUpload UUID: 0A1B-22\n", QString() };
+        QTest::newRow("failure still takes it")
+            << Submit { { "/x.mov" }, false, "Upload UUID: F00D\n", "F00D", 2, "full\n" };
     }
-    void submissionCommandLine()
+    void submission()
     {
-        QFETCH(QStringList, files);
-        QFETCH(bool, deleteFiles);
-        setUpSubmission(files);
+        QFETCH(Submit, c);
+        setUpSubmission(c.files);
+        m_sim.setReply(c.out, c.err, c.status);
         Error error;
-        QCOMPARE(deleteFiles ? m_interface->submitAndDeleteJobFiles(m_job.get(), &error)
-                             : m_interface->submitJobFiles(m_job.get(), &error),
-            0);
+        QCOMPARE(c.deleteFiles ? m_interface->submitAndDeleteJobFiles(m_job.get(), &error)
+                               : m_interface->submitJobFiles(m_job.get(), &error),
+            c.status);
         QStringList expected = SimSandbox::serverArguments() << QStringLiteral("--submit");
-        for (const QString &f : files)
+        for (const QString &f : c.files)
             expected << QStringLiteral("--file") << f;
         const QStringList args = m_sim.recordedArguments();
         const QString dataFile = args.value(expected.size() + 1);
         expected << "--metadata" << dataFile << "--workflow"
                  << "archive-only";
-        if (deleteFiles)
+        if (c.deleteFiles)
             expected << QStringLiteral("--delete");
         QCOMPARE(args, expected);
         QCOMPARE(QFileInfo(dataFile).absolutePath(), m_sim.jobDataFolder());
         QCOMPARE(SimSandbox::readPlist(dataFile), m_job->submissionDictionary());
-    }
-
-    void uploadIdentifierOnlyFromFirstLine_data()
-    {
-        QTest::addColumn<QByteArray>("out");
-        QTest::addColumn<QByteArray>("err");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("uuid"); // null: nothing stored
-        QTest::newRow("first line") << QByteArray("Upload UUID: 0A1B-22\nQueued 1 file(s).\n") << QByteArray() << 0
-                                    << "0A1B-22";
-        QTest::newRow("last word of the first line")
-            << QByteArray("Note: Upload UUID: one two XYZ") << QByteArray() << 0 << "XYZ";
-        QTest::newRow("second line only")
-            << QByteArray("Connecting ...\nUpload UUID: 0A1B-22\n") << QByteArray() << 0 << QString();
-        QTest::newRow("failure still takes it")
-            << QByteArray("Upload UUID: F00D\n") << QByteArray("disk full\n") << 2 << "F00D";
-    }
-    void uploadIdentifierOnlyFromFirstLine()
-    {
-        QFETCH(QByteArray, out);
-        QFETCH(QByteArray, err);
-        QFETCH(int, status);
-        QFETCH(QString, uuid);
-        setUpSubmission(QStringList { QStringLiteral("/tmp/x.mov") });
-        m_sim.setReply(out, err, status);
-        Error error;
-        QCOMPARE(m_interface->submitJobFiles(m_job.get(), &error), status);
-        QCOMPARE(m_job->uploadUUID(), uuid);
-        QCOMPARE(m_job->uploadUUID().isNull(), uuid.isNull());
-        if (status != 0)
-            QCOMPARE(error, (Error { kServerInterfaceErrorDomain, status, QString::fromUtf8(out + "\n" + err) }));
+        // The upload's identifier is the last word of the first line only.
+        QCOMPARE(m_job->uploadUUID(), c.uuid);
+        QCOMPARE(m_job->uploadUUID().isNull(), c.uuid.isNull());
+        QCOMPARE(error,
+            (c.status ? Error { kServerInterfaceErrorDomain, c.status, QString::fromUtf8(c.out + "\n" + c.err) }
+                      : Error {}));
     }
 
     void submitAndDeleteAgainstSimulator()
