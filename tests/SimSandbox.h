@@ -2,16 +2,10 @@
 
 #include "TestSupport.h"
 
+#include "OrvaneServerInterface.h"
 #include "PropertyList.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <QString>
-#include <QStringList>
-#include <QtTest>
 
 #include <unistd.h>
 
@@ -19,19 +13,79 @@
 #error "LUMEX_SIM_ROOT must name the build's simulator tree"
 #endif
 
-// A TestSandbox (private HOME and LUMEX_SYSROOT) with the simulator's three
-// built tools installed under its sysroot, so the simulator's state and fault
-// file belong to this test alone. One per test executable: the job data
+// What one run of a tool left: exit status, whether it crashed, its output.
+struct ToolRun
+{
+    int status = -1;
+    bool crashed = false;
+    QByteArray out;
+    QByteArray err;
+
+    QString text() const { return QString::fromUtf8(out); }
+    QString errorText() const { return QString::fromUtf8(err); }
+    QString firstLine() const { return text().section(QLatin1Char('\n'), 0, 0); }
+    // The property list in the output; empty when there is none.
+    QVariantMap plist() const
+    {
+        try {
+            return findPropertyList(text()).toMap();
+        } catch (const PropertyList::ParseError &) {
+            return {};
+        }
+    }
+};
+
+// The one fixture of every test that meets the simulator: a TestSandbox
+// (private HOME and LUMEX_SYSROOT) with the simulator's three built tools
+// installed under its sysroot, so the simulator's state and fault file
+// belong to this test alone; stand-ins for the tools; the server interface
+// signed in with the demo account. One per test executable: the job data
 // folder is computed once per process from HOME.
 class SimSandbox final
 {
 public:
+    static inline const QString kUser = QStringLiteral("demo");
+    static inline const QString kPassword = QStringLiteral("lumex");
     static inline const QStringList kTools { QStringLiteral("orvxexec"), QStringLiteral("orvxctlexec"),
         QStringLiteral("orvxagentd") };
     static inline const QString kServerHost = QStringLiteral("media.example.edu");
     static inline const QString kServerURL = QStringLiteral("https://media.example.edu:8170/orvane");
 
     SimSandbox() { QDir().mkpath(recordDir()); }
+
+    // The server interface as the application creates it after a login; an
+    // invalid password leaves the key out.
+    static std::shared_ptr<OrvaneServerInterface> makeInterface(
+        const QVariant &password = kPassword, const QString &user = kUser)
+    {
+        QVariantMap credentials { { QStringLiteral("server"), kServerHost }, { QStringLiteral("user"), user } };
+        if (password.isValid())
+            credentials.insert(QStringLiteral("password"), password);
+        return OrvaneServerInterface::create(credentials, std::make_shared<PodcastJob>());
+    }
+    // The tool's first line of output for every server command.
+    static QString progressLine() { return QStringLiteral("Connecting to %1 ...\n").arg(kServerURL); }
+    // What precedes every server command on the tool's command line.
+    static QStringList serverArguments()
+    {
+        return { QStringLiteral("--server"), kServerURL, QStringLiteral("--user"), kUser };
+    }
+
+    // The start of each test: the real tools, no faults, nothing recorded.
+    bool reset() const
+    {
+        clearFaults();
+        clearRecord();
+        return installTools();
+    }
+    // Also forgets everything the simulator and the agent configuration hold.
+    bool resetState() const
+    {
+        QDir(state(QString())).removeRecursively();
+        QFile::remove(globalConfig());
+        QFile::remove(userConfig());
+        return reset();
+    }
 
     QString home() const { return m_sandbox.home(); }
     QString sysroot() const { return m_sandbox.sysroot(); }
@@ -77,7 +131,6 @@ public:
     // then prints the replies set with setReply() and exits with the status.
     void installRecordingTool(const QString &name = QStringLiteral("orvxexec")) const
     {
-        removeTool(name);
         const QString d = recordDir();
         const QString script = QStringLiteral("#!/bin/sh\n"
                                               "d='%1'\n"
@@ -90,6 +143,12 @@ public:
                                               "[ -f \"$d/reply-err\" ] && cat \"$d/reply-err\" >&2\n"
                                               "exit $(cat \"$d/reply-status\" 2>/dev/null || echo 0)\n")
                                    .arg(d);
+        installScript(name, script);
+    }
+    // Puts an executable script where a tool belongs.
+    void installScript(const QString &name, const QString &script) const
+    {
+        removeTool(name);
         writeFile(tool(name), script.toUtf8());
         QFile::setPermissions(tool(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
@@ -97,25 +156,22 @@ public:
     // Replaces the recording agent with a script that behaves like it towards
     // the client (-f MOVIE; SIGUSR1, SIGUSR2, SIGTERM) but records text: the
     // "Capture" value it finds in the user's agent configuration, then a
-    // line per signal. Tests of the client's side need no devices this way.
+    // line per signal; the first line appears once it answers signals. Tests
+    // of the client's side need no devices this way.
     void installStandInAgent() const
     {
-        removeTool(QStringLiteral("orvxagentd"));
-        const QString script
-            = QStringLiteral("#!/bin/sh\n"
-                             "[ \"$1\" = -f ] || exit 2\n"
-                             "f=\"$2\"\n"
-                             "capture=$(python3 -c 'import plistlib,sys; "
-                             "print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
-                             "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
-                             "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
-                             "trap 'echo paused >> \"$f\"' USR1\n"
-                             "trap 'echo resumed >> \"$f\"' USR2\n"
-                             "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
-                             "while :; do sleep 0.05; done\n");
-        writeFile(tool(QStringLiteral("orvxagentd")), script.toUtf8());
-        QFile::setPermissions(
-            tool(QStringLiteral("orvxagentd")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        installScript(QStringLiteral("orvxagentd"),
+            QStringLiteral("#!/bin/sh\n"
+                           "[ \"$1\" = -f ] || exit 2\n"
+                           "f=\"$2\"\n"
+                           "trap 'echo paused >> \"$f\"' USR1\n"
+                           "trap 'echo resumed >> \"$f\"' USR2\n"
+                           "trap 'echo stopped >> \"$f\"; exit 0' TERM\n"
+                           "capture=$(python3 -c 'import plistlib,sys; "
+                           "print(plistlib.load(open(sys.argv[1],\"rb\")).get(\"Capture\",\"\"))' "
+                           "\"$HOME/Library/Preferences/com.tarn.orvxagentd.plist\" 2>/dev/null)\n"
+                           "printf 'orvxagentd placeholder recording\\nCapture: %s\\n' \"$capture\" > \"$f\"\n"
+                           "while :; do sleep 0.05; done\n"));
     }
 
     void setReply(const QByteArray &out, const QByteArray &err, int status) const
@@ -131,6 +187,8 @@ public:
         QDir().mkpath(recordDir());
     }
 
+    // True when no stand-in tool has run since clearRecord().
+    bool recordedNothing() const { return !QFileInfo::exists(recordDir() + QStringLiteral("/args")); }
     QStringList recordedArguments() const
     {
         QByteArray raw = readFile(recordDir() + QStringLiteral("/args"));
@@ -150,24 +208,71 @@ public:
         return QString::fromUtf8(readFile(recordDir() + QStringLiteral("/stdin-kind"))).trimmed();
     }
 
-    void setFaults(const QVariantMap &faults) const
-    {
-        QDir().mkpath(QFileInfo(state(QStringLiteral("faults.plist"))).absolutePath());
-        PropertyList::writeFile(state(QStringLiteral("faults.plist")), faults, true);
-    }
+    void setFaults(const QVariantMap &faults) const { writePlist(state(QStringLiteral("faults.plist")), faults); }
+    // One fault for one command (or "orvxagentd").
+    void setFault(const QString &command, const QVariantMap &settings) const { setFaults({ { command, settings } }); }
     void clearFaults() const { QFile::remove(state(QStringLiteral("faults.plist"))); }
+    QVariantMap faults() const { return readPlist(state(QStringLiteral("faults.plist"))); }
 
-    static QByteArray readFile(const QString &path)
+    // The job data files ("submission-*.plist") written so far.
+    QStringList jobDataFiles() const
     {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        return QDir(jobDataFolder()).entryList({ QStringLiteral("submission-*.plist") }, QDir::Files);
     }
-    static bool writeFile(const QString &path, const QByteArray &contents)
+
+    // The environment the client gives the tools; `privileged` as under pkexec.
+    QProcessEnvironment environment(bool privileged = false) const
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("PKEXEC_UID"));
+        env.remove(QStringLiteral("ORVANE_PRIVILEGED_RUN"));
+        env.insert(QStringLiteral("HOME"), home());
+        env.insert(QStringLiteral("LUMEX_SYSROOT"), sysroot());
+        if (privileged)
+            env.insert(QStringLiteral("ORVANE_PRIVILEGED_RUN"), QStringLiteral("1"));
+        return env;
+    }
+    // Runs a program (a tool's name: the installed tool) to its end; a null
+    // `input` gives it /dev/null as its standard input.
+    ToolRun run(const QString &program, const QStringList &arguments, const QByteArray &input = QByteArray(),
+        const QProcessEnvironment &env = QProcessEnvironment()) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(env.isEmpty() ? environment() : env);
+        if (input.isNull())
+            process.setStandardInputFile(QProcess::nullDevice());
+        process.start(kTools.contains(program) ? tool(program) : program, arguments);
+        ToolRun result;
+        if (!process.waitForStarted())
+            return result;
+        if (!input.isNull()) {
+            process.write(input);
+            process.closeWriteChannel();
+        }
+        process.waitForFinished(60000);
+        result.crashed = process.exitStatus() == QProcess::CrashExit;
+        result.status = result.crashed ? -1 : process.exitCode();
+        result.out = process.readAllStandardOutput();
+        result.err = process.readAllStandardError();
+        return result;
+    }
+    // A server command as the client sends it, the password on standard input.
+    ToolRun server(
+        const QStringList &command, const QByteArray &password = "lumex\n", const QString &user = kUser) const
+    {
+        return run(
+            QStringLiteral("orvxexec"), QStringList { "--server", kServerURL, "--user", user } + command, password);
+    }
+
+    static QVariantMap readPlist(const QString &path) { return PropertyList::readFile(path).toMap(); }
+    static bool writePlist(const QString &path, const QVariant &contents)
     {
         QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile f(path);
-        return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(contents) == contents.size();
+        return PropertyList::writeFile(path, contents, true);
     }
+
+    static QByteArray readFile(const QString &path) { return readBytes(path); }
+    static bool writeFile(const QString &path, const QByteArray &contents) { return writeBytes(path, contents); }
 
     // Every regular file under the sandbox whose contents hold `needle`.
     QStringList filesContaining(const QByteArray &needle) const

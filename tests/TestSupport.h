@@ -1,6 +1,10 @@
 #pragma once
 
+#include "Log.h"
+
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
@@ -38,6 +42,20 @@ private:
     QTemporaryDir m_dir;
 };
 
+// A whole file's bytes; empty when it cannot be read.
+inline QByteArray readBytes(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+// Writes a whole file, making its folder first.
+inline bool writeBytes(const QString &path, const QByteArray &contents)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(contents) == contents.size();
+}
+
 // Runs python3 with a script and standard input; returns its standard output.
 inline QByteArray runPython(const QString &script, const QByteArray &input = {}, int *exitCode = nullptr)
 {
@@ -54,3 +72,14 @@ inline QByteArray runPython(const QString &script, const QByteArray &input = {},
         qWarning("python3: %s", err.constData());
     return python.readAllStandardOutput();
 }
+
+// True when a captured line starts with `prefix` (for lines that end in a
+// system's own reason text).
+inline bool logHasPrefix(const Log::Capture &log, const QString &prefix)
+{
+    const QStringList lines = log.lines();
+    return std::any_of(lines.cbegin(), lines.cend(), [&](const QString &line) { return line.startsWith(prefix); });
+}
+
+// What a failed log assertion prints.
+#define LOG_LINES(log) qPrintable((log).lines().join(QLatin1Char('|')))

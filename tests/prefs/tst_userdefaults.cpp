@@ -1,9 +1,14 @@
+// The defaults store on real files: what reaches the disk, what the kiosk
+// file forces, and what a damaged or unwritable file does.
+
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
 #include "Log.h"
 #include "PropertyList.h"
 
 #include "TestSupport.h"
+
+using namespace LXDefaultsKeys;
 
 class TestUserDefaults : public QObject
 {
@@ -15,11 +20,6 @@ class TestUserDefaults : public QObject
     {
         return m_sandbox->sysroot() + QStringLiteral("/Library/Preferences/com.tarn.Lumex.kiosk.plist");
     }
-    void writeKiosk(const QVariantMap &values)
-    {
-        QDir().mkpath(QFileInfo(kiosk()).absolutePath());
-        QVERIFY(PropertyList::writeFile(kiosk(), values, true));
-    }
 
 private slots:
     void init() { m_sandbox = std::make_unique<TestSandbox>(); }
@@ -28,98 +28,79 @@ private slots:
     void registeredDefaultsAreNeverWritten()
     {
         LXUserDefaults defaults(store(), kiosk());
-        defaults.registerDefaults(LXDefaultsKeys::GlobalKeyCode);
-        QCOMPARE(defaults.integerForKey(LXDefaultsKeys::GlobalKeyCode.key), 120);
-        defaults.setObject(QStringLiteral("host.example"), LXDefaultsKeys::LoginPanelLastLoginHost.key);
-
-        const QVariantMap onDisk = PropertyList::readFile(store()).toMap();
+        defaults.registerDefaults(GlobalKeyCode);
+        QCOMPARE(defaults.valueForLumexKey(GlobalKeyCode), 120);
+        defaults.setValue(QStringLiteral("host.example"), LoginPanelLastLoginHost);
         QCOMPARE(
-            onDisk, (QVariantMap { { LXDefaultsKeys::LoginPanelLastLoginHost.key, QStringLiteral("host.example") } }));
+            PropertyList::readFile(store()).toMap(), (QVariantMap { { LoginPanelLastLoginHost.key, "host.example" } }));
 
         LXUserDefaults reopened(store(), kiosk());
-        QCOMPARE(reopened.stringForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key), QStringLiteral("host.example"));
-        QVERIFY(!reopened.objectForKey(LXDefaultsKeys::GlobalKeyCode.key).isValid());
-
-        reopened.removeObject(LXDefaultsKeys::LoginPanelLastLoginHost.key);
+        QCOMPARE(reopened.valueForLumexKey(LoginPanelLastLoginHost), QStringLiteral("host.example"));
+        QVERIFY(!reopened.objectForKey(GlobalKeyCode.key).isValid());
+        reopened.removeObject(LoginPanelLastLoginHost.key);
         QVERIFY(PropertyList::readFile(store()).toMap().isEmpty());
     }
 
     void kioskForcesValuesAndIsReadAfreshEachTime()
     {
         LXUserDefaults defaults(store(), kiosk());
-        defaults.setObject(qint64(99), LXDefaultsKeys::GlobalKeyCode.key);
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 99);
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
+        defaults.setValue(qint64(99), GlobalKeyCode);
+        defaults.setValue(QStringLiteral("mine"), LoginPanelLastLoginHost);
+        QCOMPARE(defaults.valueForLumexKey(GlobalKeyCode), 99);
+        QVERIFY(!defaults.isForced(GlobalKeyCode));
 
-        // Any value forces, even false or empty.
-        writeKiosk(
-            { { LXDefaultsKeys::GlobalKeyCode.key, qint64(96) }, { LXDefaultsKeys::GlobalKeyModifiers.key, false } });
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 96);
-        QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
-        QVERIFY(defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyModifiers.key));
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath.key));
-        QCOMPARE(defaults.objectForKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 99); // the user's value stays
+        // Any value forces, even false or one of another type.
+        QVERIFY(writeBytes(kiosk(),
+            PropertyList::toXml(QVariantMap { { GlobalKeyCode.key, qint64(96) }, { GlobalKeyModifiers.key, false },
+                { LoginPanelLastLoginHost.key, 7 } })));
+        QCOMPARE(defaults.valueForLumexKey(GlobalKeyCode), 96);
+        QVERIFY(defaults.isForced(GlobalKeyCode) && defaults.isForced(GlobalKeyModifiers));
+        QVERIFY(!defaults.isForced(LocalRecordSpoolPath));
+        QVERIFY(defaults.valueForLumexKey(LoginPanelLastLoginHost).isNull()); // not a text: no text
+        QCOMPARE(defaults.objectForKey(GlobalKeyCode.key).toLongLong(), 99); // the user's value stays
 
         QFile::remove(kiosk());
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toLongLong(), 99);
+        QVERIFY(!defaults.isForced(GlobalKeyCode));
+        QCOMPARE(defaults.valueForLumexKey(GlobalKeyCode), 99);
+        QCOMPARE(defaults.valueForLumexKey(LoginPanelLastLoginHost), QStringLiteral("mine"));
     }
 
     void damagedKioskFileForcesNothing_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("garbage") << 0;
-        QTest::newRow("array root") << 1;
-        QTest::newRow("folder in its place") << 2;
+        QTest::addColumn<QByteArray>("contents"); // null: a folder in its place
+        QTest::newRow("garbage") << QByteArray("<?xml version=\"1.0\"?><plist><dict><key>GlobalKeyCode</key>");
+        QTest::newRow("array root") << PropertyList::toXml(QVariantList { QStringLiteral("GlobalKeyCode") });
+        QTest::newRow("folder in its place") << QByteArray();
     }
-
     void damagedKioskFileForcesNothing()
     {
-        QFETCH(int, kind);
-        QDir().mkpath(QFileInfo(kiosk()).absolutePath());
-        if (kind == 0) {
-            QFile f(kiosk());
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write("<?xml version=\"1.0\"?><plist><dict><key>GlobalKeyCode</key>");
-        } else if (kind == 1) {
-            QVERIFY(PropertyList::writeFile(kiosk(), QVariantList { QStringLiteral("GlobalKeyCode") }, true));
-        } else {
+        QFETCH(QByteArray, contents);
+        if (contents.isNull())
             QVERIFY(QDir().mkpath(kiosk()));
-        }
+        else
+            QVERIFY(writeBytes(kiosk(), contents));
         LXUserDefaults defaults(store(), kiosk());
-        defaults.registerDefaults(LXDefaultsKeys::GlobalKeyCode);
-        QVERIFY(!defaults.objectIsForcedForLumexKey(LXDefaultsKeys::GlobalKeyCode.key));
-        QCOMPARE(defaults.objectForLumexKey(LXDefaultsKeys::GlobalKeyCode.key).toInt(), 120);
+        defaults.registerDefaults(GlobalKeyCode);
+        QVERIFY(!defaults.isForced(GlobalKeyCode));
+        QCOMPARE(defaults.valueForLumexKey(GlobalKeyCode), 120);
     }
 
     void damagedStoreCountsAsEmptyAndIsKept()
     {
-        QDir().mkpath(QFileInfo(store()).absolutePath());
         const QByteArray damaged = "<?xml version=\"1.0\"?><plist><dict><key>loginPanelLastLoginHost";
-        {
-            QFile f(store());
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write(damaged);
-        }
+        QVERIFY(writeBytes(store(), damaged));
         Log::Capture log;
         LXUserDefaults defaults(store(), kiosk());
-        QVERIFY(!defaults.objectForKey(LXDefaultsKeys::LoginPanelLastLoginHost.key).isValid());
+        QVERIFY(defaults.valueForLumexKey(LoginPanelLastLoginHost).isNull());
         QVERIFY(!log.lines().isEmpty());
         QVERIFY(defaults.synchronize());
-        {
-            QFile f(store()); // reading and synchronising alone never overwrite it
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            QCOMPARE(f.readAll(), damaged);
-        }
-        defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername.key);
-        QCOMPARE(PropertyList::readFile(store()).toMap().value(LXDefaultsKeys::LoginPanelLastLoginUsername.key),
-            QVariant(QStringLiteral("ann")));
-        const QStringList aside
-            = QDir(QFileInfo(store()).absolutePath()).entryList({ QStringLiteral("com.tarn.Lumex.plist.corrupt-*") });
+        QCOMPARE(readBytes(store()), damaged); // reading and synchronising alone never overwrite it
+        defaults.setValue(QStringLiteral("ann"), LoginPanelLastLoginUsername);
+        QCOMPARE(PropertyList::readFile(store()).toMap(), (QVariantMap { { LoginPanelLastLoginUsername.key, "ann" } }));
+        const QDir folder = QFileInfo(store()).absoluteDir();
+        const QStringList aside = folder.entryList({ QStringLiteral("com.tarn.Lumex.plist.corrupt-*") });
         QCOMPARE(aside.size(), 1);
-        QFile kept(QFileInfo(store()).absolutePath() + QLatin1Char('/') + aside.first());
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), damaged);
+        QCOMPARE(readBytes(folder.filePath(aside.first())), damaged);
     }
 
     void unwritableStoreKeepsValuesInMemory()
@@ -127,21 +108,11 @@ private slots:
         QVERIFY(QDir().mkpath(store())); // a folder where the file should be
         Log::Capture log;
         LXUserDefaults defaults(store(), kiosk());
-        defaults.setObject(QStringLiteral("ann"), LXDefaultsKeys::LoginPanelLastLoginUsername.key);
-        QCOMPARE(defaults.stringForKey(LXDefaultsKeys::LoginPanelLastLoginUsername.key), QStringLiteral("ann"));
+        defaults.setValue(QStringLiteral("ann"), LoginPanelLastLoginUsername);
+        QCOMPARE(defaults.valueForLumexKey(LoginPanelLastLoginUsername), QStringLiteral("ann"));
         QVERIFY(!defaults.synchronize());
         QVERIFY(!log.lines().isEmpty());
         QVERIFY(QFileInfo(store()).isDir());
-    }
-
-    void typedGettersDoNotConfuseTypes()
-    {
-        LXUserDefaults defaults(store(), kiosk());
-        defaults.setObject(QVariantMap { { QStringLiteral("isLocalRecording"), true } },
-            LXDefaultsKeys::lastDeviceSelectionFor(QStringLiteral("Video")).key);
-        QCOMPARE(defaults.dictionaryForKey(QStringLiteral("lastDeviceSelectionForVideo")).value("isLocalRecording"),
-            QVariant(true));
-        QVERIFY(defaults.stringForKey(QStringLiteral("lastDeviceSelectionForVideo")).isNull());
     }
 };
 

@@ -4,582 +4,319 @@
 
 #include "SimSandbox.h"
 
-#include "Log.h"
-#include "OrvaneServerInterface.h"
-
 #include <QThread>
 #include <QTimer>
 
-namespace {
+using Args = std::optional<QStringList>;
 
-const QString kPassword = QStringLiteral("lumex");
-
-std::shared_ptr<OrvaneServerInterface> makeInterface(
-    const QVariant &password = kPassword, const QString &user = QStringLiteral("demo"))
+// One launch of the tool: the command, its further arguments, the password
+// and what the tool's standard input should then be, the tool's status and
+// error text, and whether that failure is logged.
+struct Launch
 {
-    QVariantMap credentials { { QStringLiteral("server"), SimSandbox::kServerHost }, { QStringLiteral("user"), user } };
-    if (password.isValid())
-        credentials.insert(QStringLiteral("password"), password);
-    return OrvaneServerInterface::create(credentials, std::make_shared<PodcastJob>());
-}
+    QString command;
+    Args args;
+    QVariant password = SimSandbox::kPassword;
+    QString stdinKind = QStringLiteral("pipe:");
+    int status = 0;
+    QByteArray err = {};
+    bool logged = false;
+};
+Q_DECLARE_METATYPE(Launch)
 
-QString progressLine()
+// A failed list query: which list, the fault the tool is given, the error
+// (code 0: none) and the log line (the start of one when there is no error).
+struct Failure
 {
-    return QStringLiteral("Connecting to %1 ...\n").arg(SimSandbox::kServerURL);
-}
-
-bool logHasPrefix(const Log::Capture &log, const QString &prefix)
-{
-    for (const QString &line : log.lines()) {
-        if (line.startsWith(prefix))
-            return true;
-    }
-    return false;
-}
-
-} // namespace
+    bool cameras;
+    QVariantMap fault;
+    int code;
+    QString text, log;
+    QString password = SimSandbox::kPassword;
+};
+Q_DECLARE_METATYPE(Failure)
 
 class TestServerQueries : public QObject
 {
     Q_OBJECT
 
+    SimSandbox m_sim;
+    QString tool() const { return m_sim.tool(QStringLiteral("orvxexec")); }
+
 private slots:
-    void initTestCase();
-    void init();
+    void init() { QVERIFY(m_sim.reset()); }
 
-    void commandLineOrder_data();
-    void commandLineOrder();
-    void passwordOnlyOnStandardInput_data();
-    void passwordOnlyOnStandardInput();
-    void failureLogLineOnlyWithErrorText_data();
-    void failureLogLineOnlyWithErrorText();
-    void missingToolGivesStatusTenAndLeavesErrorText();
-
-    void workflowsComeInServerOrder();
-    void emptyWorkflowListIsAValidResult();
-    void listWithoutItsEntryIsNilWithoutError();
-    void toolFailureTexts_data();
-    void toolFailureTexts();
-    void wrongPasswordIsAuthenticationError();
-    void outputWithoutPropertyListIsNilAndLogged_data();
-    void outputWithoutPropertyListIsNilAndLogged();
-    void missingToolForQueries();
-
-    void uploadQueueCommandLinesCarryNoCredentials();
-    void uploadQueueListsSubmissionAndClears();
-    void uploadQueueFailuresAreLogged();
-    void previewRequest();
-
-    void asyncQueriesReportOnMainThread();
-    void asyncParseFailureReportsNeitherListNorError();
-    void asyncDelegateGoneGetsNothing();
-    void passwordNeverLeavesStandardInputWhileToolRuns();
-
-private:
-    std::unique_ptr<SimSandbox> m_sim;
-    QString tool() const { return m_sim->tool(QStringLiteral("orvxexec")); }
-};
-
-void TestServerQueries::initTestCase()
-{
-    m_sim = std::make_unique<SimSandbox>();
-    QVERIFY(m_sim->installTools());
-}
-
-void TestServerQueries::init()
-{
-    m_sim->clearFaults();
-    m_sim->clearRecord();
-    QVERIFY(m_sim->installTools());
-}
-
-void TestServerQueries::commandLineOrder_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<std::optional<QStringList>>("args");
-    QTest::addColumn<QStringList>("further");
-
-    QTest::newRow("no further arguments (null)")
-        << QStringLiteral("--listworkflows") << std::optional<QStringList>() << QStringList {};
-    QTest::newRow("no further arguments (empty)")
-        << QStringLiteral("--listworkflows") << std::optional<QStringList>(QStringList {}) << QStringList {};
-    QTest::newRow("camera with a space stays one argument")
-        << QStringLiteral("--pause") << std::optional<QStringList>(QStringList { QStringLiteral("Studio 2") })
-        << QStringList { QStringLiteral("Studio 2") };
-    QTest::newRow("order kept") << QStringLiteral("--status")
-                                << std::optional<QStringList>(QStringList {
-                                       QStringLiteral("Seminar Room"), QStringLiteral("--update_preview") })
-                                << QStringList { QStringLiteral("Seminar Room"), QStringLiteral("--update_preview") };
-}
-
-void TestServerQueries::commandLineOrder()
-{
-    QFETCH(QString, command);
-    QFETCH(std::optional<QStringList>, args);
-    QFETCH(QStringList, further);
-
-    m_sim->installRecordingTool();
-    m_sim->setReply("said \xc3\xbc\n", "", 0);
-    auto interface = makeInterface();
-    QString output, error;
-    QCOMPARE(interface->launchCommand(command, args, &output, &error), 0);
-    QCOMPARE(m_sim->recordedArguments(),
-        QStringList({ QStringLiteral("--server"), SimSandbox::kServerURL, QStringLiteral("--user"),
-            QStringLiteral("demo"), command })
-            + further);
-    QCOMPARE(output, QStringLiteral("said \u00fc\n"));
-    QCOMPARE(error, QStringLiteral(""));
-}
-
-void TestServerQueries::passwordOnlyOnStandardInput_data()
-{
-    QTest::addColumn<QVariant>("password");
-    QTest::addColumn<QString>("stdinKind");
-    QTest::addColumn<QByteArray>("stdinBytes");
-
-    QTest::newRow("password") << QVariant(QStringLiteral("p\u00e4ss word")) << QStringLiteral("pipe:")
-                              << QStringLiteral("p\u00e4ss word").toUtf8();
-    QTest::newRow("empty password is an empty pipe")
-        << QVariant(QStringLiteral("")) << QStringLiteral("pipe:") << QByteArray();
-    QTest::newRow("no password is /dev/null") << QVariant() << QStringLiteral("/dev/null") << QByteArray();
-}
-
-void TestServerQueries::passwordOnlyOnStandardInput()
-{
-    QFETCH(QVariant, password);
-    QFETCH(QString, stdinKind);
-    QFETCH(QByteArray, stdinBytes);
-
-    m_sim->installRecordingTool();
-    auto interface = makeInterface(password);
-    QString output, error;
-    QCOMPARE(interface->launchCommand(QStringLiteral("--listcameras"), std::nullopt, &output, &error), 0);
-    QVERIFY2(m_sim->recordedStdinKind().startsWith(stdinKind), qPrintable(m_sim->recordedStdinKind()));
-    QCOMPARE(m_sim->recordedStdin(), stdinBytes);
-    if (!stdinBytes.isEmpty()) {
-        for (const QString &arg : m_sim->recordedArguments())
-            QVERIFY(!arg.contains(password.toString()));
-    }
-}
-
-void TestServerQueries::failureLogLineOnlyWithErrorText_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("stderrText");
-    QTest::addColumn<bool>("logged");
-
-    QTest::newRow("failure with error text") << 3 << QByteArray("it broke\n") << true;
-    QTest::newRow("failure without error text") << 3 << QByteArray() << false;
-    QTest::newRow("success with error text") << 0 << QByteArray("just a warning\n") << false;
-}
-
-void TestServerQueries::failureLogLineOnlyWithErrorText()
-{
-    QFETCH(int, status);
-    QFETCH(QByteArray, stderrText);
-    QFETCH(bool, logged);
-
-    m_sim->installRecordingTool();
-    m_sim->setReply("out\n", stderrText, status);
-    auto interface = makeInterface();
-    Log::Capture log;
-    QString output, error;
-    QCOMPARE(interface->launchCommand(
-                 QStringLiteral("--cancel"), QStringList { QStringLiteral("Studio 2") }, &output, &error),
-        status);
-    QCOMPARE(output, QStringLiteral("out\n"));
-    QCOMPARE(error, QString::fromUtf8(stderrText));
-    const QString line = QStringLiteral("/usr/bin/orvx (--cancel) error (%1):\n%2").arg(status).arg(error);
-    QCOMPARE(log.contains(line), logged);
-    if (!logged)
-        QVERIFY2(!logHasPrefix(log, QStringLiteral("/usr/bin/orvx")), qPrintable(log.lines().join('|')));
-}
-
-void TestServerQueries::missingToolGivesStatusTenAndLeavesErrorText()
-{
-    m_sim->removeTool(QStringLiteral("orvxexec"));
-    auto interface = makeInterface();
-    Log::Capture log;
-    QString output, error;
-    QCOMPARE(interface->launchCommand(QStringLiteral("--listworkflows"), std::nullopt, &output, &error), 10);
-    QCOMPARE(output, tool() + QStringLiteral(" tool cannot be found."));
-    QVERIFY(error.isNull());
-    QString kept = QStringLiteral("kept");
-    QCOMPARE(interface->launchCommand(QStringLiteral("--listworkflows"), std::nullopt, &output, &kept), 10);
-    QCOMPARE(kept, QStringLiteral("kept"));
-    QVERIFY(log.lines().isEmpty());
-}
-
-void TestServerQueries::workflowsComeInServerOrder()
-{
-    // A list whose order is neither alphabetical nor by title.
-    QVariantList workflows;
-    for (const char *name : { "zeta", "alpha", "mid" }) {
-        workflows << QVariantMap { { QStringLiteral("name"), QString::fromLatin1(name) },
-            { QStringLiteral("title"), QStringLiteral("T ") + QString::fromLatin1(name) },
-            { QStringLiteral("description"), QStringLiteral("d") },
-            { QStringLiteral("uuid"), QStringLiteral("U-") + QString::fromLatin1(name) },
-            { QStringLiteral("extra"), 42 } };
-    }
-    QVERIFY(QDir().mkpath(m_sim->state(QString())));
-    QVERIFY(PropertyList::writeFile(m_sim->state(QStringLiteral("workflows.plist")),
-        QVariantMap { { QStringLiteral("workflows"), workflows } }, true));
-    auto interface = makeInterface();
-    Error error;
-    const auto list = interface->getWorkflowsError(&error);
-    QVERIFY(error.domain.isEmpty());
-    QVERIFY(list);
-    QCOMPARE(*list, workflows);
-    QFile::remove(m_sim->state(QStringLiteral("workflows.plist")));
-}
-
-void TestServerQueries::emptyWorkflowListIsAValidResult()
-{
-    QVERIFY(QDir().mkpath(m_sim->state(QString())));
-    QVERIFY(PropertyList::writeFile(m_sim->state(QStringLiteral("workflows.plist")),
-        QVariantMap { { QStringLiteral("workflows"), QVariantList {} } }, true));
-    auto interface = makeInterface();
-    Error error;
-    const auto list = interface->getWorkflowsError(&error);
-    QFile::remove(m_sim->state(QStringLiteral("workflows.plist")));
-    QVERIFY(error.domain.isEmpty());
-    QVERIFY(list);
-    QVERIFY(list->isEmpty());
-}
-
-void TestServerQueries::listWithoutItsEntryIsNilWithoutError()
-{
-    m_sim->installRecordingTool();
-    m_sim->setReply(
-        "progress\n" + PropertyList::toXml(QVariantMap { { QStringLiteral("cameras"), QVariantList {} } }), "", 0);
-    auto interface = makeInterface();
-    Log::Capture log;
-    Error error;
-    QVERIFY(!interface->getWorkflowsError(&error));
-    QVERIFY(error.domain.isEmpty());
-    // The same output is a valid (empty) camera list.
-    const auto cameras = interface->getCamerasError(&error);
-    QVERIFY(error.domain.isEmpty());
-    QVERIFY(cameras);
-    QVERIFY(cameras->isEmpty());
-}
-
-void TestServerQueries::toolFailureTexts_data()
-{
-    QTest::addColumn<bool>("cameras");
-    QTest::addColumn<QString>("stderrText");
-
-    QTest::newRow("workflows") << false << QStringLiteral("trouble ahead\n");
-    QTest::newRow("workflows, empty error text") << false << QString();
-    QTest::newRow("cameras") << true << QStringLiteral("trouble ahead\n");
-    QTest::newRow("cameras, empty error text") << true << QString();
-}
-
-void TestServerQueries::toolFailureTexts()
-{
-    QFETCH(bool, cameras);
-    QFETCH(QString, stderrText);
-
-    const QString command = cameras ? QStringLiteral("--listcameras") : QStringLiteral("--listworkflows");
-    QVariantMap settings { { QStringLiteral("stdout"), QStringLiteral("partial\n") }, { QStringLiteral("status"), 7 } };
-    if (!stderrText.isEmpty())
-        settings.insert(QStringLiteral("stderr"), stderrText);
-    m_sim->setFaults({ { command, settings } });
-
-    auto interface = makeInterface();
-    Log::Capture log;
-    Error error;
-    const auto list = cameras ? interface->getCamerasError(&error) : interface->getWorkflowsError(&error);
-    QVERIFY(!list);
-    QCOMPARE(error.domain, kServerInterfaceErrorDomain);
-    QCOMPARE(error.code, 7);
-    const QString output = progressLine() + QStringLiteral("partial\n");
-    if (cameras) {
-        QCOMPARE(error.localizedDescription, stderrText.isNull() ? QStringLiteral("") : stderrText);
-        QVERIFY(!error.localizedDescription.isNull());
-        QVERIFY2(log.contains(QStringLiteral("OrvaneServerInterface error: ") + error.localizedDescription),
-            qPrintable(log.lines().join('|')));
-    } else {
-        QCOMPARE(error.localizedDescription, output + QLatin1Char('\n') + stderrText);
-        QVERIFY2(
-            log.contains(QStringLiteral("OrvaneServerInterface error: Error Domain=PodcastServerInteraceErrorDomain "
-                                        "Code=7 \"%1\"")
-                             .arg(error.localizedDescription)),
-            qPrintable(log.lines().join('|')));
-    }
-}
-
-void TestServerQueries::wrongPasswordIsAuthenticationError()
-{
-    auto interface = makeInterface(QStringLiteral("not-the-password"));
-    Error error;
-    QVERIFY(!interface->getWorkflowsError(&error));
-    QCOMPARE(error.code, 26);
-    QCOMPARE(error.localizedDescription, progressLine() + QStringLiteral("\nAuthentication failed for user demo.\n"));
-}
-
-void TestServerQueries::outputWithoutPropertyListIsNilAndLogged_data()
-{
-    QTest::addColumn<bool>("cameras");
-    QTest::newRow("workflows") << false;
-    QTest::newRow("cameras") << true;
-}
-
-void TestServerQueries::outputWithoutPropertyListIsNilAndLogged()
-{
-    QFETCH(bool, cameras);
-    const QString command = cameras ? QStringLiteral("--listcameras") : QStringLiteral("--listworkflows");
-    m_sim->setFaults({ { command, QVariantMap { { QStringLiteral("no_plist"), true } } } });
-    auto interface = makeInterface();
-    Log::Capture log;
-    Error error;
-    const auto list = cameras ? interface->getCamerasError(&error) : interface->getWorkflowsError(&error);
-    QVERIFY(!list);
-    QVERIFY(error.domain.isEmpty());
-    const QString prefix = cameras
-        ? QStringLiteral("OrvaneServerInterface error. Could not parse camera plist data. Reason: ")
-        : QStringLiteral("OrvaneServerInterface error. Could not parse workflows plist data. Reason: ");
-    QVERIFY2(logHasPrefix(log, prefix), qPrintable(log.lines().join('|')));
-}
-
-void TestServerQueries::missingToolForQueries()
-{
-    m_sim->removeTool(QStringLiteral("orvxexec"));
-    auto interface = makeInterface();
-    Error error;
-    QVERIFY(!interface->getWorkflowsError(&error));
-    QCOMPARE(error.code, 10);
-    QCOMPARE(error.localizedDescription, tool() + QStringLiteral(" tool cannot be found.\n(null)"));
-
-    Error cameraError;
-    QVERIFY(!interface->getCamerasError(&cameraError));
-    QCOMPARE(cameraError.domain, kServerInterfaceErrorDomain);
-    QCOMPARE(cameraError.code, 10);
-    QVERIFY(cameraError.localizedDescription.isNull());
-}
-
-void TestServerQueries::uploadQueueCommandLinesCarryNoCredentials()
-{
-    m_sim->installRecordingTool();
-    m_sim->setReply("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict/></plist>\n", "", 0);
-    const auto statuses = OrvaneServerInterface::transferStatuses();
-    QVERIFY(statuses);
-    QVERIFY(statuses->isEmpty());
-    QCOMPARE(m_sim->recordedArguments(), QStringList { QStringLiteral("--list_uploads") });
-    QCOMPARE(m_sim->recordedStdinKind(), QStringLiteral("/dev/null"));
-
-    OrvaneServerInterface::clearCompletedTransferStatuses();
-    QCOMPARE(m_sim->recordedArguments(), QStringList { QStringLiteral("--clear_completed_uploads") });
-    QCOMPARE(m_sim->recordedStdinKind(), QStringLiteral("/dev/null"));
-}
-
-void TestServerQueries::uploadQueueListsSubmissionAndClears()
-{
-    auto interface = makeInterface();
-    const QString movie = m_sim->path() + QStringLiteral("/movie one.mov");
-    QVERIFY(SimSandbox::writeFile(movie, "not really a movie"));
-    auto job = interface->job();
-    job->setTitle(QStringLiteral("Queued"));
-    job->setWorkflow({ { QStringLiteral("name"), QStringLiteral("archive-only") } });
-    job->setMovieFilePaths(QStringList { movie });
-    Error error;
-    QCOMPARE(interface->submitJobFiles(job.get(), &error), 0);
-    QVERIFY(!job->uploadUUID().isEmpty());
-
-    const auto statuses = OrvaneServerInterface::transferStatuses();
-    QVERIFY(statuses);
-    bool found = false;
-    for (const QVariant &upload : *statuses) {
-        const QVariantMap record = upload.toMap();
-        if (record.value(QStringLiteral("upload_uuid")).toString() == job->uploadUUID()) {
-            found = true;
-            QCOMPARE(record.value(QStringLiteral("user")).toString(), QStringLiteral("demo"));
-            QVERIFY(!record.value(QStringLiteral("status")).toString().isEmpty());
-        }
-    }
-    QVERIFY(found);
-
-    Log::Capture log;
-    OrvaneServerInterface::clearCompletedTransferStatuses();
-    QVERIFY(log.lines().isEmpty());
-}
-
-void TestServerQueries::uploadQueueFailuresAreLogged()
-{
-    Log::Capture log;
-    m_sim->setFaults({ { QStringLiteral("--list_uploads"), QVariantMap { { QStringLiteral("status"), 5 } } } });
-    QVERIFY(!OrvaneServerInterface::transferStatuses());
-    QVERIFY2(
-        log.contains(QStringLiteral("orvx --listuploads returned with code 5")), qPrintable(log.lines().join('|')));
-
-    m_sim->setFaults({ { QStringLiteral("--list_uploads"), QVariantMap { { QStringLiteral("no_plist"), true } } } });
-    log.clear();
-    QVERIFY(!OrvaneServerInterface::transferStatuses());
-    QVERIFY(
-        logHasPrefix(log, QStringLiteral("OrvaneServerInterface error. Could not parse uploads plist data. Reason: ")));
-
-    m_sim->setFaults(
-        { { QStringLiteral("--clear_completed_uploads"), QVariantMap { { QStringLiteral("status"), 3 } } } });
-    log.clear();
-    OrvaneServerInterface::clearCompletedTransferStatuses();
-    QCOMPARE(log.lines(), QStringList { QStringLiteral("'orvx --clear_completed_uploads' failed, return code 3") });
-}
-
-void TestServerQueries::previewRequest()
-{
-    auto interface = makeInterface();
-    Log::Capture log;
-    interface->requestPreviewUpdateInThreadForCamera(QStringLiteral("Studio 2"));
-    QVERIFY2(!logHasPrefix(log, QStringLiteral("Error: return code")), qPrintable(log.lines().join('|')));
-
-    interface->requestPreviewUpdateInThreadForCamera(QStringLiteral("Nowhere Hall"));
-    QVERIFY(
-        log.contains(QStringLiteral("Error: return code 1 when calling orvx --status Nowhere Hall --update_preview")));
-
-    // The asynchronous form returns at once and only logs.
-    log.clear();
-    m_sim->installRecordingTool();
-    m_sim->setReply("", "", 4);
-    interface->requestPreviewUpdateForCameraName(QStringLiteral("Seminar Room"));
-    QTRY_VERIFY(
-        log.contains(QStringLiteral("Error: return code 4 when calling orvx --status Seminar Room --update_preview")));
-    QCOMPARE(m_sim->recordedArguments().mid(4),
-        (QStringList {
-            QStringLiteral("--status"), QStringLiteral("Seminar Room"), QStringLiteral("--update_preview") }));
-}
-
-void TestServerQueries::asyncQueriesReportOnMainThread()
-{
-    auto interface = makeInterface();
-    QObject delegate;
-    int calls = 0;
-    bool onMainThread = true;
-    std::optional<QVariantList> workflows, cameras;
-    std::optional<Error> workflowError, cameraError;
-    interface->getWorkflowsForDelegate(&delegate, [&](const auto &list, const auto &error) {
-        ++calls;
-        onMainThread = onMainThread && QThread::currentThread() == qApp->thread();
-        workflows = list;
-        workflowError = error;
-    });
-    interface->getCamerasForDelegate(&delegate, [&](const auto &list, const auto &error) {
-        ++calls;
-        onMainThread = onMainThread && QThread::currentThread() == qApp->thread();
-        cameras = list;
-        cameraError = error;
-    });
-    QTRY_COMPARE(calls, 2);
-    QVERIFY(onMainThread);
-    QVERIFY(!workflowError);
-    QVERIFY(!cameraError);
-    QVERIFY(workflows && !workflows->isEmpty());
-    QVERIFY(cameras && !cameras->isEmpty());
-    QCOMPARE(cameras->first().toMap().value(QStringLiteral("name")).toString(), QStringLiteral("Lecture Hall A"));
-
-    // The worker keeps the interface alive after the caller lets it go.
-    bool orphanCalled = false;
-    std::optional<QVariantList> orphanList;
+    void launchCommand_data()
     {
-        auto transient = makeInterface();
-        transient->getWorkflowsForDelegate(&delegate, [&](const auto &list, const auto &) {
-            orphanCalled = true;
-            orphanList = list;
-        });
+        QTest::addColumn<Launch>("c");
+        const QString studio = QStringLiteral("Studio 2");
+        QTest::newRow("null arguments") << Launch { "--listworkflows", {} };
+        QTest::newRow("empty arguments") << Launch { "--listworkflows", QStringList {} };
+        QTest::newRow("camera with a space") << Launch { "--pause", QStringList { studio } };
+        QTest::newRow("order kept") << Launch { "--status", QStringList { "Seminar Room", "--update_preview" } };
+        QTest::newRow("password") << Launch { "--listcameras", {}, QStringLiteral("p\u00e4ss word") };
+        QTest::newRow("empty password is an empty pipe") << Launch { "--listcameras", {}, QStringLiteral("") };
+        QTest::newRow("no password is /dev/null") << Launch { "--listcameras", {}, QVariant(), "/dev/null" };
+        QTest::newRow("failure with error text is logged")
+            << Launch { "--cancel", QStringList { studio }, "lumex", "pipe:", 3, "it broke\n", true };
+        QTest::newRow("failure without error text")
+            << Launch { "--cancel", QStringList { studio }, "lumex", "pipe:", 3 };
+        QTest::newRow("success with error text") << Launch { "--cancel", {}, "lumex", "pipe:", 0, "just a warning\n" };
     }
-    QTRY_VERIFY(orphanCalled);
-    QVERIFY(orphanList && orphanList->size() == workflows->size());
+    void launchCommand()
+    {
+        QFETCH(Launch, c);
+        m_sim.installRecordingTool();
+        m_sim.setReply("said \xc3\xbc\n", c.err, c.status);
+        Log::Capture log;
+        QString output, error;
+        QCOMPARE(SimSandbox::makeInterface(c.password)->launchCommand(c.command, c.args, &output, &error), c.status);
+        QCOMPARE(m_sim.recordedArguments(),
+            SimSandbox::serverArguments() + QStringList(c.command) + c.args.value_or(QStringList()));
+        // The password goes to standard input and nowhere else.
+        QVERIFY2(m_sim.recordedStdinKind().startsWith(c.stdinKind), qPrintable(m_sim.recordedStdinKind()));
+        QCOMPARE(m_sim.recordedStdin(), c.password.toString().toUtf8());
+        QCOMPARE(m_sim.recordedArguments().filter(QStringLiteral("p\u00e4ss")), QStringList());
+        QCOMPARE(output, QStringLiteral("said \u00fc\n"));
+        QCOMPARE(error, QString::fromUtf8(c.err));
+        // A log line only for a failure with error text.
+        const QString line
+            = QStringLiteral("/usr/bin/orvx (%1) error (%2):\n%3").arg(c.command).arg(c.status).arg(error);
+        QCOMPARE(log.contains(line), c.logged);
+        QVERIFY2(c.logged || !logHasPrefix(log, QStringLiteral("/usr/bin/orvx")), LOG_LINES(log));
+    }
 
-    // A failure arrives as (nil, error).
-    bool failed = false;
-    std::optional<QVariantList> failedList = QVariantList {};
-    std::optional<Error> failure;
-    auto wrong = makeInterface(QStringLiteral("wrong"));
-    wrong->getCamerasForDelegate(&delegate, [&](const auto &list, const auto &error) {
-        failed = true;
-        failedList = list;
-        failure = error;
-    });
-    QTRY_VERIFY(failed);
-    QVERIFY(!failedList);
-    QVERIFY(failure);
-    QCOMPARE(failure->code, 26);
-    QCOMPARE(failure->localizedDescription, QStringLiteral("Authentication failed for user demo.\n"));
-}
+    void missingTool()
+    {
+        m_sim.removeTool(QStringLiteral("orvxexec"));
+        auto interface = SimSandbox::makeInterface();
+        Log::Capture log;
+        QString output, error, kept = QStringLiteral("kept");
+        QCOMPARE(interface->launchCommand(QStringLiteral("--listworkflows"), std::nullopt, &output, &error), 10);
+        QCOMPARE(output, tool() + QStringLiteral(" tool cannot be found."));
+        QVERIFY(error.isNull());
+        QCOMPARE(interface->launchCommand(QStringLiteral("--listworkflows"), std::nullopt, &output, &kept), 10);
+        QCOMPARE(kept, QStringLiteral("kept"));
+        QVERIFY(log.lines().isEmpty());
 
-void TestServerQueries::asyncParseFailureReportsNeitherListNorError()
-{
-    m_sim->setFaults({ { QStringLiteral("--listworkflows"), QVariantMap { { QStringLiteral("no_plist"), true } } } });
-    auto interface = makeInterface();
-    QObject delegate;
-    bool called = false;
-    std::optional<QVariantList> list = QVariantList {};
-    std::optional<Error> error = Error {};
-    interface->getWorkflowsForDelegate(&delegate, [&](const auto &l, const auto &e) {
-        called = true;
-        list = l;
-        error = e;
-    });
-    QTRY_VERIFY(called);
-    QVERIFY(!list);
-    QVERIFY(!error);
-}
+        Error workflows, cameras, resume;
+        QVERIFY(!interface->getWorkflowsError(&workflows));
+        QCOMPARE(workflows, (Error { kServerInterfaceErrorDomain, 10, output + QStringLiteral("\n(null)") }));
+        QVERIFY(!interface->getCamerasError(&cameras));
+        QCOMPARE(cameras.code, 10);
+        QVERIFY(cameras.localizedDescription.isNull());
+        interface->job()->setCamera({ { QStringLiteral("name"), QStringLiteral("Studio 2") } });
+        QCOMPARE(interface->resumeRemoteJob(interface->job().get(), &resume), 10);
+        QCOMPARE(resume, workflows);
+    }
 
-void TestServerQueries::asyncDelegateGoneGetsNothing()
-{
-    m_sim->setFaults({ { QStringLiteral("--listworkflows"), QVariantMap { { QStringLiteral("hang"), 1.0 } } } });
-    auto interface = makeInterface();
-    auto *delegate = new QObject;
-    bool called = false;
-    interface->getWorkflowsForDelegate(delegate, [&called](const auto &, const auto &) { called = true; });
-    QTRY_VERIFY(!childrenRunning(QFileInfo(tool()).canonicalFilePath()).isEmpty());
-    delete delegate;
-    // Wait for the tool to end, then give the queued result time to arrive.
-    QTRY_VERIFY_WITH_TIMEOUT(childrenRunning(QFileInfo(tool()).canonicalFilePath()).isEmpty(), 10000);
-    QTest::qWait(300);
-    QVERIFY(!called);
-}
+    void workflowsComeAsTheServerListsThem_data()
+    {
+        QTest::addColumn<QVariantList>("workflows");
+        QVariantList unsorted; // neither by name nor by title
+        for (const QString name : { "zeta", "alpha", "mid" }) {
+            unsorted << QVariantMap { { "name", name }, { "title", "T " + name }, { "description", "d" },
+                { "uuid", "U-" + name }, { "extra", 42 } };
+        }
+        QTest::newRow("server order") << unsorted;
+        QTest::newRow("empty list") << QVariantList {};
+    }
+    void workflowsComeAsTheServerListsThem()
+    {
+        QFETCH(QVariantList, workflows);
+        QVERIFY(SimSandbox::writePlist(m_sim.state("workflows.plist"), QVariantMap { { "workflows", workflows } }));
+        Error error;
+        const auto list = SimSandbox::makeInterface()->getWorkflowsError(&error);
+        QFile::remove(m_sim.state(QStringLiteral("workflows.plist")));
+        QVERIFY(error.domain.isEmpty());
+        QCOMPARE(list, workflows);
+    }
 
-void TestServerQueries::passwordNeverLeavesStandardInputWhileToolRuns()
-{
-    const QString secret = QStringLiteral("Zq7-unmistakable-s3cret");
-    // Hang before the login check, so the tool is caught while it runs.
-    m_sim->setFaults({ { QStringLiteral("--listworkflows"),
-        QVariantMap { { QStringLiteral("hang"), 2.0 }, { QStringLiteral("before_auth"), true } } } });
-    auto interface = makeInterface(secret);
-    Log::Capture log;
-    QObject delegate;
-    bool called = false;
-    std::optional<Error> error;
-    int ticks = 0;
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, [&ticks] { ++ticks; });
-    timer.start(50);
+    void listWithoutItsEntryIsNilWithoutError()
+    {
+        m_sim.installRecordingTool();
+        m_sim.setReply("progress\n" + PropertyList::toXml(QVariantMap { { "cameras", QVariantList {} } }), "", 0);
+        auto interface = SimSandbox::makeInterface();
+        Error error;
+        QVERIFY(!interface->getWorkflowsError(&error));
+        QVERIFY(error.domain.isEmpty());
+        QCOMPARE(interface->getCamerasError(&error), QVariantList {}); // the same output is an empty camera list
+        QVERIFY(error.domain.isEmpty());
+    }
 
-    interface->getWorkflowsForDelegate(&delegate, [&](const auto &, const auto &e) {
-        called = true;
-        error = e;
-    });
-    const QString executable = QFileInfo(tool()).canonicalFilePath();
-    QTRY_VERIFY(!childrenRunning(executable).isEmpty());
-    const qint64 pid = childrenRunning(executable).first();
-    const QByteArray cmdline = SimSandbox::readFile(QStringLiteral("/proc/%1/cmdline").arg(pid));
-    const QByteArray environ = SimSandbox::readFile(QStringLiteral("/proc/%1/environ").arg(pid));
-    QVERIFY(cmdline.contains("--listworkflows"));
-    QVERIFY(cmdline.contains(SimSandbox::kServerURL.toUtf8()));
-    QVERIFY(!environ.isEmpty());
-    QVERIFY(!cmdline.contains(secret.toUtf8()));
-    QVERIFY(!environ.contains(secret.toUtf8()));
-    const int ticksWhileRunning = ticks;
+    void queryFailures_data()
+    {
+        QTest::addColumn<Failure>("c");
+        const QVariantMap failed { { "stdout", "partial\n" }, { "status", 7 } };
+        QVariantMap withText = failed;
+        withText.insert("stderr", "trouble ahead\n");
+        const QString out = SimSandbox::progressLine() + "partial\n\n";
+        const QString denied = QStringLiteral("Authentication failed for user demo.\n");
+        const QString login = SimSandbox::progressLine() + "\n" + denied;
+        const QString domain = QStringLiteral("OrvaneServerInterface error: Error Domain="
+                                              "PodcastServerInteraceErrorDomain Code=%1 \"%2\"");
+        const QString unparsed = QStringLiteral("OrvaneServerInterface error. Could not parse %1 plist data. Reason: ");
+        const QString camera = QStringLiteral("OrvaneServerInterface error: ");
+        const QVariantMap noPlist { { "no_plist", true } };
+        QTest::newRow("workflows") << Failure { false, withText, 7, out + "trouble ahead\n",
+            domain.arg(7).arg(out + "trouble ahead\n") };
+        QTest::newRow("workflows, no error text") << Failure { false, failed, 7, out, domain.arg(7).arg(out) };
+        QTest::newRow("workflows, wrong password")
+            << Failure { false, {}, 26, login, domain.arg(26).arg(login), "wrong" };
+        QTest::newRow("workflows, no plist") << Failure { false, noPlist, 0, {}, unparsed.arg("workflows") };
+        QTest::newRow("cameras") << Failure { true, withText, 7, "trouble ahead\n", camera + "trouble ahead\n" };
+        QTest::newRow("cameras, no error text") << Failure { true, failed, 7, "", camera };
+        QTest::newRow("cameras, wrong password") << Failure { true, {}, 26, denied, camera + denied, "wrong" };
+        QTest::newRow("cameras, no plist") << Failure { true, noPlist, 0, {}, unparsed.arg("camera") };
+    }
+    void queryFailures()
+    {
+        QFETCH(Failure, c);
+        if (!c.fault.isEmpty())
+            m_sim.setFault(c.cameras ? "--listcameras" : "--listworkflows", c.fault);
+        auto interface = SimSandbox::makeInterface(c.password);
+        const std::optional<Error> expected
+            = c.code ? std::optional(Error { kServerInterfaceErrorDomain, c.code, c.text }) : std::nullopt;
+        Log::Capture log;
+        Error error;
+        QVERIFY(!(c.cameras ? interface->getCamerasError(&error) : interface->getWorkflowsError(&error)));
+        QCOMPARE(error, expected.value_or(Error {}));
+        QVERIFY(!c.code || !error.localizedDescription.isNull());
+        QVERIFY2(c.code ? log.contains(c.log) : logHasPrefix(log, c.log), LOG_LINES(log));
 
-    QTRY_VERIFY_WITH_TIMEOUT(called, 10000);
-    // The main thread's event loop kept running while the tool hung.
-    QVERIFY2(ticks - ticksWhileRunning >= 10, qPrintable(QString::number(ticks - ticksWhileRunning)));
-    QVERIFY(error);
-    QCOMPARE(error->code, 26);
-    for (const QString &line : log.lines())
-        QVERIFY2(!line.contains(secret), qPrintable(line));
-    QCOMPARE(m_sim->filesContaining(secret.toUtf8()), QStringList {});
-}
+        // The asynchronous form hands over the same: no list, the error if any.
+        QObject delegate;
+        std::optional<std::optional<Error>> reported;
+        std::optional<QVariantList> list = QVariantList {};
+        const auto keep = [&](const std::optional<QVariantList> &l, const std::optional<Error> &e) {
+            list = l;
+            reported = e;
+        };
+        if (c.cameras)
+            interface->getCamerasForDelegate(&delegate, keep);
+        else
+            interface->getWorkflowsForDelegate(&delegate, keep);
+        QTRY_VERIFY(reported);
+        QVERIFY(!list);
+        QCOMPARE(*reported, expected);
+    }
+
+    void uploadQueueCommandLinesCarryNoCredentials()
+    {
+        m_sim.installRecordingTool();
+        m_sim.setReply(PropertyList::toXml(QVariantMap {}), "", 0);
+        QCOMPARE(OrvaneServerInterface::transferStatuses(), QVariantMap {});
+        QCOMPARE(m_sim.recordedArguments(), QStringList { QStringLiteral("--list_uploads") });
+        QCOMPARE(m_sim.recordedStdinKind(), QStringLiteral("/dev/null"));
+        OrvaneServerInterface::clearCompletedTransferStatuses();
+        QCOMPARE(m_sim.recordedArguments(), QStringList { QStringLiteral("--clear_completed_uploads") });
+        QCOMPARE(m_sim.recordedStdinKind(), QStringLiteral("/dev/null"));
+    }
+
+    void uploadQueueFailuresAreLogged()
+    {
+        Log::Capture log;
+        m_sim.setFault(QStringLiteral("--list_uploads"), { { "status", 5 } });
+        QVERIFY(!OrvaneServerInterface::transferStatuses());
+        QCOMPARE(log.lines(), QStringList { QStringLiteral("orvx --listuploads returned with code 5") });
+        log.clear();
+        m_sim.setFault(QStringLiteral("--list_uploads"), { { "no_plist", true } });
+        QVERIFY(!OrvaneServerInterface::transferStatuses());
+        QVERIFY2(logHasPrefix(log, "OrvaneServerInterface error. Could not parse uploads plist data. Reason: "),
+            LOG_LINES(log));
+        log.clear();
+        m_sim.setFault(QStringLiteral("--clear_completed_uploads"), { { "status", 3 } });
+        OrvaneServerInterface::clearCompletedTransferStatuses();
+        QCOMPARE(log.lines(), QStringList { QStringLiteral("'orvx --clear_completed_uploads' failed, return code 3") });
+    }
+
+    void previewRequest()
+    {
+        auto interface = SimSandbox::makeInterface();
+        Log::Capture log;
+        interface->requestPreviewUpdateInThreadForCamera(QStringLiteral("Studio 2"));
+        QVERIFY2(log.lines().isEmpty(), LOG_LINES(log));
+        interface->requestPreviewUpdateInThreadForCamera(QStringLiteral("Nowhere Hall"));
+        QVERIFY2(log.contains("Error: return code 1 when calling orvx --status Nowhere Hall --update_preview"),
+            LOG_LINES(log));
+
+        // The asynchronous form returns at once and only logs.
+        log.clear();
+        m_sim.installRecordingTool();
+        m_sim.setReply("", "", 4);
+        interface->requestPreviewUpdateForCameraName(QStringLiteral("Seminar Room"));
+        QTRY_VERIFY(log.contains("Error: return code 4 when calling orvx --status Seminar Room --update_preview"));
+        QCOMPARE(m_sim.recordedArguments().mid(4), (QStringList { "--status", "Seminar Room", "--update_preview" }));
+    }
+
+    void asyncQueriesReportOnTheMainThread()
+    {
+        QObject delegate;
+        QList<QVariantList> lists;
+        bool fine = true;
+        const auto keep = [&](const std::optional<QVariantList> &list, const std::optional<Error> &error) {
+            fine = fine && QThread::currentThread() == qApp->thread() && !error;
+            lists << list.value_or(QVariantList {});
+        };
+        // The worker keeps the interface alive after the caller lets it go.
+        SimSandbox::makeInterface()->getWorkflowsForDelegate(&delegate, keep);
+        QTRY_COMPARE(lists.size(), 1);
+        SimSandbox::makeInterface()->getCamerasForDelegate(&delegate, keep);
+        QTRY_COMPARE(lists.size(), 2);
+        QVERIFY(fine); // on the main thread, without an error
+        QCOMPARE(lists[0].size(), 5);
+        QCOMPARE(lists[1].first().toMap().value("name").toString(), QStringLiteral("Lecture Hall A"));
+    }
+
+    void asyncDelegateGoneGetsNothing()
+    {
+        m_sim.setFault(QStringLiteral("--listworkflows"), { { "hang", 1.0 } });
+        auto interface = SimSandbox::makeInterface();
+        const std::weak_ptr<OrvaneServerInterface> alive = interface;
+        auto *delegate = new QObject;
+        bool called = false;
+        interface->getWorkflowsForDelegate(delegate, [&called](const auto &, const auto &) { called = true; });
+        interface.reset();
+        QTRY_VERIFY(!childrenRunning(QFileInfo(tool()).canonicalFilePath()).isEmpty());
+        delete delegate;
+        // The worker lets the interface go once it has queued its result.
+        QTRY_VERIFY_WITH_TIMEOUT(alive.expired(), 20000);
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(!called);
+    }
+
+    void passwordNeverLeavesStandardInputWhileToolRuns()
+    {
+        const QString secret = QStringLiteral("Zq7-unmistakable-s3cret");
+        // Hang before the login check, so the tool is caught while it runs.
+        m_sim.setFault(QStringLiteral("--listworkflows"), { { "hang", 2.0 }, { "before_auth", true } });
+        Log::Capture log;
+        QObject delegate;
+        std::optional<Error> error;
+        int ticks = 0;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, [&ticks] { ++ticks; });
+        timer.start(50);
+        SimSandbox::makeInterface(secret)->getWorkflowsForDelegate(
+            &delegate, [&](const auto &, const auto &e) { error = e; });
+        const QString executable = QFileInfo(tool()).canonicalFilePath();
+        QTRY_VERIFY(!childrenRunning(executable).isEmpty());
+        const qint64 pid = childrenRunning(executable).first();
+        const QByteArray cmdline = SimSandbox::readFile(QStringLiteral("/proc/%1/cmdline").arg(pid));
+        const QByteArray environ = SimSandbox::readFile(QStringLiteral("/proc/%1/environ").arg(pid));
+        QVERIFY(cmdline.contains("--listworkflows") && cmdline.contains(SimSandbox::kServerURL.toUtf8()));
+        QVERIFY(!environ.isEmpty());
+        QVERIFY(!cmdline.contains(secret.toUtf8()) && !environ.contains(secret.toUtf8()));
+        const int ticksWhileRunning = ticks;
+
+        QTRY_VERIFY_WITH_TIMEOUT(error, 20000);
+        // The main thread's event loop kept running while the tool hung.
+        QVERIFY2(ticks - ticksWhileRunning >= 5, qPrintable(QString::number(ticks - ticksWhileRunning)));
+        QCOMPARE(error->code, 26);
+        QVERIFY(log.lines().filter(secret).isEmpty());
+        QCOMPARE(m_sim.filesContaining(secret.toUtf8()), QStringList {});
+    }
+};
 
 QTEST_GUILESS_MAIN(TestServerQueries)
 #include "tst_serverqueries.moc"

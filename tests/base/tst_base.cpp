@@ -1,0 +1,88 @@
+// The base layer's texts: the system's format directives, error
+// descriptions, the log capture the other tests rely on, and where the
+// system paths go under a sysroot.
+
+#include "Error.h"
+#include "Format.h"
+#include "Log.h"
+#include "Paths.h"
+
+#include <QtTest>
+#include <thread>
+
+class TestBase : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void formatsTheSystemsTexts_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("nil object") << lxFormat("%@\n%@", { QStringLiteral("out"), QString() }) << "out\n(null)";
+        QTest::newRow("empty is not nil") << lxFormat("[%@]", { QStringLiteral("") }) << "[]";
+        QTest::newRow("negative status") << lxFormat("status: %d.", { -1 }) << "status: -1.";
+        QTest::newRow("padded clock") << lxFormat("%02d:%02d:%02d", { 1, 2, 3 }) << "01:02:03";
+        QTest::newRow("length modifiers") << lxFormat("%ld/%lu/%lld", { 7, 8u, 9LL }) << "7/8/9";
+        QTest::newRow("percent") << lxFormat("100%% done %@", { QStringLiteral("x") }) << "100% done x";
+        QTest::newRow("missing argument") << lxFormat("a %@ b %d", { QStringLiteral("x") }) << "a x b 0";
+        QTest::newRow("quoted value") << lxFormat("%@=\"%@\"", { QStringLiteral("Key"), QStringLiteral("a b") })
+                                      << "Key=\"a b\"";
+        QTest::newRow("non-ascii") << lxFormat(QStringLiteral("Grüße %@"), { QStringLiteral("Zoë") })
+                                   << QStringLiteral("Grüße Zoë");
+    }
+    void formatsTheSystemsTexts()
+    {
+        QFETCH(QString, format);
+        QFETCH(QString, expected);
+        QCOMPARE(format, expected);
+    }
+
+    void describesErrors()
+    {
+        const QString text
+            = describeError({ kServerInterfaceErrorDomain, 26, QStringLiteral("Authentication failed") });
+        QVERIFY(
+            text.contains(QStringLiteral("PodcastServerInteraceErrorDomain")) && text.contains(QStringLiteral("26")));
+        Error out;
+        setError(&out, kLumexErrorDomain, 1, QStringLiteral("x"));
+        QCOMPARE(out, (Error { QStringLiteral("com.tarn.Lumex"), 1, QStringLiteral("x") }));
+        setError(nullptr, kLumexErrorDomain, 1, QStringLiteral("x")); // no place given: nothing happens
+    }
+
+    void captureCollectsLinesFromEveryThread()
+    {
+        Log::Capture outer;
+        {
+            Log::Capture inner;
+            std::thread worker([] { Log::format(QStringLiteral("worker %d"), { 7 }); });
+            worker.join();
+            Log::write(QStringLiteral("main"));
+            QCOMPARE(inner.lines(), (QStringList { QStringLiteral("worker 7"), QStringLiteral("main") }));
+        }
+        Log::write(QStringLiteral("after"));
+        QCOMPARE(outer.lines().size(), 3);
+    }
+
+    void sysrootPrefixesSystemPathsOnly()
+    {
+        qputenv("LUMEX_SYSROOT", "/tmp/sim-root/");
+        qputenv("HOME", "/home/ann");
+        QCOMPARE(Paths::orvxexec(), QStringLiteral("/tmp/sim-root/usr/libexec/orvane/orvxexec"));
+        QCOMPARE(Paths::mkdirTool(), QStringLiteral("/bin/mkdir"));
+        QCOMPARE(Paths::userDefaultsFile(), QStringLiteral("/home/ann/Library/Preferences/com.tarn.Lumex.plist"));
+        qunsetenv("LUMEX_SYSROOT");
+        QCOMPARE(Paths::kioskFile(), QStringLiteral("/Library/Preferences/com.tarn.Lumex.kiosk.plist"));
+        QCOMPARE(Paths::expandTilde(QStringLiteral("~notme/x")), QStringLiteral("~notme/x"));
+        QCOMPARE(Paths::expandTilde(QStringLiteral("/abs/~")), QStringLiteral("/abs/~"));
+
+        // The job data folder is computed once per process.
+        const QString first = Paths::jobDataFolder();
+        QCOMPARE(first, QStringLiteral("/home/ann/Library/Application Support/Lumex"));
+        qputenv("HOME", "/home/second");
+        QCOMPARE(Paths::jobDataFolder(), first);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBase)
+#include "tst_base.moc"
