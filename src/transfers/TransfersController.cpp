@@ -62,7 +62,7 @@ QWidget *TransfersController::window()
         table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersController::updateRowColours);
     m_window->installEventFilter(new ActivationWatcher(this, [this] { updateRowColours(); }));
     connect(m_window.get(), &LXPanelWindow::willClose, this, &TransfersController::windowAboutToClose);
-    reloadTable();
+    reloadTable({});
     return m_window.get();
 }
 
@@ -114,13 +114,14 @@ void TransfersController::refreshTransfers()
             rows.append(row);
         }
     }
+    const QVariantList previous = m_transfers.value_or(QVariantList());
     m_transfers = std::move(rows);
-    reloadTable();
+    reloadTable(previous);
     if (m_controller)
         m_controller->updateSubmissionStatus();
 }
 
-void TransfersController::reloadTable()
+void TransfersController::reloadTable(const QVariantList &previous)
 {
     if (!m_ui)
         return;
@@ -132,8 +133,11 @@ void TransfersController::reloadTable()
         table->setRowCount(int(n));
     for (int row = before; row < n; ++row)
         table->setCellWidget(row, 0, new TransferCell);
-    for (int row = 0; row < n; ++row)
-        cellForRow(row)->setObjectValue(m_transfers->at(row));
+    for (int row = 0; row < n; ++row) {
+        // Most uploads of a long queue stay as they were between polls.
+        if (row >= before || row >= previous.size() || previous.at(row) != m_transfers->at(row))
+            cellForRow(row)->setObjectValue(m_transfers->at(row));
+    }
     if (before != n)
         updateRowColours();
 
@@ -165,7 +169,7 @@ void TransfersController::updateRowColours()
 void TransfersController::clearTransfers()
 {
     OrvaneServerInterface::clearCompletedTransferStatuses();
-    reloadTable();
+    reloadTable({});
 }
 
 QString TransfersController::transferStatusForUUID(const QString &uuid) const

@@ -71,7 +71,8 @@ private:
     };
 
     void windowAboutToClose();
-    void reloadTable();
+    // Rows equal to the same row of `previous` keep their view untouched.
+    void reloadTable(const QVariantList &previous);
     void updateRowColours();
     QVariant metadataForFile(const QString &path);
     QString iconNameForFile(const QString &path);
