@@ -5,6 +5,7 @@
 #include "ui_TransferCell.h"
 
 #include <QIcon>
+#include <QStyle>
 
 #include <cmath>
 
@@ -59,8 +60,11 @@ void TransferCell::setObjectValue(const QVariant &value)
     const QVariant icon = row.value(QStringLiteral("fileIcon"));
     if (icon.isValid() && icon.toString() != m_iconName) {
         m_iconName = icon.toString();
-        const QIcon themed = QIcon::fromTheme(m_iconName, QIcon::fromTheme(QStringLiteral("video-x-generic")));
-        m_ui->iconView->setPixmap(themed.pixmap(32, 32));
+        QIcon icon = QIcon::fromTheme(m_iconName, QIcon::fromTheme(QStringLiteral("video-x-generic")));
+        // Desktops without an icon theme still get a file's picture.
+        if (icon.isNull())
+            icon = style()->standardIcon(QStyle::SP_FileIcon);
+        m_ui->iconView->setPixmap(icon.pixmap(32, 32));
     }
 }
 
