@@ -4,7 +4,9 @@
 
 #include "ui_TransferCell.h"
 
+#include <QHash>
 #include <QIcon>
+#include <QPixmap>
 #include <QStyle>
 
 #include <cmath>
@@ -60,11 +62,18 @@ void TransferCell::setObjectValue(const QVariant &value)
     const QVariant icon = row.value(QStringLiteral("fileIcon"));
     if (icon.isValid() && icon.toString() != m_iconName) {
         m_iconName = icon.toString();
-        QIcon icon = QIcon::fromTheme(m_iconName, QIcon::fromTheme(QStringLiteral("video-x-generic")));
-        // Desktops without an icon theme still get a file's picture.
-        if (icon.isNull())
-            icon = style()->standardIcon(QStyle::SP_FileIcon);
-        m_ui->iconView->setPixmap(icon.pixmap(32, 32));
+        // One picture per file type for the whole run; never destroyed, as
+        // pixmaps may not outlive the application object.
+        static auto &pictures = *new QHash<QString, QPixmap>;
+        auto it = pictures.constFind(m_iconName);
+        if (it == pictures.cend()) {
+            QIcon icon = QIcon::fromTheme(m_iconName, QIcon::fromTheme(QStringLiteral("video-x-generic")));
+            // Desktops without an icon theme still get a file's picture.
+            if (icon.isNull())
+                icon = style()->standardIcon(QStyle::SP_FileIcon);
+            it = pictures.insert(m_iconName, icon.pixmap(32, 32));
+        }
+        m_ui->iconView->setPixmap(*it);
     }
 }
 
