@@ -1,5 +1,7 @@
 #include "LXApplication.h"
 
+#include "GlobalHotKey.h"
+#include "LXNotificationCenter.h"
 #include "Log.h"
 
 #include <QLocale>
@@ -23,6 +25,16 @@ LXApplication::LXApplication(int &argc, char **argv)
     auto *translator = new QTranslator(this);
     if (translator->load(QLocale(), QStringLiteral("lumex"), QStringLiteral("_"), QStringLiteral(":/translations")))
         installTranslator(translator);
+    installNativeEventFilter(this);
+}
+
+bool LXApplication::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
+{
+    if (GlobalHotKey::instance().hotKeyForNativeEvent(eventType, message) == GlobalHotKey::kRecordPauseHotKeyID)
+        LXNotificationCenter::defaultCenter().post(
+            kRecordPauseKeyShortcutTriggered, QVariant::fromValue<QObject *>(this));
+    // The event goes on to its normal handling either way.
+    return false;
 }
 
 bool LXApplication::notify(QObject *receiver, QEvent *event)

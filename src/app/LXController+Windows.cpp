@@ -55,8 +55,10 @@ void LXController::cameraConfigWindowClosed()
 void LXController::showPreferencesWindow()
 {
     const bool first = !m_preferencesController;
-    if (first)
+    if (first) {
         m_preferencesController = new PreferencesController(this);
+        connect(m_preferencesController, &PreferencesController::quitRequested, this, &LXController::requestQuit);
+    }
     QWidget *window = m_preferencesController->window();
     if (first)
         centre(window);

@@ -5,6 +5,8 @@
 
 #include <QChar>
 
+#include <utility>
+
 namespace LXShortcutKeys {
 namespace {
 
@@ -193,6 +195,50 @@ quint32 flagsForXModifiers(quint16 xModifiers)
     for (const Modifier &modifier : kModifiers) {
         if (modifier.xMask && (xModifiers & modifier.xMask))
             flags |= modifier.flag;
+    }
+    return flags;
+}
+
+std::optional<quint32> keysymForQtKey(int qtKey, bool keypad)
+{
+    if (keypad) {
+        if (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9)
+            return XK_KP_0 + (qtKey - Qt::Key_0);
+        static constexpr std::pair<int, quint32> kKeypad[] = { { Qt::Key_Period, XK_KP_Decimal },
+            { Qt::Key_Asterisk, XK_KP_Multiply }, { Qt::Key_Plus, XK_KP_Add }, { Qt::Key_Slash, XK_KP_Divide },
+            { Qt::Key_Minus, XK_KP_Subtract }, { Qt::Key_Equal, XK_KP_Equal }, { Qt::Key_Enter, XK_KP_Enter } };
+        for (const auto &[key, keysym] : kKeypad) {
+            if (key == qtKey)
+                return keysym;
+        }
+    }
+    // Qt's codes of the printable Latin-1 keys are their X key symbols.
+    if (qtKey >= Qt::Key_Space && qtKey <= Qt::Key_AsciiTilde)
+        return QChar(qtKey).toLower().unicode();
+    if (qtKey >= Qt::Key_F1 && qtKey <= Qt::Key_F20)
+        return XK_F1 + (qtKey - Qt::Key_F1);
+    static constexpr std::pair<int, quint32> kSpecial[] = { { Qt::Key_Return, XK_Return },
+        { Qt::Key_Enter, XK_KP_Enter }, { Qt::Key_Tab, XK_Tab }, { Qt::Key_Backtab, XK_Tab },
+        { Qt::Key_Backspace, XK_BackSpace }, { Qt::Key_Escape, XK_Escape }, { Qt::Key_Delete, XK_Delete },
+        { Qt::Key_Clear, XK_Clear }, { Qt::Key_Help, XK_Help }, { Qt::Key_Home, XK_Home }, { Qt::Key_End, XK_End },
+        { Qt::Key_PageUp, XK_Page_Up }, { Qt::Key_PageDown, XK_Page_Down }, { Qt::Key_Left, XK_Left },
+        { Qt::Key_Right, XK_Right }, { Qt::Key_Up, XK_Up }, { Qt::Key_Down, XK_Down } };
+    for (const auto &[key, keysym] : kSpecial) {
+        if (key == qtKey)
+            return keysym;
+    }
+    return std::nullopt;
+}
+
+quint32 flagsForQtModifiers(Qt::KeyboardModifiers modifiers)
+{
+    static constexpr std::pair<Qt::KeyboardModifier, quint32> kFlags[]
+        = { { Qt::ShiftModifier, kShiftFlag }, { Qt::ControlModifier, kControlFlag }, { Qt::AltModifier, kOptionFlag },
+              { Qt::MetaModifier, kCommandFlag }, { Qt::KeypadModifier, kNumericPadFlag } };
+    quint32 flags = 0;
+    for (const auto &[modifier, flag] : kFlags) {
+        if (modifiers & modifier)
+            flags |= flag;
     }
     return flags;
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QtGlobal>
+#include <qnamespace.h>
 
 #include <optional>
 
@@ -34,6 +35,12 @@ bool isFunctionKey(int virtualKey);
 // and back; the numeric-pad and function flags have no X modifier.
 quint16 xModifiersForFlags(quint32 flags);
 quint32 flagsForXModifiers(quint16 xModifiers);
+
+// The X key symbol of a Qt key, for platforms whose key events carry no
+// native key symbol (offscreen); `keypad` picks the keypad's symbols.
+std::optional<quint32> keysymForQtKey(int qtKey, bool keypad);
+// The flags of Qt's modifiers (Meta is Command, Alt is Option).
+quint32 flagsForQtModifiers(Qt::KeyboardModifiers modifiers);
 
 } // namespace LXShortcutKeys
 

@@ -1,9 +1,22 @@
 #include "PreferencesController.h"
 
+#include "ConfigKeyEditor.h"
+#include "GlobalHotKey.h"
+#include "LXDefaultsKeys.h"
 #include "LXPanelWindow.h"
+#include "LXShortcutKeys.h"
+#include "LXUserDefaults.h"
+#include "ui_Preferences.h"
 
+#include <QComboBox>
 #include <QLabel>
-#include <QVBoxLayout>
+
+namespace {
+
+// Key codes of F1 to F12, the items of the shortcut list in order.
+constexpr int kFunctionKeyCodes[] = { 122, 120, 99, 118, 96, 97, 98, 100, 101, 109, 103, 111 };
+
+} // namespace
 
 PreferencesController::PreferencesController(QObject *parent)
     : QObject(parent)
@@ -15,17 +28,102 @@ QWidget *PreferencesController::window()
 {
     if (!m_window) {
         m_window = std::make_unique<LXPanelWindow>();
-        m_window->setWindowTitle(tr("Preferences"));
+        m_ui = std::make_unique<Ui::Preferences>();
+        m_ui->setupUi(m_window.get());
         m_window->setObjectName(QStringLiteral("Preferences"));
-        auto *layout = new QVBoxLayout(m_window.get());
-        layout->addWidget(new QLabel(tr("Record/pause shortcut settings will appear here."), m_window.get()));
-        m_window->resize(380, 160);
+        QComboBox *comboBox = m_ui->recordPauseShortcutComboBox;
+        for (int index = 0; index < int(std::size(kFunctionKeyCodes)); ++index)
+            comboBox->addItem(QStringLiteral("\u2318 F%1").arg(index + 1));
+        m_configKeyEditor = new ConfigKeyEditor(this);
+        comboBox->setLineEdit(m_configKeyEditor);
+        comboBox->setCompleter(nullptr);
+        comboBox->setInsertPolicy(QComboBox::NoInsert);
+        // Editing switches the hot key off, so it starts with a click, not
+        // whenever the window comes to the front and focuses its first field.
+        comboBox->setFocusPolicy(Qt::ClickFocus);
+        m_configKeyEditor->setFocusPolicy(Qt::ClickFocus);
+        m_configKeyEditor->setTextField(comboBox);
+        connect(comboBox, &QComboBox::activated, this, &PreferencesController::comboBoxWillDismiss);
+        windowDidLoad();
     }
     return m_window.get();
 }
 
+QLabel *PreferencesController::recordPauseShortcutLabelTextField() const
+{
+    return m_ui ? m_ui->recordPauseShortcutLabelTextField : nullptr;
+}
+
+QComboBox *PreferencesController::recordPauseShortcutComboBox() const
+{
+    return m_ui ? m_ui->recordPauseShortcutComboBox : nullptr;
+}
+
+void PreferencesController::windowDidLoad()
+{
+    m_window->adjustSize();
+    m_window->setFixedSize(m_window->size());
+    refreshPreferenceValues();
+}
+
+void PreferencesController::refreshPreferenceValues()
+{
+    LXUserDefaults &defaults = LXUserDefaults::standard();
+    const qint64 keyCode = defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyCode);
+    const qint64 modifiers = defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyModifiers);
+    QComboBox *comboBox = m_ui->recordPauseShortcutComboBox;
+    comboBox->setCurrentIndex(-1);
+    comboBox->setEditText(LXShortcutDisplayString(int(keyCode), quint32(modifiers)));
+    refreshPreferenceForcedValues();
+    defaults.synchronize();
+}
+
+void PreferencesController::refreshPreferenceForcedValues()
+{
+    const LXUserDefaults &defaults = LXUserDefaults::standard();
+    // Forcing one of the two alone leaves the shortcut editable on purpose.
+    const bool forced
+        = defaults.isForced(LXDefaultsKeys::GlobalKeyCode) && defaults.isForced(LXDefaultsKeys::GlobalKeyModifiers);
+    m_ui->recordPauseShortcutLabelTextField->setEnabled(!forced);
+    m_ui->recordPauseShortcutComboBox->setEnabled(!forced);
+}
+
+void PreferencesController::comboBoxWillDismiss(int selectedIndex)
+{
+    if (selectedIndex < 0 || selectedIndex >= int(std::size(kFunctionKeyCodes)))
+        return;
+    LXUserDefaults &defaults = LXUserDefaults::standard();
+    defaults.setValue(qint64(LXShortcutKeys::kCommandFlag), LXDefaultsKeys::GlobalKeyModifiers);
+    defaults.setValue(qint64(kFunctionKeyCodes[selectedIndex]), LXDefaultsKeys::GlobalKeyCode);
+    defaults.synchronize();
+    registerRecordPauseShortcutKey();
+}
+
+void PreferencesController::keyEditorFinished(const QString &, QWidget *, int virtualKey, quint32 modifiers)
+{
+    LXUserDefaults &defaults = LXUserDefaults::standard();
+    defaults.setValue(qint64(modifiers), LXDefaultsKeys::GlobalKeyModifiers);
+    defaults.setValue(qint64(virtualKey), LXDefaultsKeys::GlobalKeyCode);
+    defaults.synchronize();
+    registerRecordPauseShortcutKey();
+}
+
+void PreferencesController::controlTextDidCancelEditing(ConfigKeyEditor *editor)
+{
+    editor->endEditing();
+}
+
+void PreferencesController::terminate()
+{
+    emit quitRequested();
+}
+
 void PreferencesController::registerRecordPauseShortcutKey()
 {
-    // No global key is grabbed until the hot key is built; the defaults it
-    // reads are registered by the application controller.
+    const LXUserDefaults &defaults = LXUserDefaults::standard();
+    const qint64 keyCode = defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyCode);
+    const qint64 modifiers = defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyModifiers);
+    GlobalHotKey &hotKey = GlobalHotKey::instance();
+    hotKey.removeHotKey(GlobalHotKey::kRecordPauseHotKeyID);
+    hotKey.setHotKey(GlobalHotKey::kRecordPauseHotKeyID, int(keyCode & 0xFFFF), quint32(modifiers));
 }

@@ -4,10 +4,18 @@
 
 #include <memory>
 
+class ConfigKeyEditor;
 class LXPanelWindow;
+class QComboBox;
+class QLabel;
 class QWidget;
+namespace Ui {
+class Preferences;
+}
 
-// The Preferences window: the global record/pause shortcut.
+// The Preferences window loaded from "Preferences": the global record/pause
+// shortcut, chosen from Command-F1 to Command-F12 or typed into the field.
+// Every change is stored and the key re-registered at once.
 class PreferencesController final : public QObject
 {
     Q_OBJECT
@@ -18,11 +26,30 @@ public:
     ~PreferencesController() override;
 
     QWidget *window();
+    QLabel *recordPauseShortcutLabelTextField() const;
+    QComboBox *recordPauseShortcutComboBox() const;
+    ConfigKeyEditor *configKeyEditor() const { return m_configKeyEditor; }
 
-    // Registers the global record/pause key from "GlobalKeyCode" and
-    // "GlobalKeyModifiers".
+    // Grabs the global record/pause key from "GlobalKeyCode" and
+    // "GlobalKeyModifiers", replacing the one grabbed before.
     static void registerRecordPauseShortcutKey();
 
+    void refreshPreferenceValues();
+    void refreshPreferenceForcedValues();
+    // The shortcut list closed on item `selectedIndex`.
+    void comboBoxWillDismiss(int selectedIndex);
+    void keyEditorFinished(const QString &display, QWidget *textView, int virtualKey, quint32 modifiers);
+    void controlTextDidCancelEditing(ConfigKeyEditor *editor);
+    // The key editor's Command-Q.
+    void terminate();
+
+signals:
+    void quitRequested();
+
 private:
+    void windowDidLoad();
+
     std::unique_ptr<LXPanelWindow> m_window;
+    std::unique_ptr<Ui::Preferences> m_ui;
+    ConfigKeyEditor *m_configKeyEditor = nullptr;
 };

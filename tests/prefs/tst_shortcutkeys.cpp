@@ -29,6 +29,12 @@ private slots:
         QCOMPARE(virtualKeyForKeysym(XK_Q), std::optional<int>(12));
         QCOMPARE(virtualKeyForKeysym(XK_VoidSymbol), std::nullopt);
         QVERIFY(isFunctionKey(96) && isFunctionKey(0x5A) && !isFunctionKey(0) && !isFunctionKey(0x7B));
+        // Qt's keys, where the platform gives no key symbol, reach the same codes.
+        const std::tuple<int, bool, int> qtKeys[]
+            = { { Qt::Key_A, false, 0 }, { Qt::Key_BracketRight, false, 0x1E }, { Qt::Key_F20, false, 0x5A },
+                  { Qt::Key_Down, false, 0x7D }, { Qt::Key_Enter, true, 0x4C }, { Qt::Key_7, true, 0x59 } };
+        for (const auto &[qtKey, keypad, code] : qtKeys)
+            QCOMPARE(virtualKeyForKeysym(keysymForQtKey(qtKey, keypad).value_or(0)), std::optional<int>(code));
     }
 
     void modifiersTranslateBothWays()

@@ -1,0 +1,188 @@
+#include "GlobalHotKey.h"
+
+#include "LXShortcutKeys.h"
+#include "Log.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+
+#include <cstdlib>
+
+namespace {
+
+class NullHotKey final : public GlobalHotKey
+{
+public:
+    bool isSystemWide() const override { return false; }
+    bool setHotKey(quint32, int, quint32) override
+    {
+        if (!m_logged) {
+            Log::format(QStringLiteral("No global record/pause key: the display (%@) is not an X server"),
+                { QGuiApplication::platformName() });
+            m_logged = true;
+        }
+        return false;
+    }
+    void removeHotKey(quint32) override { }
+    OperatingMode operatingMode() const override { return m_mode; }
+    void setOperatingMode(OperatingMode mode) override { m_mode = mode; }
+    quint32 hotKeyForNativeEvent(const QByteArray &, void *) override { return 0; }
+
+private:
+    OperatingMode m_mode = Normal;
+    bool m_logged = false;
+};
+
+struct KeySymbolsFree
+{
+    void operator()(xcb_key_symbols_t *symbols) const { xcb_key_symbols_free(symbols); }
+};
+
+// A passive grab of the combination on the root window, on Qt's own
+// connection, so the key events arrive through Qt's native event filters.
+class X11HotKey final : public GlobalHotKey
+{
+public:
+    X11HotKey(xcb_connection_t *connection)
+        : m_connection(connection)
+        , m_root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root)
+        , m_symbols(xcb_key_symbols_alloc(connection))
+    { }
+
+    bool isSystemWide() const override { return true; }
+    bool setHotKey(quint32 identifier, int virtualKey, quint32 modifierFlags) override
+    {
+        removeHotKey(identifier);
+        const std::optional<quint32> keysym = LXShortcutKeys::keysymForVirtualKey(virtualKey);
+        xcb_keycode_t *codes = keysym ? xcb_key_symbols_get_keycode(m_symbols.get(), *keysym) : nullptr;
+        const xcb_keycode_t keycode = codes ? codes[0] : XCB_NO_SYMBOL;
+        std::free(codes);
+        if (keycode == XCB_NO_SYMBOL) {
+            Log::format(QStringLiteral("The record/pause key %@ has no key on this keyboard"),
+                { LXShortcutDisplayString(virtualKey, modifierFlags) });
+            return false;
+        }
+        m_identifier = identifier;
+        m_keycode = keycode;
+        m_modifiers = LXShortcutKeys::xModifiersForFlags(modifierFlags);
+        m_name = LXShortcutDisplayString(virtualKey, modifierFlags);
+        m_pressed = false;
+        return m_mode == AllDisabled || grab();
+    }
+
+    void removeHotKey(quint32 identifier) override
+    {
+        if (identifier != m_identifier || !m_keycode)
+            return;
+        if (m_mode == Normal)
+            ungrab();
+        m_keycode = 0;
+        m_identifier = 0;
+    }
+
+    OperatingMode operatingMode() const override { return m_mode; }
+    void setOperatingMode(OperatingMode mode) override
+    {
+        if (mode == m_mode)
+            return;
+        m_mode = mode;
+        if (!m_keycode)
+            return;
+        if (mode == AllDisabled)
+            ungrab();
+        else
+            grab();
+    }
+
+    quint32 hotKeyForNativeEvent(const QByteArray &eventType, void *message) override
+    {
+        if (!m_keycode || eventType != "xcb_generic_event_t")
+            return 0;
+        const auto *event = static_cast<const xcb_generic_event_t *>(message);
+        const uint8_t type = event->response_type & ~0x80;
+        if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
+            return 0;
+        const auto *key = reinterpret_cast<const xcb_key_press_event_t *>(event);
+        if (key->detail != m_keycode || key->event != m_root)
+            return 0;
+        if (type == XCB_KEY_RELEASE) {
+            m_pressed = false;
+            m_releaseTime = key->time;
+            return 0;
+        }
+        // A held key repeats as more presses (detectable auto-repeat) or as
+        // release-press pairs carrying one timestamp.
+        const bool repeat = m_pressed || (m_releaseTime && key->time == m_releaseTime);
+        m_pressed = true;
+        if (repeat) {
+            ++m_ignoredRepeats;
+            return 0;
+        }
+        const uint16_t relevant = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+        return (key->state & relevant) == m_modifiers ? m_identifier : 0;
+    }
+
+    int ignoredRepeats() const override { return m_ignoredRepeats; }
+
+private:
+    // Caps Lock and Num Lock must not stop the combination.
+    static constexpr uint16_t kLockVariants[]
+        = { 0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2 };
+
+    bool grab()
+    {
+        bool ok = true;
+        for (uint16_t variant : kLockVariants) {
+            const xcb_void_cookie_t cookie = xcb_grab_key_checked(
+                m_connection, 1, m_root, m_modifiers | variant, m_keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            if (xcb_generic_error_t *error = xcb_request_check(m_connection, cookie)) {
+                ok = false;
+                std::free(error);
+            }
+        }
+        if (!ok)
+            Log::format(
+                QStringLiteral("Could not register the record/pause key %@: another application holds it"), { m_name });
+        return ok;
+    }
+
+    void ungrab()
+    {
+        for (uint16_t variant : kLockVariants)
+            xcb_ungrab_key(m_connection, m_keycode, m_root, m_modifiers | variant);
+        xcb_flush(m_connection);
+    }
+
+    xcb_connection_t *const m_connection;
+    const xcb_window_t m_root;
+    const std::unique_ptr<xcb_key_symbols_t, KeySymbolsFree> m_symbols;
+    quint32 m_identifier = 0;
+    xcb_keycode_t m_keycode = 0;
+    uint16_t m_modifiers = 0;
+    QString m_name;
+    OperatingMode m_mode = Normal;
+    bool m_pressed = false;
+    xcb_timestamp_t m_releaseTime = 0;
+    int m_ignoredRepeats = 0;
+};
+
+std::unique_ptr<GlobalHotKey> makeHotKey()
+{
+    if (qEnvironmentVariable("LUMEX_HOTKEY") != QLatin1String("none")) {
+        if (auto *x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr) {
+            if (xcb_connection_t *connection = x11->connection())
+                return std::make_unique<X11HotKey>(connection);
+        }
+    }
+    return std::make_unique<NullHotKey>();
+}
+
+} // namespace
+
+GlobalHotKey &GlobalHotKey::instance()
+{
+    static const std::unique_ptr<GlobalHotKey> hotKey = makeHotKey();
+    return *hotKey;
+}

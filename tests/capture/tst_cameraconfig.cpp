@@ -1,0 +1,98 @@
+// The camera configuration window on test devices against the simulator:
+// preselection from the agent's configuration, what a selection writes, and
+// binding through the helpers.
+
+#include "CameraConfigController.h"
+#include "CaptureSession.h"
+#include "PropertyList.h"
+
+#include "SimSandbox.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+
+class TestCameraConfig : public QObject
+{
+    Q_OBJECT
+
+    SimSandbox m_sim;
+    QVariantMap config() const { return PropertyList::readFile(m_sim.globalConfig()).toMap(); }
+    void setConfig(const QVariantMap &values) const
+    {
+        QVERIFY(QDir().mkpath(QFileInfo(m_sim.globalConfig()).path()));
+        QVERIFY(PropertyList::writeFile(m_sim.globalConfig(), values, true));
+    }
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("LUMEX_CAPTURE_HARDWARE", "0");
+        qputenv("LUMEX_TEST_DEVICES", "camera:cam1:Test Camera;microphone:mic1;muxed:dv1:Test Camcorder");
+    }
+    void init() { QVERIFY(m_sim.resetState()); }
+
+    void preselectionAndPreview_data()
+    {
+        QTest::addColumn<QString>("configured");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("inputs");
+        QTest::addColumn<bool>("levelTimer");
+        QTest::newRow("muxed for both, opened once") << QStringLiteral("test:dv1") << 3 << 1 << false;
+        QTest::newRow("gone, so Automatic") << QStringLiteral("test:gone") << 0 << 2 << true;
+    }
+    void preselectionAndPreview()
+    {
+        QFETCH(QString, configured);
+        QFETCH(int, index);
+        QFETCH(int, inputs);
+        QFETCH(bool, levelTimer);
+        setConfig({ { "RecordingVideoInput", configured }, { "RecordingAudioInput", configured } });
+        CameraConfigController controller;
+        controller.window();
+        QCOMPARE(controller.cameraList().size(), 4); // Automatic, separator, camera, camcorder
+        QCOMPARE(controller.selectedCameraIndex(), index);
+        QCOMPARE(controller.captureSession()->inputs().size(), inputs);
+        QCOMPARE(controller.isLevelTimerRunning(), levelTimer);
+    }
+
+    void selectionWritesTheAgentConfigurationOnlyWhenUnlocked()
+    {
+        CameraConfigController controller;
+        controller.window();
+        controller.setSelectedCameraIndex(2);
+        QCOMPARE(controller.captureSession()->inputs().first()->device()->uniqueID(), QStringLiteral("test:cam1"));
+        QVERIFY(!config().contains("VideoDevice"));
+        controller.unlock();
+        QVERIFY(controller.isUnlocked());
+        controller.setSelectedMicrophoneIndex(0);
+        QTRY_COMPARE(config().value("AudioDevice"), QStringLiteral("Automatic"));
+    }
+
+    void bindStartsTheAgentAndClosesOrAlerts()
+    {
+        for (bool succeeds : { false, true }) {
+            succeeds ? m_sim.clearFaults() : m_sim.setFault("--bind", { { "status", 0 } });
+            CameraConfigController controller;
+            QWidget *window = controller.window();
+            window->show();
+            controller.bindCameraToServer();
+            QDialog *panel = controller.serverAuthPanel();
+            panel->findChild<QLineEdit *>("serverField")->setText(SimSandbox::kServerHost);
+            panel->findChild<QLineEdit *>("userField")->setText(SimSandbox::kUser);
+            panel->findChild<QLineEdit *>("passwordField")->setText(SimSandbox::kPassword);
+            controller.dismissBindAuthPanel(true);
+            if (succeeds) {
+                QTRY_VERIFY(!window->isVisible());
+                QVERIFY(PropertyList::readFile(m_sim.state("agent.plist")).toMap().value("running").toBool());
+            } else {
+                QTRY_VERIFY(panel->findChild<QMessageBox *>());
+                QCOMPARE(panel->findChild<QMessageBox *>()->text(), QStringLiteral("Binding failed"));
+                QVERIFY(panel->isVisible() && controller.notPerformingBind());
+            }
+        }
+    }
+};
+
+QTEST_MAIN(TestCameraConfig)
+#include "tst_cameraconfig.moc"
