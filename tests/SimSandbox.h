@@ -291,17 +291,12 @@ public:
     // "--listcameras" then names; returns the port (0: it did not start).
     quint16 startPreviewHost(QProcess &host) const
     {
-        for (const char *file :
-            { "/usr/libexec/orvane/orvxpreviewd", "/etc/orvane-sim/preview.crt", "/etc/orvane-sim/preview.key" }) {
-            QDir().mkpath(QFileInfo(sysroot() + file).absolutePath());
-            QFile::remove(sysroot() + file);
-            QFile::copy(QStringLiteral(LUMEX_SIM_ROOT) + file, sysroot() + file);
-        }
-        QFile::remove(state(QStringLiteral("preview-port")));
-        host.start(tool(QStringLiteral("orvxpreviewd")), { QStringLiteral("--port"), QStringLiteral("0") });
-        if (!QTest::qWaitFor([&] { return !readFile(state(QStringLiteral("preview-port"))).isEmpty(); }, 10000))
-            return 0;
-        return quint16(readFile(state(QStringLiteral("preview-port"))).toUInt());
+        for (const QString file :
+            { "/usr/libexec/orvane/orvxpreviewd", "/etc/orvane-sim/preview.crt", "/etc/orvane-sim/preview.key" })
+            QDir().mkpath(QFileInfo(sysroot() + file).path()), QFile::copy(LUMEX_SIM_ROOT + file, sysroot() + file);
+        host.start(tool("orvxpreviewd"), { "--port", "0" });
+        const QString port = state("preview-port");
+        return QTest::qWaitFor([&] { return QFile::exists(port); }, 10000) ? readFile(port).toUInt() : 0;
     }
 
 private:
