@@ -1,9 +1,44 @@
 #include "TransfersController.h"
 
 #include "LXPanelWindow.h"
+#include "OrvaneServerInterface.h"
+#include "PropertyList.h"
+#include "TransferCell.h"
 
-#include <QLabel>
-#include <QVBoxLayout>
+#include "ui_Transfers.h"
+
+#include <QEvent>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QMimeDatabase>
+#include <QTimer>
+
+namespace {
+
+constexpr int kRowHeight = 58;
+
+// Keeps the row colours in step with the window's activation.
+class ActivationWatcher final : public QObject
+{
+public:
+    ActivationWatcher(QObject *parent, std::function<void()> changed)
+        : QObject(parent)
+        , m_changed(std::move(changed))
+    { }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::ActivationChange)
+            m_changed();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> m_changed;
+};
+
+} // namespace
 
 TransfersController::TransfersController(QObject *parent)
     : QObject(parent)
@@ -13,21 +48,189 @@ TransfersController::~TransfersController() = default;
 
 QWidget *TransfersController::window()
 {
-    if (!m_window) {
-        m_window = std::make_unique<LXPanelWindow>();
-        m_window->setWindowTitle(tr("Transfers"));
-        m_window->setObjectName(QStringLiteral("Transfers"));
-        auto *layout = new QVBoxLayout(m_window.get());
-        auto *empty = new QLabel(tr("No uploads in progress."), m_window.get());
-        empty->setAlignment(Qt::AlignCenter);
-        layout->addWidget(empty);
-        m_window->resize(420, 300);
-        connect(m_window.get(), &LXPanelWindow::willClose, this, &TransfersController::windowWillClose);
-    }
+    if (m_window)
+        return m_window.get();
+    m_window = std::make_unique<LXPanelWindow>();
+    m_ui = std::make_unique<Ui::Transfers>();
+    m_ui->setupUi(m_window.get());
+    m_window->setObjectName(QStringLiteral("Transfers"));
+    QTableWidget *table = m_ui->transfersTableView;
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table->verticalHeader()->setDefaultSectionSize(kRowHeight);
+    connect(m_ui->clearButton, &QPushButton::clicked, this, &TransfersController::clearTransfers);
+    connect(
+        table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersController::updateRowColours);
+    m_window->installEventFilter(new ActivationWatcher(this, [this] { updateRowColours(); }));
+    connect(m_window.get(), &LXPanelWindow::willClose, this, &TransfersController::windowAboutToClose);
+    reloadTable({});
     return m_window.get();
 }
 
 void TransfersController::startPollingSubmissions()
 {
-    // The upload list arrives with the transfers window itself.
+    if (!m_transfers)
+        m_transfers = QVariantList();
+    if (m_refreshTimer)
+        return;
+    refreshTransfers();
+    m_refreshTimer = new QTimer(this);
+    m_refreshTimer->setInterval(kRefreshMsec);
+    connect(m_refreshTimer, &QTimer::timeout, this, &TransfersController::refreshTransfers);
+    m_refreshTimer->start();
+}
+
+void TransfersController::stopPollingSubmissions()
+{
+    // An open window keeps polling for its own display until it closes.
+    if (m_window && m_window->isVisible() && !m_isTransfersWindowAboutToClose)
+        return;
+    delete m_refreshTimer;
+    m_refreshTimer = nullptr;
+    m_transfers.reset();
+}
+
+void TransfersController::windowAboutToClose()
+{
+    m_isTransfersWindowAboutToClose = true;
+    stopPollingSubmissions();
+    m_isTransfersWindowAboutToClose = false;
+    emit windowWillClose();
+}
+
+void TransfersController::refreshTransfers()
+{
+    QVariantList rows;
+    const std::optional<QVariantMap> statuses = OrvaneServerInterface::transferStatuses();
+    if (statuses) {
+        rows.reserve(statuses->size());
+        // The tool's order, deliberately unsorted.
+        for (const QVariant &record : *statuses) {
+            QVariantMap row = record.toMap();
+            const QString metadataFile = row.value(QStringLiteral("cached_metadata_file")).toString();
+            row.insert(QStringLiteral("metadata"), metadataForFile(metadataFile));
+            const QVariantList paths = row.value(QStringLiteral("content_paths")).toList();
+            if (!paths.isEmpty())
+                row.insert(QStringLiteral("fileIcon"), iconNameForFile(paths.first().toString()));
+            rows.append(row);
+        }
+    }
+    const QVariantList previous = m_transfers.value_or(QVariantList());
+    m_transfers = std::move(rows);
+    reloadTable(previous);
+    if (m_controller)
+        m_controller->updateSubmissionStatus();
+}
+
+void TransfersController::reloadTable(const QVariantList &previous)
+{
+    if (!m_ui)
+        return;
+    const qsizetype n = m_transfers ? m_transfers->size() : 0;
+    QTableWidget *table = m_ui->transfersTableView;
+    const int before = table->rowCount();
+    // Removed rows take their views with them; added rows get fresh ones.
+    if (before != n)
+        table->setRowCount(int(n));
+    for (int row = before; row < n; ++row)
+        table->setCellWidget(row, 0, new TransferCell);
+    for (int row = 0; row < n; ++row) {
+        // Most uploads of a long queue stay as they were between polls.
+        if (row >= before || row >= previous.size() || previous.at(row) != m_transfers->at(row))
+            cellForRow(row)->setObjectValue(m_transfers->at(row));
+    }
+    if (before != n)
+        updateRowColours();
+
+    QString count;
+    if (n < 1)
+        count = tr("No Transfers");
+    else if (n == 1)
+        count = tr("1 Transfer");
+    else
+        count = tr("%n Transfers", nullptr, int(n));
+    if (m_ui->numberOfTransfersTextField->text() != count)
+        m_ui->numberOfTransfersTextField->setText(count);
+    m_ui->clearButton->setEnabled(n >= 1);
+}
+
+void TransfersController::updateRowColours()
+{
+    if (!m_ui)
+        return;
+    QTableWidget *table = m_ui->transfersTableView;
+    const bool active = m_window->isActiveWindow();
+    const QItemSelectionModel *selection = table->selectionModel();
+    for (int row = 0; row < table->rowCount(); ++row) {
+        if (TransferCell *cell = cellForRow(row))
+            cell->setHighlighted(active && selection->isRowSelected(row, QModelIndex()));
+    }
+}
+
+void TransfersController::clearTransfers()
+{
+    OrvaneServerInterface::clearCompletedTransferStatuses();
+    reloadTable({});
+}
+
+QString TransfersController::transferStatusForUUID(const QString &uuid) const
+{
+    if (!m_transfers)
+        return QString();
+    for (const QVariant &row : *m_transfers) {
+        const QVariantMap map = row.toMap();
+        if (map.value(QStringLiteral("upload_uuid")).toString() == uuid)
+            return map.value(QStringLiteral("status")).toString();
+    }
+    return QString();
+}
+
+QVariant TransfersController::metadataForFile(const QString &path)
+{
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.isFile()) {
+        m_metadataCache.remove(path);
+        return QVariant();
+    }
+    CachedMetadata &cached = m_metadataCache[path];
+    const QDateTime modified = info.lastModified();
+    if (cached.size != info.size() || cached.modified != modified) {
+        const QVariant metadata = PropertyList::readFile(path);
+        cached = { modified, info.size(), metadata.typeId() == QMetaType::QVariantMap ? metadata : QVariant() };
+    }
+    return cached.metadata;
+}
+
+QString TransfersController::iconNameForFile(const QString &path)
+{
+    // By name only: reading the file's content for every row of every poll
+    // would cost more than the poll itself.
+    const QString suffix = QFileInfo(path).suffix();
+    auto it = m_iconNames.constFind(suffix);
+    if (it != m_iconNames.cend())
+        return *it;
+    static const QMimeDatabase mimes;
+    const QMimeType type = mimes.mimeTypeForFile(path, QMimeDatabase::MatchExtension);
+    const QString name = type.iconName();
+    m_iconNames.insert(suffix, name);
+    return name;
+}
+
+QString TransfersController::numberOfTransfersText() const
+{
+    return m_ui ? m_ui->numberOfTransfersTextField->text() : QString();
+}
+
+bool TransfersController::clearButtonEnabled() const
+{
+    return m_ui && m_ui->clearButton->isEnabled();
+}
+
+TransferCell *TransfersController::cellForRow(int row) const
+{
+    return m_ui ? qobject_cast<TransferCell *>(m_ui->transfersTableView->cellWidget(row, 0)) : nullptr;
+}
+
+int TransfersController::numberOfRows() const
+{
+    return m_ui ? m_ui->transfersTableView->rowCount() : 0;
 }

@@ -2,20 +2,37 @@
 
 #include "TransfersControllerDelegate.h"
 
+#include <QDateTime>
+#include <QHash>
 #include <QObject>
+#include <QVariantList>
 
 #include <memory>
+#include <optional>
 
 class LXPanelWindow;
+class QTimer;
 class QWidget;
+class TransferCell;
 
-// The transfers window: the uploads in progress.
+namespace Ui {
+class Transfers;
+}
+
+// The transfers window and the polling of the machine's upload queue. Polls
+// every 2.0 s while the window is shown or while the application controller
+// follows a submission; each poll runs the tool synchronously on the main
+// thread, so everything after it is kept cheap: metadata files are read
+// again only when they change, icons come from the file name, and row views
+// are reused and touched only where their content changed.
 class TransfersController final : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TransfersController)
 
 public:
+    static constexpr int kRefreshMsec = 2000;
+
     explicit TransfersController(QObject *parent = nullptr);
     ~TransfersController() override;
 
@@ -23,13 +40,49 @@ public:
     void setController(TransfersControllerDelegate *controller) { m_controller = controller; }
     QWidget *window();
 
-    // Starts following the upload queue while the window is shown.
+    // Called when the window is shown and when a submission starts.
     void startPollingSubmissions();
+    // Ignored while the window is on screen and not closing.
+    void stopPollingSubmissions();
+    bool isPolling() const { return m_refreshTimer != nullptr; }
+    void refreshTransfers();
+    // The "status" of the first row of the last poll with this
+    // "upload_uuid"; null when there is none. Never asks the tool.
+    QString transferStatusForUUID(const QString &uuid) const;
+    // The rows of the last poll; nullopt while not polling.
+    std::optional<QVariantList> transfers() const { return m_transfers; }
+    void clearTransfers();
+
+    // The window's parts, for the application's tests and screenshots.
+    QString numberOfTransfersText() const;
+    bool clearButtonEnabled() const;
+    TransferCell *cellForRow(int row) const;
+    int numberOfRows() const;
 
 signals:
     void windowWillClose();
 
 private:
+    struct CachedMetadata
+    {
+        QDateTime modified;
+        qint64 size = -1;
+        QVariant metadata;
+    };
+
+    void windowAboutToClose();
+    // Rows equal to the same row of `previous` keep their view untouched.
+    void reloadTable(const QVariantList &previous);
+    void updateRowColours();
+    QVariant metadataForFile(const QString &path);
+    QString iconNameForFile(const QString &path);
+
     TransfersControllerDelegate *m_controller = nullptr;
     std::unique_ptr<LXPanelWindow> m_window;
+    std::unique_ptr<Ui::Transfers> m_ui;
+    QTimer *m_refreshTimer = nullptr;
+    std::optional<QVariantList> m_transfers;
+    bool m_isTransfersWindowAboutToClose = false;
+    QHash<QString, CachedMetadata> m_metadataCache;
+    QHash<QString, QString> m_iconNames;
 };

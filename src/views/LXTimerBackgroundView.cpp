@@ -11,13 +11,9 @@ void LXTimerBackgroundView::paintEvent(QPaintEvent *)
 {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
-    const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     QPainterPath shape;
-    shape.addRoundedRect(r, 8, 8);
-    QLinearGradient g(r.topLeft(), r.bottomLeft());
-    g.setColorAt(0, QColor(8, 8, 10, 230));
-    g.setColorAt(1, QColor(26, 26, 30, 230));
-    p.fillPath(shape, g);
-    p.setPen(QPen(QColor(255, 255, 255, 40), 1));
+    shape.addRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 7.5, 7.5);
+    p.fillPath(shape, QColor::fromRgbF(0, 0, 0, 0.7f));
+    p.setPen(QPen(QColor::fromRgbF(1, 1, 1, 0.7f), 1));
     p.drawPath(shape);
 }

@@ -15,27 +15,17 @@ class TestBase : public QObject
     Q_OBJECT
 
 private slots:
-    void formatsTheSystemsTexts_data()
-    {
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("nil object") << lxFormat("%@\n%@", { QStringLiteral("out"), QString() }) << "out\n(null)";
-        QTest::newRow("empty is not nil") << lxFormat("[%@]", { QStringLiteral("") }) << "[]";
-        QTest::newRow("negative status") << lxFormat("status: %d.", { -1 }) << "status: -1.";
-        QTest::newRow("padded clock") << lxFormat("%02d:%02d:%02d", { 1, 2, 3 }) << "01:02:03";
-        QTest::newRow("length modifiers") << lxFormat("%ld/%lu/%lld", { 7, 8u, 9LL }) << "7/8/9";
-        QTest::newRow("percent") << lxFormat("100%% done %@", { QStringLiteral("x") }) << "100% done x";
-        QTest::newRow("missing argument") << lxFormat("a %@ b %d", { QStringLiteral("x") }) << "a x b 0";
-        QTest::newRow("quoted value") << lxFormat("%@=\"%@\"", { QStringLiteral("Key"), QStringLiteral("a b") })
-                                      << "Key=\"a b\"";
-        QTest::newRow("non-ascii") << lxFormat(QStringLiteral("Grüße %@"), { QStringLiteral("Zoë") })
-                                   << QStringLiteral("Grüße Zoë");
-    }
     void formatsTheSystemsTexts()
     {
-        QFETCH(QString, format);
-        QFETCH(QString, expected);
-        QCOMPARE(format, expected);
+        QCOMPARE(lxFormat("%@\n%@", { QStringLiteral("out"), QString() }), "out\n(null)"); // nil object
+        QCOMPARE(lxFormat("[%@]", { QStringLiteral("") }), "[]"); // empty is not nil
+        QCOMPARE(lxFormat("status: %d.", { -1 }), "status: -1.");
+        QCOMPARE(lxFormat("%02d:%02d:%02d", { 1, 2, 3 }), "01:02:03");
+        QCOMPARE(lxFormat("%ld/%lu/%lld", { 7, 8u, 9LL }), "7/8/9");
+        QCOMPARE(lxFormat("100%% done %@", { QStringLiteral("x") }), "100% done x");
+        QCOMPARE(lxFormat("a %@ b %d", { QStringLiteral("x") }), "a x b 0"); // missing argument
+        QCOMPARE(lxFormat("%@=\"%@\"", { QStringLiteral("Key"), QStringLiteral("a b") }), "Key=\"a b\"");
+        QCOMPARE(lxFormat(QStringLiteral("Grüße %@"), { QStringLiteral("Zoë") }), QStringLiteral("Grüße Zoë"));
     }
 
     void describesErrors()

@@ -1,11 +1,9 @@
 #pragma once
 
-// Reads back a movie file the way a player would: GStreamer's discoverer for
-// the tracks, then a full decode for the timestamps of every frame and sound
-// buffer, so tests see what a viewer would see.
+// Reads back a movie file the way a player would, decoding every frame and
+// sound buffer, so tests see what a viewer would see.
 
 #include <gst/gst.h>
-#include <gst/pbutils/pbutils.h>
 
 #include <QFile>
 #include <QStringList>
@@ -17,13 +15,13 @@
 struct MovieInspection
 {
     bool readable = false;
-    QString videoCodec; // GStreamer caps name, e.g. "video/x-h264"
+    QString videoCodec; // caps name of the stored track, e.g. "video/x-h264"
     int width = 0;
     int height = 0;
     QString audioCodec; // e.g. "audio/mpeg"
     int sampleRate = 0;
     int channels = 0;
-    double containerDuration = 0; // seconds, as the file's header says
+    double containerDuration = 0; // seconds, as the demuxer reports it
     // From decoding every frame and sound buffer, in seconds:
     double videoEnd = 0; // last frame's time + its duration
     double audioEnd = 0;
@@ -43,22 +41,34 @@ using Track = std::vector<std::pair<GstClockTime, GstClockTime>>;
 struct Decode
 {
     GstElement *pipeline = nullptr;
-    Track video, audio;
+    Track video = {}, audio = {};
+    MovieInspection *result = nullptr;
+    QString container = {}; // the first caps decodebin meets; the tracks' come next
 };
 
-inline QString capsName(GstDiscovererStreamInfo *info)
+inline gboolean onStreamFound(GstElement *, GstPad *, GstCaps *caps, gpointer data)
 {
-    GstCaps *caps = gst_discoverer_stream_info_get_caps(info);
+    auto *decode = static_cast<Decode *>(data);
     const QString name = QString::fromUtf8(gst_structure_get_name(gst_caps_get_structure(caps, 0)));
-    gst_caps_unref(caps);
-    return name;
+    QString &codec = name.startsWith(QLatin1String("video/")) ? decode->result->videoCodec : decode->result->audioCodec;
+    if (decode->container.isEmpty())
+        decode->container = name;
+    else if (codec.isEmpty())
+        codec = name;
+    return TRUE;
 }
 
 inline void onPadAdded(GstElement *, GstPad *pad, gpointer data)
 {
     auto *decode = static_cast<Decode *>(data);
-    GstCaps *caps = gst_pad_query_caps(pad, nullptr);
-    const bool video = g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), "video");
+    GstCaps *caps = gst_pad_get_current_caps(pad);
+    const GstStructure *s = gst_caps_get_structure(caps, 0);
+    const bool video = g_str_has_prefix(gst_structure_get_name(s), "video");
+    MovieInspection &r = *decode->result;
+    if (video)
+        gst_structure_get(s, "width", G_TYPE_INT, &r.width, "height", G_TYPE_INT, &r.height, nullptr);
+    else
+        gst_structure_get(s, "rate", G_TYPE_INT, &r.sampleRate, "channels", G_TYPE_INT, &r.channels, nullptr);
     gst_caps_unref(caps);
     GstElement *sink = gst_element_factory_make("fakesink", nullptr);
     g_object_set(sink, "signal-handoffs", TRUE, "sync", FALSE, nullptr);
@@ -129,38 +139,14 @@ inline MovieInspection inspectMovie(const QString &path)
         return result;
     scanAtoms(path, result);
 
-    GstDiscoverer *discoverer = gst_discoverer_new(20 * GST_SECOND, nullptr);
-    gchar *uri = gst_filename_to_uri(path.toUtf8().constData(), nullptr);
-    GstDiscovererInfo *info = gst_discoverer_discover_uri(discoverer, uri, nullptr);
-    g_free(uri);
-    if (info && gst_discoverer_info_get_result(info) == GST_DISCOVERER_OK) {
-        result.containerDuration = double(gst_discoverer_info_get_duration(info)) / GST_SECOND;
-        GList *videos = gst_discoverer_info_get_video_streams(info);
-        if (auto *v = videos ? GST_DISCOVERER_VIDEO_INFO(videos->data) : nullptr) {
-            result.width = int(gst_discoverer_video_info_get_width(v));
-            result.height = int(gst_discoverer_video_info_get_height(v));
-            result.videoCodec = capsName(GST_DISCOVERER_STREAM_INFO(v));
-        }
-        gst_discoverer_stream_info_list_free(videos);
-        GList *audios = gst_discoverer_info_get_audio_streams(info);
-        if (auto *a = audios ? GST_DISCOVERER_AUDIO_INFO(audios->data) : nullptr) {
-            result.sampleRate = int(gst_discoverer_audio_info_get_sample_rate(a));
-            result.channels = int(gst_discoverer_audio_info_get_channels(a));
-            result.audioCodec = capsName(GST_DISCOVERER_STREAM_INFO(a));
-        }
-        gst_discoverer_stream_info_list_free(audios);
-    }
-    if (info)
-        g_object_unref(info);
-    g_object_unref(discoverer);
-
-    Decode decode;
+    Decode decode { .result = &result };
     const QByteArray description = "filesrc name=source ! decodebin name=decode";
     decode.pipeline = gst_parse_launch(description.constData(), nullptr);
     GstElement *source = gst_bin_get_by_name(GST_BIN(decode.pipeline), "source");
     GstElement *decodebin = gst_bin_get_by_name(GST_BIN(decode.pipeline), "decode");
     g_object_set(source, "location", path.toUtf8().constData(), nullptr);
     g_signal_connect(decodebin, "pad-added", G_CALLBACK(onPadAdded), &decode);
+    g_signal_connect(decodebin, "autoplug-continue", G_CALLBACK(onStreamFound), &decode);
     gst_object_unref(source);
     gst_object_unref(decodebin);
     gst_element_set_state(decode.pipeline, GST_STATE_PLAYING);
@@ -170,6 +156,9 @@ inline MovieInspection inspectMovie(const QString &path)
     // A file cut off by a crash may end in an error after its last whole
     // fragment; what decoded up to there is what a viewer gets.
     result.readable = message != nullptr;
+    gint64 duration = 0;
+    if (gst_element_query_duration(decode.pipeline, GST_FORMAT_TIME, &duration))
+        result.containerDuration = double(duration) / GST_SECOND;
     if (message)
         gst_message_unref(message);
     gst_object_unref(bus);

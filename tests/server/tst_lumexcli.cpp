@@ -68,8 +68,11 @@ private slots:
         QVERIFY(QFileInfo::exists(movie)); // no --delete
         const ToolRun uploads = cli({ QStringLiteral("uploads") }, QByteArray());
         QCOMPARE(uploads.status, 0);
-        QCOMPARE(PropertyList::fromXml(uploads.out).toMap().value(uuid).toMap().value("workflow").toString(),
-            QStringLiteral("archive-only"));
+        const QVariantMap record = PropertyList::fromXml(uploads.out).toMap().value(uuid).toMap();
+        QCOMPARE(record.value("workflow").toString(), QStringLiteral("archive-only"));
+        // The server got the job data with the movie.
+        QCOMPARE(SimSandbox::readPlist(record.value("cached_metadata_file").toString()).value("Title").toString(),
+            QStringLiteral("From the shell"));
 
         // A workflow the server does not know: the tool's text, exit 1.
         const ToolRun bad = cli({ "submit", "--workflow", "nope", movie });

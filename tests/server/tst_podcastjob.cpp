@@ -1,5 +1,5 @@
 // The job's submission dictionary and the life of its capture agent task.
-// (How another reader sees the dictionary is checked in tst_remotejobs.)
+// (How another reader sees the dictionary is checked in tst_jobs.)
 
 #include "Log.h"
 #include "PodcastJob.h"

@@ -115,18 +115,6 @@ private slots:
         QCOMPARE(out + err.toUtf8(), QByteArray("out\nerr\n"));
     }
 
-    void environmentReplacesOursWhenGiven()
-    {
-        qputenv("LUMEX_RUNNER_PROBE", "inherited");
-        const QString env = u"/usr/bin/env"_s;
-        QByteArray out;
-        QCOMPARE(runExecutable(env, std::nullopt, QString(), &out, nullptr, QStringList { u"ONLY=this one"_s }), 0);
-        QCOMPARE(out, QByteArray("ONLY=this one\n"));
-        QCOMPARE(runExecutable(env, std::nullopt, QString(), &out, nullptr), 0);
-        QVERIFY(out.contains("LUMEX_RUNNER_PROBE=inherited\n"));
-        qunsetenv("LUMEX_RUNNER_PROBE");
-    }
-
     void largeStderrBeforeStdoutArrivesWhole()
     {
         // 8 MB on standard error before a single byte of output: a runner that

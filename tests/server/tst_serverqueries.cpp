@@ -8,6 +8,7 @@
 #include <QTimer>
 
 using Args = std::optional<QStringList>;
+using List = std::optional<QVariantList>;
 
 // One launch of the tool: the command, its further arguments, the password
 // and what the tool's standard input should then be, the tool's status and
@@ -110,38 +111,52 @@ private slots:
         QCOMPARE(resume, workflows);
     }
 
-    void workflowsComeAsTheServerListsThem_data()
+    void listsComeAsTheServerListsThem_data()
     {
-        QTest::addColumn<QVariantList>("workflows");
+        QTest::addColumn<QVariantMap>("reply"); // printed by the tool after a progress line
+        QTest::addColumn<bool>("cameras");
+        QTest::addColumn<List>("expected"); // null: no list, and no error either
         QVariantList unsorted; // neither by name nor by title
         for (const QString name : { "zeta", "alpha", "mid" }) {
             unsorted << QVariantMap { { "name", name }, { "title", "T " + name }, { "description", "d" },
                 { "uuid", "U-" + name }, { "extra", 42 } };
         }
-        QTest::newRow("server order") << unsorted;
-        QTest::newRow("empty list") << QVariantList {};
+        const QVariantMap onlyCameras { { "cameras", QVariantList {} } };
+        QTest::newRow("server order") << QVariantMap { { "workflows", unsorted } } << false << List(unsorted);
+        QTest::newRow("empty list") << QVariantMap { { "workflows", QVariantList {} } } << false
+                                    << List(QVariantList {});
+        QTest::newRow("workflows missing") << onlyCameras << false << List();
+        QTest::newRow("no cameras") << onlyCameras << true << List(QVariantList {});
     }
-    void workflowsComeAsTheServerListsThem()
+    void listsComeAsTheServerListsThem()
     {
-        QFETCH(QVariantList, workflows);
-        QVERIFY(SimSandbox::writePlist(m_sim.state("workflows.plist"), QVariantMap { { "workflows", workflows } }));
-        Error error;
-        const auto list = SimSandbox::makeInterface()->getWorkflowsError(&error);
-        QFile::remove(m_sim.state(QStringLiteral("workflows.plist")));
-        QVERIFY(error.domain.isEmpty());
-        QCOMPARE(list, workflows);
-    }
-
-    void listWithoutItsEntryIsNilWithoutError()
-    {
+        QFETCH(QVariantMap, reply);
+        QFETCH(bool, cameras);
+        QFETCH(List, expected);
         m_sim.installRecordingTool();
-        m_sim.setReply("progress\n" + PropertyList::toXml(QVariantMap { { "cameras", QVariantList {} } }), "", 0);
-        auto interface = SimSandbox::makeInterface();
+        m_sim.setReply("progress\n" + PropertyList::toXml(reply), "", 0);
         Error error;
-        QVERIFY(!interface->getWorkflowsError(&error));
+        auto interface = SimSandbox::makeInterface();
+        QCOMPARE(cameras ? interface->getCamerasError(&error) : interface->getWorkflowsError(&error), expected);
         QVERIFY(error.domain.isEmpty());
-        QCOMPARE(interface->getCamerasError(&error), QVariantList {}); // the same output is an empty camera list
-        QVERIFY(error.domain.isEmpty());
+
+        // The same through the asynchronous form, on the main thread; the
+        // worker keeps the interface alive after the caller lets it go.
+        QObject delegate;
+        std::optional<std::optional<Error>> reported;
+        List list;
+        const auto keep = [&](const List &l, const std::optional<Error> &e) {
+            QVERIFY(QThread::currentThread() == qApp->thread());
+            list = l;
+            reported = e;
+        };
+        if (cameras)
+            SimSandbox::makeInterface()->getCamerasForDelegate(&delegate, keep);
+        else
+            SimSandbox::makeInterface()->getWorkflowsForDelegate(&delegate, keep);
+        QTRY_VERIFY(reported);
+        QVERIFY(!*reported);
+        QCOMPARE(list, expected);
     }
 
     void queryFailures_data()
@@ -247,25 +262,6 @@ private slots:
         interface->requestPreviewUpdateForCameraName(QStringLiteral("Seminar Room"));
         QTRY_VERIFY(log.contains("Error: return code 4 when calling orvx --status Seminar Room --update_preview"));
         QCOMPARE(m_sim.recordedArguments().mid(4), (QStringList { "--status", "Seminar Room", "--update_preview" }));
-    }
-
-    void asyncQueriesReportOnTheMainThread()
-    {
-        QObject delegate;
-        QList<QVariantList> lists;
-        bool fine = true;
-        const auto keep = [&](const std::optional<QVariantList> &list, const std::optional<Error> &error) {
-            fine = fine && QThread::currentThread() == qApp->thread() && !error;
-            lists << list.value_or(QVariantList {});
-        };
-        // The worker keeps the interface alive after the caller lets it go.
-        SimSandbox::makeInterface()->getWorkflowsForDelegate(&delegate, keep);
-        QTRY_COMPARE(lists.size(), 1);
-        SimSandbox::makeInterface()->getCamerasForDelegate(&delegate, keep);
-        QTRY_COMPARE(lists.size(), 2);
-        QVERIFY(fine); // on the main thread, without an error
-        QCOMPARE(lists[0].size(), 5);
-        QCOMPARE(lists[1].first().toMap().value("name").toString(), QStringLiteral("Lecture Hall A"));
     }
 
     void asyncDelegateGoneGetsNothing()

@@ -1,6 +1,6 @@
 // A smoke test of the bundled server simulator itself: its login, its
-// command-line check, its fault file and its privileged configuration. The
-// rest of it is exercised by every integration test of the client.
+// command-line check and its privileged configuration. The rest of it (the
+// fault file too) is exercised by every integration test of the client.
 
 #include "SimSandbox.h"
 
@@ -18,7 +18,6 @@ private slots:
         QTest::addColumn<QString>("user");
         QTest::addColumn<QByteArray>("password");
         QTest::addColumn<int>("status");
-        QTest::newRow("demo") << "demo" << QByteArray("lumex\n") << 0;
         QTest::newRow("second user, no line end") << "lecturer" << QByteArray("chalkboard") << 0;
         QTest::newRow("other user's password") << "demo" << QByteArray("chalkboard") << 26;
         QTest::newRow("two line ends") << "demo" << QByteArray("lumex\n\n") << 26;
@@ -48,21 +47,6 @@ private slots:
             QCOMPARE(r.status, 2);
             QVERIFY2(r.errorText().contains(QLatin1String("usage:")) && r.out.isEmpty(), qPrintable(args.join(' ')));
         }
-    }
-
-    void faultsAreCountedAndWaitForTheLogin()
-    {
-        m_sim.setFault(QStringLiteral("--listcameras"),
-            { { QStringLiteral("status"), 7 }, { QStringLiteral("stdout"), QStringLiteral("partial\n") },
-                { QStringLiteral("stderr"), QStringLiteral("exploded\n") }, { QStringLiteral("remaining"), 1 } });
-        QCOMPARE(m_sim.server({ QStringLiteral("--listworkflows") }).status, 0); // keyed by command
-        QCOMPARE(m_sim.server({ QStringLiteral("--listcameras") }, "wrong").status, 26); // does not use it up
-        const ToolRun r = m_sim.server({ QStringLiteral("--listcameras") });
-        QCOMPARE(r.status, 7);
-        QCOMPARE(r.text(), SimSandbox::progressLine() + QStringLiteral("partial\n"));
-        QCOMPARE(r.errorText(), QStringLiteral("exploded\n"));
-        QVERIFY(m_sim.faults().isEmpty());
-        QCOMPARE(m_sim.server({ QStringLiteral("--listcameras") }).plist().value("cameras").toList().size(), 3);
     }
 
     void privilegedConfigurationLandsInTheToolsTree()
