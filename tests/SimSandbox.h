@@ -287,6 +287,18 @@ public:
         return hits;
     }
 
+    // Starts the snapshot host from this sysroot on a free port, which
+    // "--listcameras" then names; returns the port (0: it did not start).
+    quint16 startPreviewHost(QProcess &host) const
+    {
+        for (const QString file :
+            { "/usr/libexec/orvane/orvxpreviewd", "/etc/orvane-sim/preview.crt", "/etc/orvane-sim/preview.key" })
+            QDir().mkpath(QFileInfo(sysroot() + file).path()), QFile::copy(LUMEX_SIM_ROOT + file, sysroot() + file);
+        host.start(tool("orvxpreviewd"), { "--port", "0" });
+        const QString port = state("preview-port");
+        return QTest::qWaitFor([&] { return QFile::exists(port); }, 10000) ? readFile(port).toUInt() : 0;
+    }
+
 private:
     TestSandbox m_sandbox;
 };

@@ -2,10 +2,8 @@
 
 #include "Format.h"
 #include "LXMainWindow.h"
-#include "LXNotificationCenter.h"
 
 #include <QLineEdit>
-#include <QTimer>
 
 void LXController::showLoginPanel()
 {
@@ -99,37 +97,6 @@ void LXController::chooseWorkflow(int index)
     updateWorkflowPopUp();
 }
 
-void LXController::didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error)
-{
-    if (m_loginPanel) {
-        m_loginPanel->endLoginSheet();
-        m_loginPanel->deleteLater();
-        m_loginPanel = nullptr;
-    }
-    if (error) {
-        alertUserToError(*error);
-        return;
-    }
-    setRemoteCameras(cameras.value_or(QVariantList()));
-    rebuildInputDevicesList();
-    // Observers run before post() returns: the job reset they do would stop
-    // timers started before it.
-    LXNotificationCenter::defaultCenter().post(kUserDidConnectNotice, m_currentCredentials);
-
-    refreshAllCameraPreviewImages();
-    m_remoteCameraSnapshotRefreshTimer = new QTimer(this);
-    m_remoteCameraSnapshotRefreshTimer->setInterval(2000);
-    connect(m_remoteCameraSnapshotRefreshTimer, &QTimer::timeout, this, &LXController::refreshAllCameraPreviewImages);
-    m_remoteCameraSnapshotRefreshTimer->start();
-
-    requestPreviewUpdateOfSelectedRemoteCamera();
-    m_selectedRemoteCameraPreviewUpdateTimer = new QTimer(this);
-    m_selectedRemoteCameraPreviewUpdateTimer->setInterval(5000);
-    connect(m_selectedRemoteCameraPreviewUpdateTimer, &QTimer::timeout, this,
-        &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
-    m_selectedRemoteCameraPreviewUpdateTimer->start();
-}
-
 void LXController::userDidConnectWithNotice(const QVariant &)
 {
     m_connected = true;
@@ -139,25 +106,4 @@ void LXController::userDidConnectWithNotice(const QVariant &)
     m_window->raise();
     m_window->activateWindow();
     resetJobAndRecordingState();
-}
-
-void LXController::refreshAllCameraPreviewImages()
-{
-    if (m_localRecordingChosen)
-        return;
-    // Snapshot downloads of each camera's "preview_url" come with the remote
-    // camera previews.
-}
-
-void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
-{
-    if (m_localRecordingChosen || !m_job || !m_server)
-        return;
-    const QVariantMap camera = m_job->camera();
-    if (camera.value(QStringLiteral("isLocalDevice")).toBool())
-        return;
-    const QString name = camera.value(QStringLiteral("name")).toString();
-    if (name.isNull())
-        return;
-    m_server->requestPreviewUpdateForCameraName(name);
 }

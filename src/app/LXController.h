@@ -226,4 +226,29 @@ private:
     bool m_inBetweenMainWindowAndLoginPanel = false;
     bool m_connected = false;
     bool m_lastWindowCheckPending = false;
+
+    // Remote cameras and their snapshots (+Cameras).
+public:
+    // Downloads the snapshot of the camera with this "uuid" into its
+    // dictionary in remoteCameras.
+    void refreshCameraPreviewImageForUUID(const QString &uuid);
+    // The place in remoteCameras of the camera whose snapshot download
+    // `reply` is (the first match); -1, logged, when there is none.
+    qsizetype cameraDictionaryForNetworkReply(class QNetworkReply *reply);
+
+private:
+    void previewDownloadDidReceiveAuthenticationChallenge(
+        class QNetworkReply *reply, class QAuthenticator *authenticator);
+    void previewDownloadDidReceiveResponse(QNetworkReply *reply);
+    void previewDownloadDidReceiveData(QNetworkReply *reply);
+    void previewDownloadDidFinishLoading(QNetworkReply *reply);
+    void previewDownloadDidFailWithError(QNetworkReply *reply, const QString &error);
+    // Starts one request of a snapshot download; redirects are followed
+    // through previewDownloadDidFinish.
+    QNetworkReply *startPreviewDownload(const class QUrl &url, const QString &previewHost, int redirects);
+    void previewDownloadDidFinish(QNetworkReply *reply);
+    bool isChosenRemoteCamera(const QVariantMap &camera) const;
+    void showChosenRemoteCameraPreview();
+
+    class QNetworkAccessManager *m_previewNetwork = nullptr;
 };

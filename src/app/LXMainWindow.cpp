@@ -14,6 +14,7 @@
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QGridLayout>
+#include <QImage>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -211,6 +212,7 @@ QWidget *LXMainWindow::makeRecordPage()
     previewImage->setStyleSheet(
         QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px; color: #5a5a62;"));
     previewImage->setText(tr("No preview yet"));
+    m_previewImage = previewImage;
     auto *screenPreviewImage = named(new QLabel(page), "screenPreviewImage", tr("Screen preview"));
     screenPreviewImage->setAlignment(Qt::AlignCenter);
     screenPreviewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
@@ -412,4 +414,20 @@ void LXMainWindow::closeEvent(QCloseEvent *event)
     // Whether the application ends with its window is the controller's call.
     event->ignore();
     emit closeRequested();
+}
+
+void LXMainWindow::setRemotePreview(const QImage &image)
+{
+    if (image.isNull()) {
+        m_previewImage->setPixmap(QPixmap());
+        m_previewImage->setText(tr("No preview yet"));
+        return;
+    }
+    const qreal ratio = m_previewImage->devicePixelRatioF();
+    const QSize box = m_previewImage->contentsRect().size() * ratio;
+    QPixmap pixmap = QPixmap::fromImage(image);
+    if (!box.isEmpty())
+        pixmap = pixmap.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    pixmap.setDevicePixelRatio(ratio);
+    m_previewImage->setPixmap(pixmap);
 }

@@ -5,6 +5,7 @@
 #include <array>
 
 class QAction;
+class QImage;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
@@ -63,6 +64,9 @@ public:
     // Typing beyond these lengths is cut off.
     void setMetadataLengthLimits(int title, int description);
     void setTitlePlaceholderImageVisible(bool visible);
+    // The snapshot of the chosen remote camera; a null image leaves the
+    // preview blank.
+    void setRemotePreview(const QImage &image);
 
 signals:
     // The user asked to close the window; the controller decides.
@@ -100,6 +104,7 @@ private:
 
     VKPopUpButton *m_cameras = nullptr;
     VKPopUpButton *m_microphones = nullptr;
+    QLabel *m_previewImage = nullptr;
 
     LXPlaceholderLineEdit *m_title = nullptr;
     QPlainTextEdit *m_description = nullptr;

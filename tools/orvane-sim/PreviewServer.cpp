@@ -88,6 +88,7 @@ QByteArray PreviewServer::respond(const QByteArray &head)
     if (request.size() != 3 || request[0] != "GET")
         return reply("405 Method Not Allowed");
     const QUrl url(QString::fromLatin1(request[1]));
+    logRequest(headerValue(lines, "host"), !headerValue(lines, "authorization").isNull(), request[1]);
 
     if (url.path() == QLatin1String("/redirect")) {
         const QByteArray to = QUrlQuery(url).queryItemValue(QStringLiteral("to"), QUrl::FullyDecoded).toUtf8();
@@ -117,6 +118,13 @@ QByteArray PreviewServer::respond(const QByteArray &head)
     if (jpeg.isNull())
         return reply("404 Not Found");
     return reply("200 OK", {}, jpeg, "image/jpeg");
+}
+
+void PreviewServer::logRequest(const QByteArray &host, bool authorization, const QByteArray &target) const
+{
+    QFile log(m_store.filePath(StateStore::kPreviewRequests));
+    if (log.open(QIODevice::Append))
+        log.write(host + (authorization ? " credentials " : " none ") + target + '\n');
 }
 
 QByteArray PreviewServer::snapshot(const QString &camera) const

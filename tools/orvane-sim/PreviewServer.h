@@ -15,7 +15,9 @@ class QSslSocket;
 // "--update_preview" asks the camera for a new snapshot.
 //
 // "/redirect?to=URL" answers 302 to URL, so a client's handling of a
-// redirect to another host can be tried for real.
+// redirect to another host can be tried for real. Every request leaves a
+// line in "preview-requests.log": the Host it named, whether it carried
+// credentials, and its target.
 class PreviewServer final : public QObject
 {
     Q_OBJECT
@@ -32,6 +34,7 @@ private:
     void answer(QSslSocket *socket);
     QByteArray respond(const QByteArray &head);
     QByteArray snapshot(const QString &camera) const;
+    void logRequest(const QByteArray &host, bool authorization, const QByteArray &target) const;
 
     StateStore m_store;
     QSslServer m_server;

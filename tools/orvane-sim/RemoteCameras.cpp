@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QUrl>
+#include <QUuid>
 
 namespace {
 
@@ -14,6 +15,7 @@ const QString kStartedAt = QStringLiteral("started_at");
 const QString kSegmentStartedAt = QStringLiteral("segment_started_at");
 const QString kRecordedSeconds = QStringLiteral("recorded_seconds");
 const QString kPreviewRequestedAt = QStringLiteral("preview_requested_at");
+const QUuid kCameraNamespace(QStringLiteral("{5B0E3C1A-8F47-4D2B-9C6E-2A71D4F09E38}"));
 
 ToolFailure refused(const QString &text)
 {
@@ -73,6 +75,10 @@ QVariantList RemoteCameras::listing() const
             : current == State::Recording    ? "recording"
             : current == State::Paused       ? "paused"
                                              : "idle";
+        // A stable identifier per name, unless the room names its own.
+        if (!camera.contains(QStringLiteral("uuid")))
+            camera.insert(QStringLiteral("uuid"),
+                QUuid::createUuidV5(kCameraNamespace, name).toString(QUuid::WithoutBraces).toUpper());
         camera.insert(
             QStringLiteral("in_use"), current == State::Idle ? QStringLiteral("false") : QStringLiteral("true"));
         camera.insert(QStringLiteral("status"), QString::fromLatin1(status));

@@ -17,6 +17,8 @@ public:
     static inline const QString kFaults = QStringLiteral("faults.plist");
     // The snapshot host's port, written by orvxpreviewd (plain text).
     static inline const QString kPreviewPort = QStringLiteral("preview-port");
+    // One line per request to the snapshot host (plain text).
+    static inline const QString kPreviewRequests = QStringLiteral("preview-requests.log");
 
     explicit StateStore(QString folder)
         : m_folder(std::move(folder))

@@ -1,0 +1,322 @@
+#include "LXController.h"
+
+#include "LXMainWindow.h"
+#include "LXNotificationCenter.h"
+#include "Log.h"
+
+#include <QAuthenticator>
+#include <QImage>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QTimer>
+#include <QUrl>
+
+namespace {
+
+const QString kName = QStringLiteral("name");
+const QString kUUID = QStringLiteral("uuid");
+const QString kPreviewURL = QStringLiteral("preview_url");
+const QString kPreviewConnection = QStringLiteral("previewConnection");
+const QString kPreviewTemporaryData = QStringLiteral("previewTemporaryData");
+const QString kPreviewData = QStringLiteral("previewData");
+
+// Set on every snapshot download: the host its address named, the only one
+// that gets the user's password and has its certificate taken on trust, and
+// how many challenges it has met.
+const char *const kPreviewHostProperty = "lumexPreviewHost";
+const char *const kChallengesProperty = "lumexPreviewChallenges";
+const char *const kRedirectsProperty = "lumexPreviewRedirects";
+constexpr int kMaxRedirects = 16;
+
+bool isRedirect(const QNetworkReply *reply)
+{
+    return reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid();
+}
+
+// How a download reads in the log.
+QString describe(const QNetworkReply *reply)
+{
+    return QStringLiteral("<QNetworkReply: 0x%1 %2>")
+        .arg(quintptr(reply), 0, 16)
+        .arg(reply->request().url().toString(QUrl::RemoveUserInfo));
+}
+
+QTimer *repeatingTimer(LXController *owner, int milliseconds, void (LXController::*tick)())
+{
+    auto *timer = new QTimer(owner);
+    timer->setInterval(milliseconds);
+    QObject::connect(timer, &QTimer::timeout, owner, tick);
+    timer->start();
+    return timer;
+}
+
+} // namespace
+
+void LXController::didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error)
+{
+    if (m_loginPanel) {
+        m_loginPanel->endLoginSheet();
+        m_loginPanel->deleteLater();
+        m_loginPanel = nullptr;
+    }
+    if (error) {
+        alertUserToError(*error);
+        return;
+    }
+    // A list of values: the copy is as deep as the dictionaries the
+    // downloads write into.
+    setRemoteCameras(cameras.value_or(QVariantList()));
+    rebuildInputDevicesList();
+    // Observers run before post() returns: the job reset they do would stop
+    // timers started before it.
+    LXNotificationCenter::defaultCenter().post(kUserDidConnectNotice, m_currentCredentials);
+
+    refreshAllCameraPreviewImages();
+    m_remoteCameraSnapshotRefreshTimer = repeatingTimer(this, 2000, &LXController::refreshAllCameraPreviewImages);
+    requestPreviewUpdateOfSelectedRemoteCamera();
+    m_selectedRemoteCameraPreviewUpdateTimer
+        = repeatingTimer(this, 5000, &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
+    // The job's camera and the mode decide whose snapshot the record page shows.
+    connect(this, &LXController::canBeginRecordingChanged, this, &LXController::showChosenRemoteCameraPreview,
+        Qt::UniqueConnection);
+    showChosenRemoteCameraPreview();
+}
+
+void LXController::refreshAllCameraPreviewImages()
+{
+    if (m_localRecordingChosen)
+        return;
+    // Uuids first: a download started here may not change the list, but the
+    // walk must not depend on that.
+    QStringList uuids;
+    for (const QVariant &camera : std::as_const(m_remoteCameras))
+        uuids << camera.toMap().value(kUUID).toString();
+    for (const QString &uuid : std::as_const(uuids))
+        refreshCameraPreviewImageForUUID(uuid);
+}
+
+void LXController::refreshCameraPreviewImageForUUID(const QString &uuid)
+{
+    if (m_localRecordingChosen || uuid.isNull())
+        return;
+    // Every camera of that uuid is looked at, so the last one wins.
+    qsizetype index = -1;
+    for (qsizetype i = 0; i < m_remoteCameras.size(); ++i) {
+        if (m_remoteCameras.at(i).toMap().value(kUUID).toString() == uuid)
+            index = i;
+    }
+    if (index < 0)
+        return;
+    QVariantMap camera = m_remoteCameras.at(index).toMap();
+
+    const QUrl url(camera.value(kPreviewURL).toString(), QUrl::StrictMode);
+    if (!url.isValid() || url.isRelative() || url.host().isEmpty()) {
+        Log::format(QStringLiteral("no preview url available for camera %@ (%@)"),
+            { camera.value(kName), camera.value(kUUID) });
+        return;
+    }
+
+    QNetworkReply *reply = startPreviewDownload(url, url.host(), 0);
+    if (!reply) {
+        Log::format(QStringLiteral("could not create a NSURLConnection for getting the cmaera preview for %@"),
+            { camera.value(kName) });
+        return;
+    }
+    // A download still running for this camera is simply forgotten here.
+    camera.insert(kPreviewTemporaryData, QByteArray(""));
+    camera.insert(kPreviewConnection, QVariant::fromValue(reply));
+    m_remoteCameras[index] = camera;
+}
+
+QNetworkReply *LXController::startPreviewDownload(const QUrl &url, const QString &previewHost, int redirects)
+{
+    if (!m_previewNetwork) {
+        m_previewNetwork = new QNetworkAccessManager(this);
+        // Each redirect is followed as a request of its own: the trust given
+        // to one host's certificate would otherwise travel with the request
+        // to the next host.
+        m_previewNetwork->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+        connect(m_previewNetwork, &QNetworkAccessManager::authenticationRequired, this,
+            &LXController::previewDownloadDidReceiveAuthenticationChallenge);
+    }
+    QNetworkReply *reply = m_previewNetwork->get(QNetworkRequest(url));
+    if (!reply)
+        return nullptr;
+    reply->setProperty(kPreviewHostProperty, previewHost);
+    reply->setProperty(kRedirectsProperty, redirects);
+    // The snapshot host's certificate is taken on trust, but only its own:
+    // another host has to present a certificate that holds.
+    connect(reply, &QNetworkReply::sslErrors, this, [reply, previewHost](const QList<QSslError> &errors) {
+        if (reply->url().host() == previewHost)
+            reply->ignoreSslErrors(errors);
+    });
+    connect(reply, &QNetworkReply::metaDataChanged, this, [this, reply] {
+        if (!isRedirect(reply))
+            previewDownloadDidReceiveResponse(reply);
+    });
+    connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
+        if (!isRedirect(reply))
+            previewDownloadDidReceiveData(reply);
+    });
+    connect(reply, &QNetworkReply::finished, this, [this, reply] {
+        previewDownloadDidFinish(reply);
+        reply->deleteLater();
+    });
+    return reply;
+}
+
+void LXController::previewDownloadDidFinish(QNetworkReply *reply)
+{
+    if (reply->error() != QNetworkReply::NoError) {
+        previewDownloadDidFailWithError(reply, reply->errorString());
+        return;
+    }
+    if (!isRedirect(reply)) {
+        previewDownloadDidFinishLoading(reply);
+        return;
+    }
+    const QUrl next = reply->url().resolved(reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl());
+    const int redirects = reply->property(kRedirectsProperty).toInt() + 1;
+    const bool lessSafe = next.scheme() != QLatin1String("https")
+        && (reply->url().scheme() == QLatin1String("https") || next.scheme() != QLatin1String("http"));
+    if (redirects > kMaxRedirects || lessSafe) {
+        previewDownloadDidFailWithError(reply, QStringLiteral("Redirect to %1 not followed").arg(next.toString()));
+        return;
+    }
+    const qsizetype index = cameraDictionaryForNetworkReply(reply);
+    if (index < 0)
+        return;
+    QNetworkReply *follow = startPreviewDownload(next, reply->property(kPreviewHostProperty).toString(), redirects);
+    if (!follow) {
+        previewDownloadDidFailWithError(reply, QStringLiteral("Redirect to %1 not followed").arg(next.toString()));
+        return;
+    }
+    QVariantMap camera = m_remoteCameras.at(index).toMap();
+    camera.insert(kPreviewConnection, QVariant::fromValue(follow));
+    m_remoteCameras[index] = camera;
+}
+
+void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
+{
+    if (m_localRecordingChosen || !m_job || !m_server)
+        return;
+    const QVariantMap camera = m_job->camera();
+    if (camera.value(QStringLiteral("isLocalDevice")).toBool())
+        return;
+    const QString name = camera.value(kName).toString();
+    if (name.isNull())
+        return;
+    m_server->requestPreviewUpdateForCameraName(name);
+}
+
+qsizetype LXController::cameraDictionaryForNetworkReply(QNetworkReply *reply)
+{
+    // The first match, unlike the uuid search.
+    for (qsizetype i = 0; i < m_remoteCameras.size(); ++i) {
+        if (m_remoteCameras.at(i).toMap().value(kPreviewConnection).value<QNetworkReply *>() == reply)
+            return i;
+    }
+    Log::format(QStringLiteral("couldn't find camera dictionary for NSURLConnection: %@"), { describe(reply) });
+    return -1;
+}
+
+void LXController::previewDownloadDidReceiveAuthenticationChallenge(QNetworkReply *reply, QAuthenticator *authenticator)
+{
+    const QVariant host = reply->property(kPreviewHostProperty);
+    if (!host.isValid())
+        return;
+    // Leaving the authenticator empty cancels the challenge. Another host,
+    // reached through a redirect, never learns the password.
+    if (reply->url().host() != host.toString())
+        return;
+    const int challenges = reply->property(kChallengesProperty).toInt();
+    reply->setProperty(kChallengesProperty, challenges + 1);
+    // Credentials already in the authenticator were the stored ones, sent
+    // for this request and refused.
+    const int previousFailures = challenges + (authenticator->user().isEmpty() ? 0 : 1);
+    if (previousFailures != 0) {
+        Log::write(QStringLiteral("connection error when retrieving preview images, cannot authenticate to server "
+                                  "with logged in credentials"));
+        return;
+    }
+    if (!m_server)
+        return;
+    authenticator->setUser(m_server->user());
+    authenticator->setPassword(m_server->password());
+}
+
+void LXController::previewDownloadDidReceiveResponse(QNetworkReply *reply)
+{
+    const qsizetype index = cameraDictionaryForNetworkReply(reply);
+    if (index < 0)
+        return;
+    QVariantMap camera = m_remoteCameras.at(index).toMap();
+    camera.insert(kPreviewTemporaryData, QByteArray(""));
+    m_remoteCameras[index] = camera;
+}
+
+void LXController::previewDownloadDidReceiveData(QNetworkReply *reply)
+{
+    const QByteArray bytes = reply->readAll();
+    const qsizetype index = cameraDictionaryForNetworkReply(reply);
+    if (index < 0)
+        return;
+    QVariantMap camera = m_remoteCameras.at(index).toMap();
+    camera.insert(kPreviewTemporaryData, camera.value(kPreviewTemporaryData).toByteArray() + bytes);
+    m_remoteCameras[index] = camera;
+}
+
+void LXController::previewDownloadDidFinishLoading(QNetworkReply *reply)
+{
+    const QByteArray rest = reply->readAll();
+    const qsizetype index = cameraDictionaryForNetworkReply(reply);
+    if (index < 0)
+        return;
+    QVariantMap camera = m_remoteCameras.at(index).toMap();
+    camera.insert(kPreviewData, camera.value(kPreviewTemporaryData).toByteArray() + rest);
+    camera.remove(kPreviewConnection);
+    camera.remove(kPreviewTemporaryData);
+    m_remoteCameras[index] = camera;
+    if (isChosenRemoteCamera(camera))
+        showChosenRemoteCameraPreview();
+}
+
+void LXController::previewDownloadDidFailWithError(QNetworkReply *reply, const QString &error)
+{
+    const qsizetype index = cameraDictionaryForNetworkReply(reply);
+    if (index >= 0) {
+        QVariantMap camera = m_remoteCameras.at(index).toMap();
+        camera.remove(kPreviewConnection);
+        camera.remove(kPreviewTemporaryData);
+        camera.remove(kPreviewData);
+        m_remoteCameras[index] = camera;
+        if (isChosenRemoteCamera(camera))
+            showChosenRemoteCameraPreview();
+    }
+    Log::format(QStringLiteral("Image Preview Download Connection failed! Error - %@ %@"),
+        { error, reply->url().toString(QUrl::RemoveUserInfo) });
+}
+
+bool LXController::isChosenRemoteCamera(const QVariantMap &camera) const
+{
+    if (!m_job || m_localRecordingChosen)
+        return false;
+    const QVariantMap chosen = m_job->camera();
+    return !chosen.value(QStringLiteral("isLocalDevice")).toBool() && !chosen.value(kName).toString().isNull()
+        && chosen.value(kName) == camera.value(kName);
+}
+
+void LXController::showChosenRemoteCameraPreview()
+{
+    if (!m_window)
+        return;
+    QImage image;
+    for (const QVariant &entry : std::as_const(m_remoteCameras)) {
+        const QVariantMap camera = entry.toMap();
+        if (isChosenRemoteCamera(camera)) {
+            image = QImage::fromData(camera.value(kPreviewData).toByteArray());
+            break;
+        }
+    }
+    m_window->setRemotePreview(image);
+}
