@@ -1,6 +1,11 @@
 #pragma once
 
 #include <QApplication>
+#include <QStringList>
+
+#include <functional>
+
+class QLocalServer;
 
 // The application object: applies Lumex's look and keeps an exception that
 // escapes an event handler from ending the program (it is logged instead).
@@ -12,6 +17,19 @@ public:
     LXApplication(int &argc, char **argv);
 
     bool notify(QObject *receiver, QEvent *event) override;
+
+    // One Lumex runs per user. A second launch hands its files (absolute
+    // paths, possibly none) to the running one and ends: true when a running
+    // instance took them.
+    static bool handOverToRunningInstance(const QStringList &files);
+    // Becomes the running instance (the server belongs to `owner`); files
+    // handed over arrive at `open` on the main thread. Null when the socket
+    // cannot be taken.
+    static QLocalServer *listenForOtherInstances(QObject *owner, std::function<void(const QStringList &)> open);
+    // Where the running instance listens: one socket per user.
+    static QString instanceSocketName();
+    // The files named on a command line, made absolute.
+    static QStringList filesFromArguments(const QStringList &arguments);
 
     // Fusion with a dark palette: the recording pages are dark, and the rest
     // of the application matches them.
