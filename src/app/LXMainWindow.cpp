@@ -353,6 +353,8 @@ void LXMainWindow::showSourceChooser(int durationMs)
 void LXMainWindow::showRecordPage(int durationMs)
 {
     offerBack();
+    m_publish->setText(tr("Publish"));
+    m_publish->setAccessibleName(tr("Publish"));
     showPage(Page::Record, durationMs);
 }
 

@@ -102,57 +102,49 @@ private slots:
         QTest::addColumn<QString>("devices");
         QTest::addColumn<QString>("busy"); // a camera the simulator records with; "-": the server has none
         QTest::addColumn<QVariantMap>("saved");
-        QTest::addColumn<QString>("menu"); // the camera menu in Video mode, else the microphone menu
-        QTest::addColumn<QString>("chosen"); // the camera's uniqueID or name, then the microphone
-        QTest::addColumn<QString>("written");
+        // The camera menu in Video mode, else the microphone menu; the camera's uniqueID or name and the
+        // microphone chosen; the saved choice written.
+        QTest::addColumn<QStringList>("expected");
         const QVariantMap none;
         auto remote = [](const char *name) {
             return QVariantMap { { "isLocalRecording", false }, { "camera", name } };
         };
-        const QString busyStudio = QStringLiteral("Lecture Hall A|Studio 2 (busy)|Seminar Room");
+        const QString busyFirst = QStringLiteral("Lecture Hall A (busy)|Studio 2|Seminar Room");
+        const QString local = QStringLiteral("Cam One|Cam Two|-|");
 
-        QTest::newRow("nothing at all") << Mode::Video << ""
-                                        << "-" << none << ""
-                                        << "|"
-                                        << "isLocalRecording=false";
+        QTest::newRow("nothing at all") << Mode::Video << QString() << QStringLiteral("-") << none
+                                        << QStringList { "", "|", "isLocalRecording=false" };
         QTest::newRow("remembered remote camera now in use: the defaults")
-            << Mode::Video << kDevices << "Studio 2" << remote("Studio 2") << "Cam One|Cam Two|-|" + busyStudio
-            << "test:cam1|test:mic1"
-            << "camera=test:cam1,isLocalRecording=true,microphone=test:mic1";
+            << Mode::Video << kDevices << QStringLiteral("Studio 2") << remote("Studio 2")
+            << QStringList { local + "Lecture Hall A|Studio 2 (busy)|Seminar Room", "test:cam1|test:mic1",
+                   "camera=test:cam1,isLocalRecording=true,microphone=test:mic1" };
         QTest::newRow("local pair by uniqueID")
-            << Mode::Video << kDevices << ""
+            << Mode::Video << kDevices << QString()
             << QVariantMap { { "isLocalRecording", true }, { "camera", "test:cam2" }, { "microphone", "test:mic2" } }
-            << "Cam One|Cam Two|-|" + kRemote << "test:cam2|test:mic2"
-            << "camera=test:cam2,isLocalRecording=true,microphone=test:mic2";
-        QTest::newRow("free remote camera by name") << Mode::Video << kDevices << "" << remote("Seminar Room")
-                                                    << "Cam One|Cam Two|-|" + kRemote << "Seminar Room|"
-                                                    << "camera=Seminar Room,isLocalRecording=false";
-        QTest::newRow("first item busy: nothing")
-            << Mode::Video << ""
-            << "Lecture Hall A" << none << "Lecture Hall A (busy)|Studio 2|Seminar Room"
-            << "|"
-            << "isLocalRecording=false";
+            << QStringList { local + kRemote, "test:cam2|test:mic2",
+                   "camera=test:cam2,isLocalRecording=true,microphone=test:mic2" };
+        QTest::newRow("free remote camera by name")
+            << Mode::Video << kDevices << QString() << remote("Seminar Room")
+            << QStringList { local + kRemote, "Seminar Room|", "camera=Seminar Room,isLocalRecording=false" };
+        QTest::newRow("first item busy: nothing") << Mode::Video << QString() << QStringLiteral("Lecture Hall A")
+                                                  << none << QStringList { busyFirst, "|", "isLocalRecording=false" };
         QTest::newRow("screen offers local microphones only")
-            << Mode::Screen << kDevices << "" << none << "Mic One|Mic Two"
-            << "|test:mic1"
-            << "microphone=test:mic1";
+            << Mode::Screen << kDevices << QString() << none
+            << QStringList { "Mic One|Mic Two", "|test:mic1", "microphone=test:mic1" };
         QTest::newRow("screen remembers its microphone")
-            << Mode::Screen << kDevices << "" << QVariantMap { { "microphone", "test:mic2" } } << "Mic One|Mic Two"
-            << "|test:mic2"
-            << "microphone=test:mic2";
+            << Mode::Screen << kDevices << QString() << QVariantMap { { "microphone", "test:mic2" } }
+            << QStringList { "Mic One|Mic Two", "|test:mic2", "microphone=test:mic2" };
         QTest::newRow("audio from a remote camera")
-            << Mode::Audio << "microphone:mic1:Mic One"
-            << "" << remote("Seminar Room") << "Mic One|-|" + kRemote << "Seminar Room|"
-            << "camera=Seminar Room,isLocalRecording=false";
+            << Mode::Audio << QStringLiteral("microphone:mic1:Mic One") << QString() << remote("Seminar Room")
+            << QStringList { "Mic One|-|" + kRemote, "Seminar Room|", "camera=Seminar Room,isLocalRecording=false" };
         QTest::newRow("audio: remembered microphone gone, the default")
-            << Mode::Audio << kDevices << "" << QVariantMap { { "isLocalRecording", true }, { "microphone", "x" } }
-            << "Mic One|Mic Two|-|" + kRemote << "|test:mic1"
-            << "isLocalRecording=true,microphone=test:mic1";
+            << Mode::Audio << kDevices << QString()
+            << QVariantMap { { "isLocalRecording", true }, { "microphone", "x" } }
+            << QStringList { "Mic One|Mic Two|-|" + kRemote, "|test:mic1",
+                   "isLocalRecording=true,microphone=test:mic1" };
         QTest::newRow("audio: first remote busy, nothing")
-            << Mode::Audio << ""
-            << "Lecture Hall A" << none << "Lecture Hall A (busy)|Studio 2|Seminar Room"
-            << "|"
-            << "isLocalRecording=false";
+            << Mode::Audio << QString() << QStringLiteral("Lecture Hall A") << none
+            << QStringList { busyFirst, "|", "isLocalRecording=false" };
     }
 
     void choosesTheDevice()
@@ -161,6 +153,7 @@ private slots:
         QFETCH(QString, devices);
         QFETCH(QString, busy);
         QFETCH(QVariantMap, saved);
+        QFETCH(QStringList, expected);
         if (busy == QLatin1String("-"))
             SimSandbox::writePlist(
                 m_sim->state(QStringLiteral("cameras.plist")), QVariantMap { { "cameras", QVariantList() } });
@@ -172,11 +165,12 @@ private slots:
         m_controller->sourceClicked(mode);
         m_controller->rebuildInputDevicesList(); // as when the server's list is refreshed: the same choice
 
-        QTEST(layout(mode == Mode::Video ? m_controller->cameraMenu() : m_controller->microphoneMenu()), "menu");
+        QCOMPARE(
+            layout(mode == Mode::Video ? m_controller->cameraMenu() : m_controller->microphoneMenu()), expected[0]);
         const QVariantMap camera = m_controller->job()->camera();
         const QString cameraID = camera.value(camera.contains("uniqueID") ? "uniqueID" : "name").toString();
         const QString microphone = m_controller->job()->localAudioDeviceName();
-        QTEST(cameraID + QLatin1Char('|') + microphone, "chosen");
+        QCOMPARE(cameraID + QLatin1Char('|') + microphone, expected[1]);
         QCOMPARE(m_controller->canBeginRecording(), !cameraID.isEmpty() || !microphone.isEmpty());
         if (!microphone.isEmpty()) // the chosen microphone is heard before recording
             QTRY_VERIFY_WITH_TIMEOUT(child<AudioLevelMeter>("microphoneLevelMeter")->fraction() > 0, 10000);
@@ -184,9 +178,9 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(
                 !child<CaptureVideoPreviewWidget>("localVideoCaptureView")->currentFrame().isNull(), 10000);
         m_controller->writeSelectedDevicesToDefaults();
-        QTEST(keysAndValues(LXUserDefaults::standard().valueForLumexKey(
-                  LXDefaultsKeys::lastDeviceSelectionFor(m_controller->currentModeString()))),
-            "written");
+        QCOMPARE(keysAndValues(LXUserDefaults::standard().valueForLumexKey(
+                     LXDefaultsKeys::lastDeviceSelectionFor(m_controller->currentModeString()))),
+            expected[2]);
     }
 
     void laterDeviceOfTheSameUniqueIDWins()
