@@ -232,9 +232,9 @@ void LXController::rebuildInputDevicesList()
         m_cameraMenu->setObjectName(QStringLiteral("cameraMenu"));
         m_microphoneMenu = std::make_unique<InputDeviceMenu>();
         m_microphoneMenu->setObjectName(QStringLiteral("microphoneMenu"));
-        if (m_window)
-            m_window->setDeviceMenus(m_cameraMenu.get(), m_microphoneMenu.get());
     }
+    if (m_window)
+        m_window->setDeviceMenus(m_cameraMenu.get(), m_microphoneMenu.get());
     for (QMenu *submenu : m_cameraMenu->findChildren<QMenu *>(QString(), Qt::FindDirectChildrenOnly))
         delete submenu;
     m_cameraMenu->clear();

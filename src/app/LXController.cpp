@@ -46,6 +46,7 @@ LXController::LXController()
 LXController::~LXController()
 {
     LXNotificationCenter::defaultCenter().removeObserver(this);
+    stopMonitoringMicrophone();
     delete m_preferencesController;
     if (m_captureDevicesController)
         m_captureDevicesController->setController(nullptr);
