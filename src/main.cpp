@@ -36,11 +36,18 @@ protected:
 int main(int argc, char *argv[])
 {
     LXApplication app(argc, argv);
+    const QStringList files = LXApplication::filesFromArguments(app.arguments());
+    if (LXApplication::handOverToRunningInstance(files))
+        return 0;
     StartupProbe probe;
     if (qEnvironmentVariable("LUMEX_STARTUP_PROBE") == QLatin1String("1"))
         app.installEventFilter(&probe);
     LXController controller;
     QObject::connect(&controller, &LXController::terminateRequested, &app, &QApplication::quit, Qt::QueuedConnection);
     controller.awakeFromNib();
+    LXApplication::listenForOtherInstances(
+        &app, [&controller](const QStringList &handed) { controller.openFilesFromDesktop(handed); });
+    if (!files.isEmpty())
+        controller.openFilesFromDesktop(files);
     return app.exec();
 }

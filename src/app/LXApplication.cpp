@@ -4,12 +4,18 @@
 #include "LXNotificationCenter.h"
 #include "Log.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QLocale>
 #include <QPalette>
 #include <QStyleFactory>
 #include <QTranslator>
 
 #include <exception>
+
+#include <unistd.h>
 
 LXApplication::LXApplication(int &argc, char **argv)
     : QApplication(argc, argv)
@@ -74,4 +80,70 @@ void LXApplication::applyLook(QApplication &app)
     for (QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
         p.setColor(QPalette::Disabled, role, QColor(120, 120, 128));
     app.setPalette(p);
+}
+
+QString LXApplication::instanceSocketName()
+{
+    QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (folder.isEmpty() || !QFileInfo(folder).isDir())
+        folder = QDir::tempPath();
+    return QStringLiteral("%1/lumex-%2.socket").arg(folder).arg(::getuid());
+}
+
+QStringList LXApplication::filesFromArguments(const QStringList &arguments)
+{
+    QStringList files;
+    for (const QString &argument : arguments.mid(1))
+        if (!argument.startsWith(QLatin1Char('-')))
+            files << QFileInfo(argument).absoluteFilePath();
+    return files;
+}
+
+bool LXApplication::handOverToRunningInstance(const QStringList &files)
+{
+    QLocalSocket socket;
+    socket.connectToServer(instanceSocketName());
+    if (!socket.waitForConnected(1000))
+        return false;
+    for (const QString &file : files)
+        socket.write(file.toUtf8() + '\n');
+    socket.disconnectFromServer();
+    if (socket.state() != QLocalSocket::UnconnectedState)
+        socket.waitForDisconnected(5000);
+    return true;
+}
+
+QLocalServer *LXApplication::listenForOtherInstances(QObject *owner, std::function<void(const QStringList &)> open)
+{
+    auto *server = new QLocalServer(owner);
+    server->setSocketOptions(QLocalServer::UserAccessOption);
+    // A socket left by an instance that crashed answers no one.
+    if (!server->listen(instanceSocketName())) {
+        QLocalServer::removeServer(instanceSocketName());
+        if (!server->listen(instanceSocketName())) {
+            Log::format(QStringLiteral("Cannot listen for other instances: %@"), { server->errorString() });
+            delete server;
+            return nullptr;
+        }
+    }
+    connect(server, &QLocalServer::newConnection, server, [server, open] {
+        while (QLocalSocket *socket = server->nextPendingConnection()) {
+            // The other launch writes its paths and hangs up.
+            auto finish = [socket, open] {
+                if (socket->property("handled").toBool())
+                    return;
+                socket->setProperty("handled", true);
+                QStringList files;
+                for (const QByteArray &line : socket->readAll().split('\n'))
+                    if (!line.isEmpty())
+                        files << QString::fromUtf8(line);
+                socket->deleteLater();
+                open(files);
+            };
+            connect(socket, &QLocalSocket::disconnected, socket, finish);
+            if (socket->state() == QLocalSocket::UnconnectedState)
+                finish();
+        }
+    });
+    return server;
 }

@@ -2,6 +2,11 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
+#include <QStringList>
+
+#include <functional>
+
+class QLocalServer;
 
 // The application object: applies Lumex's look, keeps an exception that
 // escapes an event handler from ending the program (it is logged instead),
@@ -16,6 +21,19 @@ public:
 
     bool notify(QObject *receiver, QEvent *event) override;
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+
+    // One Lumex runs per user. A second launch hands its files (absolute
+    // paths, possibly none) to the running one and ends: true when a running
+    // instance took them.
+    static bool handOverToRunningInstance(const QStringList &files);
+    // Becomes the running instance (the server belongs to `owner`); files
+    // handed over arrive at `open` on the main thread. Null when the socket
+    // cannot be taken.
+    static QLocalServer *listenForOtherInstances(QObject *owner, std::function<void(const QStringList &)> open);
+    // Where the running instance listens: one socket per user.
+    static QString instanceSocketName();
+    // The files named on a command line, made absolute.
+    static QStringList filesFromArguments(const QStringList &arguments);
 
     // Fusion with a dark palette: the recording pages are dark, and the rest
     // of the application matches them.

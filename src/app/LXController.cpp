@@ -46,6 +46,7 @@ LXController::LXController()
 LXController::~LXController()
 {
     LXNotificationCenter::defaultCenter().removeObserver(this);
+    stopMonitoringMicrophone();
     delete m_preferencesController;
     if (m_captureDevicesController)
         m_captureDevicesController->setController(nullptr);
@@ -101,8 +102,10 @@ void LXController::awakeFromNib()
     });
     connect(w, &LXMainWindow::sourceClicked, this, [this](LXMainWindow::Source source) {
         static constexpr Mode modes[] = { Mode::Video, Mode::Audio, Mode::Screen, Mode::File };
-        sourceClicked(modes[int(source)]);
+        sourceClicked(modes[int(source)], QGuiApplication::keyboardModifiers());
     });
+    connect(w, &LXMainWindow::backClicked, this, [this] { backClicked(QGuiApplication::keyboardModifiers()); });
+    connect(w, &LXMainWindow::filesDropped, this, &LXController::prepareToSubmitFiles);
     connect(w, &LXMainWindow::workflowChosen, this, &LXController::chooseWorkflow);
     connect(w, &LXMainWindow::startOverClicked, this, [this] {
         resetJobAndRecordingState();
@@ -263,7 +266,10 @@ void LXController::updateBoundControls()
     if (!m_window)
         return;
     m_window->setRecordControls(recordPauseMenuTitle(), recordOrPauseImage(), canRecordOrPause());
-    m_window->setMicrophoneListHidden(microphoneListShouldBeHidden());
+    // Sound-only sources pick from the microphone menu; video picks a camera
+    // and, in its submenu, the microphone.
+    m_window->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
+    m_window->setAcceptsFileDrops(m_state == State::Idle);
 }
 
 void LXController::resetJobAndRecordingState()

@@ -5,6 +5,7 @@
 #include "CaptureDevicesControllerDelegate.h"
 #include "Error.h"
 #include "GLScreenGrabController.h"
+#include "InputDeviceMenu.h"
 #include "LXLoginPanelController.h"
 #include "OrvaneServerInterface.h"
 #include "PodcastJob.h"
@@ -13,6 +14,7 @@
 #include "TransfersController.h"
 #include "TransfersControllerDelegate.h"
 
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
@@ -20,6 +22,8 @@
 
 #include <memory>
 #include <optional>
+
+class QAction;
 
 class QTimer;
 class LXMainWindow;
@@ -132,10 +136,32 @@ public:
     void refreshAllCameraPreviewImages();
     void requestPreviewUpdateOfSelectedRemoteCamera();
 
-    // Sources and devices (+Sources).
-    void sourceClicked(Mode mode);
+    // Sources and devices (+Sources). Shift held while clicking slows the
+    // page's slide down.
+    void sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void backClicked(Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void rebuildInputDevicesList() override;
+    void selectAppropriateRecordingDevice();
+    // The device menus' item handlers; each item holds its device entry.
+    void localMicrophoneSelected(QAction *item);
+    void remoteMicrophoneSelected(QAction *item);
+    void remoteCameraSelected(QAction *item);
+    void localCameraAndMicrophoneSelected(QAction *item);
     void tearDownLocalCameraAndMicrophone();
+    void writeSelectedDevicesToDefaults();
+    InputDeviceMenu *cameraMenu() const { return m_cameraMenu.get(); }
+    InputDeviceMenu *microphoneMenu() const { return m_microphoneMenu.get(); }
+    QFileDialog *openPanel() const { return m_openPanel; }
+    void openPanelDidEnd(int returnCode);
+
+    // Files to publish: chosen in the open panel, dropped on the window, or
+    // handed to the application (its command line, a second launch).
+    void prepareToSubmitFiles(const QStringList &paths);
+    bool applicationOpenFile(const QString &path);
+    void applicationOpenFiles(const QStringList &paths);
+    // Files from the command line or a second launch: the window comes to
+    // the front and one file or several are opened as the desktop asks.
+    void openFilesFromDesktop(const QStringList &paths);
 
     // The job's answers (+Recording).
     void jobDidPause(const std::optional<Error> &error);
@@ -195,6 +221,17 @@ private:
     void fillWorkflowMenu();
     void chooseWorkflow(int index);
     QWidget *alertParent() const;
+    enum class DeviceAction { None, LocalMicrophone, RemoteMicrophone, RemoteCamera, LocalCameraAndMicrophone };
+    QAction *addDeviceItem(InputDeviceMenu *menu, const QString &title, int glyph, DeviceAction action,
+        const QVariantMap &entry, bool enabled = true);
+    void sendDeviceAction(QAction *item);
+    // Selects the item (a submenu item's camera) in its pop-up and sends its
+    // action.
+    void takeDeviceItem(QAction *item);
+    void clearChosenDevices();
+    QAction *parentCameraItem(QAction *submenuItem) const;
+    void monitorMicrophone(const QString &uniqueID);
+    void stopMonitoringMicrophone();
     // Quits when no window is left and the application may end with its
     // last window.
     void maybeLastWindowClosed();
@@ -220,6 +257,12 @@ private:
     QPointer<PreferencesController> m_preferencesController;
     QPointer<TransfersController> m_transfersController;
     QPointer<QMessageBox> m_quitSheet;
+    std::unique_ptr<InputDeviceMenu> m_cameraMenu;
+    std::unique_ptr<InputDeviceMenu> m_microphoneMenu;
+    // A chosen microphone's own session while no camera session has it,
+    // for the level meter.
+    std::shared_ptr<CaptureSession> m_microphoneMonitor;
+    QPointer<QFileDialog> m_openPanel;
     int m_sheetsOnMainWindow = 0;
     bool m_currentJobCompletedUploading = false;
     bool m_waitingOnRecordOrPauseResponse = false;

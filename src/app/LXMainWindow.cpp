@@ -1,5 +1,7 @@
 #include "LXMainWindow.h"
 
+#include "AudioLevelMeter.h"
+#include "CaptureVideoPreviewWidget.h"
 #include "LXPlaceholderLineEdit.h"
 #include "LXPushView.h"
 #include "LXRecordButton.h"
@@ -12,11 +14,13 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QFontDatabase>
 #include <QGridLayout>
 #include <QImage>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -110,6 +114,7 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     m_contentBox->setContentView(m_pages[0]);
 
     makeMenus();
+    setAcceptDrops(true);
     resize(800, 560);
     setMinimumSize(640, 460);
 }
@@ -137,7 +142,13 @@ QWidget *LXMainWindow::makeButtonStrip(QWidget *parent)
     buttons->addWidget(m_recordPause);
     buttons->addStretch(1);
     buttons->addWidget(m_publish);
-    connect(m_startOver, &QPushButton::clicked, this, &LXMainWindow::startOverClicked);
+    m_recordPause->hide();
+    connect(m_startOver, &QPushButton::clicked, this, [this] {
+        if (m_startOverGoesBack)
+            emit backClicked();
+        else
+            emit startOverClicked();
+    });
     connect(m_publish, &QPushButton::clicked, this, &LXMainWindow::publishClicked);
     connect(m_recordPause, &QPushButton::clicked, this, &LXMainWindow::recordPauseClicked);
     return buttonBox;
@@ -201,30 +212,39 @@ QWidget *LXMainWindow::makeRecordPage()
     m_microphones = named(new VKPopUpButton(page), "microphonesPopUpButton", tr("Microphone"));
     devices->addWidget(m_cameras);
     devices->addWidget(m_microphones);
+    m_levelMeter = named(new AudioLevelMeter(page), "microphoneLevelMeter", tr("Microphone level"));
+    m_levelMeter->setFixedWidth(140);
+    m_levelMeter->hide();
+    devices->addWidget(m_levelMeter, 0, Qt::AlignVCenter);
     devices->addStretch(1);
     v->addLayout(devices);
 
     auto *stage = new QGridLayout;
-    auto *previewImage = named(new QLabel(page), "previewImage", tr("Preview"));
+    auto *previewImage = m_previewImage = named(new QLabel(page), "previewImage", tr("Preview"));
     previewImage->setAlignment(Qt::AlignCenter);
     previewImage->setMinimumSize(320, 200);
     previewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     previewImage->setStyleSheet(
         QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px; color: #5a5a62;"));
     previewImage->setText(tr("No preview yet"));
-    m_previewImage = previewImage;
-    auto *screenPreviewImage = named(new QLabel(page), "screenPreviewImage", tr("Screen preview"));
+    auto *screenPreviewImage = m_screenPreviewImage
+        = named(new QLabel(page), "screenPreviewImage", tr("Screen preview"));
     screenPreviewImage->setAlignment(Qt::AlignCenter);
     screenPreviewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     screenPreviewImage->hide();
     stage->addWidget(previewImage, 0, 0);
     stage->addWidget(screenPreviewImage, 0, 0);
+    m_localPreview = named(new CaptureVideoPreviewWidget(page), "localVideoCaptureView", tr("Camera preview"));
+    m_localPreview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    m_localPreview->hide();
+    stage->addWidget(m_localPreview, 0, 0);
     v->addLayout(stage, 1);
 
     auto *status = new QHBoxLayout;
     auto *recordingState = named(new QLabel(page), "recordingState", tr("Recording state"));
     recordingState->setStyleSheet(QStringLiteral("color: #d8d8de;"));
-    auto *hotkeySuggestion = named(subtle(QString(), page), "hotkeySuggestion", tr("Keyboard shortcut"));
+    auto *hotkeySuggestion = m_hotkeySuggestion
+        = named(subtle(QString(), page), "hotkeySuggestion", tr("Keyboard shortcut"));
     status->addWidget(recordingState);
     status->addWidget(hotkeySuggestion, 1);
     auto *timerBox = new LXTimerBackgroundView(page);
@@ -249,8 +269,13 @@ QWidget *LXMainWindow::makeMetadataPage()
     v->setContentsMargins(36, 26, 36, 22);
     v->setSpacing(8);
     v->addWidget(heading(tr("Describe your recording"), page));
-    v->addWidget(named(subtle(tr("Give the recording a title and a description, then choose where it goes."), page),
-        "helpTextField", tr("Help")));
+    v->addWidget(
+        m_helpText = named(subtle(tr("Give the recording a title and a description, then choose where it goes."), page),
+            "helpTextField", tr("Help")));
+    m_chosenFiles = named(subtle(QString(), page), "chosenFiles", tr("Files to publish"));
+    m_chosenFiles->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_chosenFiles->hide();
+    v->addWidget(m_chosenFiles);
     v->addSpacing(8);
     auto *titleLabel = fieldLabel(tr("Title"), page);
     m_title = named(new LXPlaceholderLineEdit(page), "title", tr("Title"));
@@ -321,14 +346,40 @@ void LXMainWindow::makeMenus()
     connect(cameraConfiguration, &QAction::triggered, this, &LXMainWindow::cameraConfigurationRequested);
 }
 
-void LXMainWindow::showSourceChooser()
+void LXMainWindow::showSourceChooser(int durationMs)
 {
-    showPage(Page::SourceChooser);
+    showPage(Page::SourceChooser, durationMs);
 }
 
-void LXMainWindow::showRecordPage()
+void LXMainWindow::showRecordPage(int durationMs)
 {
-    showPage(Page::Record);
+    offerBack();
+    m_publish->setText(tr("Publish"));
+    m_publish->setAccessibleName(tr("Publish"));
+    showPage(Page::Record, durationMs);
+}
+
+void LXMainWindow::showMetadataPageForFiles(const QStringList &paths)
+{
+    QStringList names;
+    for (const QString &path : paths)
+        names << path.toHtmlEscaped();
+    m_chosenFiles->setText(tr("Files to publish:") + QStringLiteral("<br>") + names.join(QStringLiteral("<br>")));
+    m_chosenFiles->show();
+    m_helpText->hide();
+    offerBack();
+    showPage(Page::Metadata);
+    m_recordPause->hide();
+    m_publish->setText(tr("Done"));
+    m_publish->setAccessibleName(tr("Done"));
+    m_publish->show();
+}
+
+void LXMainWindow::offerBack()
+{
+    m_startOverGoesBack = true;
+    m_startOver->setText(tr("Back"));
+    m_startOver->setAccessibleName(tr("Back"));
 }
 
 void LXMainWindow::showMetadataPage()
@@ -341,14 +392,23 @@ void LXMainWindow::showDonePage()
     showPage(Page::Done);
 }
 
-void LXMainWindow::showPage(Page page)
+void LXMainWindow::showPage(Page page, int durationMs)
 {
     const Page current = m_currentPage;
     const bool forward = current == Page::SourceChooser || (current == Page::Record && page != Page::SourceChooser);
     m_currentPage = page;
-    m_contentBox->pushView(
-        m_pages[size_t(page)], forward ? LXPushView::Direction::FromRight : LXPushView::Direction::FromLeft);
+    m_contentBox->pushView(m_pages[size_t(page)],
+        forward ? LXPushView::Direction::FromRight : LXPushView::Direction::FromLeft, durationMs);
     m_startOver->setVisible(page != Page::SourceChooser && page != Page::Done);
+    m_recordPause->setVisible(page == Page::Record);
+    if (page == Page::SourceChooser) {
+        m_startOverGoesBack = false;
+        m_startOver->setText(tr("Start Over"));
+        m_startOver->setAccessibleName(tr("Start Over"));
+        m_publish->hide();
+        m_chosenFiles->hide();
+        m_helpText->show();
+    }
     emit pageChanged();
 }
 
@@ -372,16 +432,66 @@ void LXMainWindow::setRecordControls(const QString &title, const QString &imageN
     m_recordPause->setEnabled(enabled);
 }
 
-void LXMainWindow::setCameraNames(const QStringList &names)
+void LXMainWindow::setDeviceMenus(QMenu *cameras, QMenu *microphones)
 {
-    m_cameras->clear();
-    m_cameras->addItems(names);
-    m_cameras->updateGeometry();
+    m_cameras->setMenu(cameras);
+    m_microphones->setMenu(microphones);
 }
 
-void LXMainWindow::setMicrophoneListHidden(bool hidden)
+void LXMainWindow::setChosenCamera(const QString &title)
 {
-    m_microphones->setHidden(hidden || m_microphones->count() == 0);
+    m_cameras->setTitle(title);
+}
+
+void LXMainWindow::setChosenMicrophone(const QString &title)
+{
+    m_microphones->setTitle(title);
+}
+
+void LXMainWindow::setDevicePopUpsHidden(bool microphones, bool cameras)
+{
+    for (auto [popUp, hidden] : { std::pair { m_microphones, microphones }, std::pair { m_cameras, cameras } })
+        popUp->setHidden(hidden || !popUp->menu() || popUp->menu()->isEmpty());
+}
+
+void LXMainWindow::setPreviewImage(const QImage &image, bool hidden)
+{
+    if (!image.isNull())
+        m_previewImage->setPixmap(QPixmap::fromImage(image.scaled(
+            m_previewImage->size().expandedTo(QSize(320, 200)), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    m_previewImage->setHidden(hidden);
+}
+
+void LXMainWindow::setScreenPreviewImage(const QImage &image)
+{
+    if (image.isNull()) {
+        m_screenPreviewImage->clear();
+        m_screenPreviewImage->hide();
+        return;
+    }
+    const QSize room = m_contentBox->size().expandedTo(QSize(480, 300)) * 0.9;
+    m_screenPreviewImage->setPixmap(
+        QPixmap::fromImage(image.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    m_screenPreviewImage->show();
+}
+
+void LXMainWindow::setHotkeySuggestion(const QString &text)
+{
+    m_hotkeySuggestion->setText(text);
+}
+
+void LXMainWindow::showLocalPreview(const std::shared_ptr<CaptureSession> &session)
+{
+    m_localPreview->setCaptureSession(session);
+    m_localPreview->setVisible(bool(session));
+    if (session)
+        m_localPreview->raise();
+}
+
+void LXMainWindow::setMicrophoneLevelConnection(const CaptureConnectionPtr &connection)
+{
+    m_levelMeter->setConnection(connection);
+    m_levelMeter->setVisible(bool(connection));
 }
 
 void LXMainWindow::setWorkflows(const QStringList &titles)
@@ -407,6 +517,54 @@ void LXMainWindow::setMetadataLengthLimits(int title, int description)
 void LXMainWindow::setTitlePlaceholderImageVisible(bool visible)
 {
     m_title->setPlaceholderImageVisible(visible);
+}
+
+namespace {
+
+// The local files of a drag; empty when it carries none.
+QStringList droppedPaths(const QMimeData *data)
+{
+    QStringList paths;
+    for (const QUrl &url : data->urls())
+        if (url.isLocalFile())
+            paths << url.toLocalFile();
+    return paths;
+}
+
+} // namespace
+
+void LXMainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    // Files are taken only while nothing is recorded, and only as copies.
+    if (!m_acceptsFileDrops || droppedPaths(event->mimeData()).isEmpty()
+        || !(event->possibleActions() & Qt::CopyAction)) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void LXMainWindow::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (m_acceptsFileDrops && (event->possibleActions() & Qt::CopyAction)) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    } else {
+        event->ignore();
+    }
+}
+
+void LXMainWindow::dropEvent(QDropEvent *event)
+{
+    const QStringList paths = droppedPaths(event->mimeData());
+    if (!m_acceptsFileDrops || paths.isEmpty()) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    emit filesDropped(paths);
 }
 
 void LXMainWindow::closeEvent(QCloseEvent *event)

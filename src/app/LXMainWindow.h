@@ -1,12 +1,18 @@
 #pragma once
 
+#include "CaptureSession.h"
+
 #include <QMainWindow>
 
 #include <array>
+#include <memory>
 
+class AudioLevelMeter;
+class CaptureVideoPreviewWidget;
 class QAction;
 class QImage;
 class QLabel;
+class QMenu;
 class QPlainTextEdit;
 class QPushButton;
 class LXPlaceholderLineEdit;
@@ -34,12 +40,18 @@ public:
 
     explicit LXMainWindow(QWidget *parent = nullptr);
 
+    // How long a page takes to slide in unless told otherwise.
+    static constexpr int kPushDurationMs = 260;
+
     // A page further along the way in slides in from the right, one further
     // back from the left. "Start Over" is offered between the source chooser
     // and the done page.
-    void showSourceChooser();
-    void showRecordPage();
+    void showSourceChooser(int durationMs = kPushDurationMs);
+    void showRecordPage(int durationMs = kPushDurationMs);
     void showMetadataPage();
+    // The metadata page for files chosen on disk, listing them, with "Back"
+    // to the source chooser.
+    void showMetadataPageForFiles(const QStringList &paths);
     void showDonePage();
     Page currentPage() const { return m_currentPage; }
 
@@ -52,10 +64,28 @@ public:
     // The record/pause button and menu item: their title, the button's
     // picture (see LXRecordButton) and whether either can be used.
     void setRecordControls(const QString &title, const QString &imageName, bool enabled);
-    void setCameraNames(const QStringList &names);
-    // An empty microphone menu offers nothing to choose, so it stays hidden
+    // The device menus the pop-up buttons offer (the controller keeps them)
+    // and the title each button shows for the chosen device.
+    void setDeviceMenus(QMenu *cameras, QMenu *microphones);
+    void setChosenCamera(const QString &title);
+    void setChosenMicrophone(const QString &title);
+    // The record page's pictures: a camera's snapshot (null hides it), the
+    // screen or audio picture (null hides it) and the hot-key hint.
+    void setPreviewImage(const QImage &image, bool hidden);
+    void setScreenPreviewImage(const QImage &image);
+    void setHotkeySuggestion(const QString &text);
+    // A local camera's live picture over the preview; null ends it.
+    void showLocalPreview(const std::shared_ptr<CaptureSession> &session);
+    // A chosen microphone's level under the devices; null hides the meter.
+    void setMicrophoneLevelConnection(const CaptureConnectionPtr &connection);
+    // The start-over button offers "Back" (backClicked) instead.
+    void offerBack();
+    // Files dropped on the window are offered (filesDropped) only while this
+    // is on.
+    void setAcceptsFileDrops(bool accepts) { m_acceptsFileDrops = accepts; }
+    // An empty menu offers nothing to choose, so its pop-up stays hidden
     // whatever is asked here.
-    void setMicrophoneListHidden(bool hidden);
+    void setDevicePopUpsHidden(bool microphones, bool cameras);
 
     // Menu items in the workflow pop-up, as "TITLE\n$$$$\nDESCRIPTION" texts;
     // choosing one emits workflowChosen with its index in `titles`.
@@ -75,6 +105,8 @@ signals:
     void sourceClicked(LXMainWindow::Source source);
     void recordPauseClicked();
     void startOverClicked();
+    void backClicked();
+    void filesDropped(const QStringList &paths);
     void publishClicked();
     void newPodcastClicked();
     void workflowChosen(int index);
@@ -86,6 +118,9 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     QWidget *makeButtonStrip(QWidget *parent);
@@ -94,7 +129,7 @@ private:
     QWidget *makeMetadataPage();
     QWidget *makeDonePage();
     void makeMenus();
-    void showPage(Page page);
+    void showPage(Page page, int durationMs = kPushDurationMs);
 
     LXPushView *m_contentBox = nullptr;
     std::array<QWidget *, 4> m_pages {};
@@ -105,6 +140,14 @@ private:
     VKPopUpButton *m_cameras = nullptr;
     VKPopUpButton *m_microphones = nullptr;
     QLabel *m_previewImage = nullptr;
+    QLabel *m_screenPreviewImage = nullptr;
+    QLabel *m_hotkeySuggestion = nullptr;
+    CaptureVideoPreviewWidget *m_localPreview = nullptr;
+    AudioLevelMeter *m_levelMeter = nullptr;
+    QLabel *m_helpText = nullptr;
+    QLabel *m_chosenFiles = nullptr;
+    bool m_acceptsFileDrops = false;
+    bool m_startOverGoesBack = false;
 
     LXPlaceholderLineEdit *m_title = nullptr;
     QPlainTextEdit *m_description = nullptr;

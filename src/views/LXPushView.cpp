@@ -8,7 +8,7 @@ LXPushView::LXPushView(QWidget *parent)
     : VKColorBox(parent)
 { }
 
-void LXPushView::pushView(QWidget *page, Direction direction)
+void LXPushView::pushView(QWidget *page, Direction direction, int durationMs)
 {
     QWidget *old = contentView();
     if (m_animation) {
@@ -38,7 +38,7 @@ void LXPushView::pushView(QWidget *page, Direction direction)
     out->setStartValue(QPoint(0, 0));
     out->setEndValue(QPoint(-sign * w, 0));
     for (QPropertyAnimation *a : { in, out }) {
-        a->setDuration(kDurationMs);
+        a->setDuration(durationMs);
         a->setEasingCurve(QEasingCurve::OutCubic);
         m_animation->addAnimation(a);
     }

@@ -19,7 +19,7 @@ public:
     // Shows `page`; with a direction, slides it in while the current page
     // leaves to the other side. The page is current at once; only the
     // picture lags behind.
-    void pushView(QWidget *page, Direction direction);
+    void pushView(QWidget *page, Direction direction, int durationMs = kDurationMs);
 
     static constexpr int kDurationMs = 260;
 

@@ -1,5 +1,6 @@
 #include "VKPopUpButton.h"
 
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -11,12 +12,45 @@ VKPopUpButton::VKPopUpButton(QWidget *parent)
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
 }
 
+void VKPopUpButton::setMenu(QMenu *menu)
+{
+    m_menu = menu;
+    updateGeometry();
+    update();
+}
+
+void VKPopUpButton::setTitle(const QString &title)
+{
+    m_title = title;
+    updateGeometry();
+    update();
+}
+
+QString VKPopUpButton::title() const
+{
+    return m_menu ? m_title : currentText();
+}
+
+void VKPopUpButton::showPopup()
+{
+    if (!m_menu) {
+        QComboBox::showPopup();
+        return;
+    }
+    m_menu->popup(mapToGlobal(rect().bottomLeft()));
+}
+
 QSize VKPopUpButton::sizeHint() const
 {
     // Room for the longest item, the rounded ends and the chevrons.
     int widest = 0;
     for (int i = 0; i < count(); ++i)
         widest = qMax(widest, fontMetrics().horizontalAdvance(itemText(i)));
+    if (m_menu) {
+        for (const QAction *item : m_menu->actions())
+            widest = qMax(widest, fontMetrics().horizontalAdvance(item->text()) + 24);
+        widest = qMax(widest, fontMetrics().horizontalAdvance(m_title));
+    }
     const int height = qMax(28, fontMetrics().height() + 12);
     return { qMin(widest, 320) + height / 2 + int(height * 0.9) + 6, height };
 }
@@ -43,7 +77,7 @@ void VKPopUpButton::paintEvent(QPaintEvent *)
     const qreal arrowSpace = r.height() * 0.9;
     const QRectF textRect = r.adjusted(r.height() / 2, 0, -arrowSpace, 0);
     p.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft,
-        fontMetrics().elidedText(currentText(), Qt::ElideRight, int(textRect.width())));
+        fontMetrics().elidedText(title(), Qt::ElideRight, int(textRect.width())));
 
     // Two small chevrons, as pop-up buttons show.
     const qreal cx = r.right() - arrowSpace / 2 - 2;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QComboBox>
+#include <QMenu>
+#include <QPointer>
 
 // A black, rounded pop-up button for the dark pages of the main window
 // (camera and microphone menus).
@@ -12,9 +14,21 @@ class VKPopUpButton final : public QComboBox
 public:
     explicit VKPopUpButton(QWidget *parent = nullptr);
 
+    // With a menu, the button pops that menu (whose items may have
+    // submenus) instead of its own list, and shows `title`.
+    void setMenu(QMenu *menu);
+    QMenu *menu() const { return m_menu; }
+    void setTitle(const QString &title);
+    QString title() const;
+
+    void showPopup() override;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    QPointer<QMenu> m_menu;
+    QString m_title;
 };

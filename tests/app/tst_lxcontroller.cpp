@@ -306,6 +306,7 @@ private slots:
         // Started through the server interface, so the simulator or the agent really records.
         const std::shared_ptr<PodcastJob> job = m_controller->job();
         const QString camera = QStringLiteral("Studio 2");
+        m_controller->sourceClicked(local ? Mode::Audio : Mode::Video);
         m_controller->setLocalRecordingChosen(local);
         m_controller->setJobCamera({ { QStringLiteral("name"), camera } });
         m_controller->setJobLocalAudioDeviceName(QStringLiteral("test:mic1"));
@@ -325,7 +326,6 @@ private slots:
             return QString::fromLatin1(QFile::exists(job->movieFilePaths()->last()) ? "stopped" : "cancelled");
         };
         QCOMPARE(heard(), QStringLiteral("recording"));
-        m_controller->sourceClicked(local ? Mode::Audio : Mode::Video);
         m_controller->setState(State::Recording);
 
         QString heardAtEnd;
@@ -504,13 +504,16 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
         LXUserDefaults::standard().setObject(
             QStringLiteral("Publish to Course Site"), LXDefaultsKeys::PreviousWorkflowChosen.key);
-        // A source tile opens the record page; Start Over resets the job and goes back.
+        // A source tile opens the record page; Back returns without a source.
         QTest::mouseClick(child("videoTile"), Qt::LeftButton);
         QCOMPARE(m_controller->window()->currentPage(), LXMainWindow::Page::Record);
         QVERIFY(child<QAction>("recordPauseMenuItem")->isEnabled());
+        QCOMPARE(child<QPushButton>("startOver")->text(), QStringLiteral("Back"));
         QTest::mouseClick(child("startOver"), Qt::LeftButton);
         QCOMPARE(m_controller->window()->currentPage(), LXMainWindow::Page::SourceChooser);
         QCOMPARE(m_controller->mode(), Mode::NoSource);
+        QVERIFY(!child("recordPauseButton")->isVisibleTo(m_controller->window()));
+        m_controller->resetJobAndRecordingState();
         QCOMPARE(
             m_controller->job()->workflow().value(QStringLiteral("name")).toString(), QStringLiteral("course-site-hd"));
         // What the pop-up shows is where the recording goes.

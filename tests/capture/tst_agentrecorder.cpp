@@ -196,12 +196,13 @@ private slots:
         pulse.setProcessEnvironment(pulseEnv);
         pulse.setProcessChannelMode(QProcess::MergedChannels);
         // A server of our own with nothing but a null sink, whose monitor is
-        // then the default source.
+        // then the default source. The sink comes before the socket, so a
+        // client that finds the socket finds the source too.
         pulse.start(QStringLiteral("pulseaudio"),
             { QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
                 QStringLiteral("--disallow-exit"), QStringLiteral("--use-pid-file=no"),
-                QStringLiteral("--load=module-native-protocol-unix auth-anonymous=1 socket=") + socket,
-                QStringLiteral("--load=module-null-sink sink_name=lumex_null") });
+                QStringLiteral("--load=module-null-sink sink_name=lumex_null"),
+                QStringLiteral("--load=module-native-protocol-unix auth-anonymous=1 socket=") + socket });
         if (!pulse.waitForStarted())
             QSKIP("pulseaudio could not be started");
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket) || pulse.state() != QProcess::Running, 10000);

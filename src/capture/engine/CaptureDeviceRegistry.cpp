@@ -124,13 +124,13 @@ CaptureDevicePtr CaptureDeviceRegistry::deviceWithUniqueID(const QString &unique
     return nullptr;
 }
 
-CaptureDevicePtr CaptureDeviceRegistry::defaultMicrophone() const
+CaptureDevicePtr CaptureDeviceRegistry::defaultInputDeviceWithMediaType(const QString &mediaType) const
 {
-    QList<CaptureDevicePtr> microphones = devicesWithMediaType(MediaType::Sound);
-    for (const CaptureDevicePtr &device : std::as_const(microphones))
+    const QList<CaptureDevicePtr> candidates = devicesWithMediaType(mediaType);
+    for (const CaptureDevicePtr &device : candidates)
         if (device->isDefault())
             return device;
-    return microphones.isEmpty() ? nullptr : microphones.first();
+    return candidates.isEmpty() ? nullptr : candidates.first();
 }
 
 CaptureDevicePtr CaptureDeviceRegistry::addTestDevice(const QString &entry)

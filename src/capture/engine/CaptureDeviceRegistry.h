@@ -49,7 +49,10 @@ public:
     CaptureDevicePtr deviceWithUniqueID(const QString &uniqueID) const;
     // The system's default microphone: the one the sound server marks as its
     // default, else the first one.
-    CaptureDevicePtr defaultMicrophone() const;
+    CaptureDevicePtr defaultMicrophone() const { return defaultInputDeviceWithMediaType(MediaType::Sound); }
+    // The system's default device of a media type: the one the system marks
+    // as its default, else the first one; null when there is none.
+    CaptureDevicePtr defaultInputDeviceWithMediaType(const QString &mediaType) const;
 
     // Adds a test device from one "KIND:ID[:NAME]" entry; null when the
     // entry is malformed or the ID is taken.
