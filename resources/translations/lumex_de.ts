@@ -2,13 +2,107 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
-    <name>CameraConfigController</name>
+    <name>AudioLevelMeter</name>
+    <message>
+        <source>Microphone level</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CameraConfig</name>
     <message>
         <source>Camera Configuration</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Camera binding and device choice will appear here.</source>
+        <source>No camera is connected to this computer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Camera:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Microphone:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input level:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Click the lock to make changes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bind</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CameraConfigController</name>
+    <message>
+        <source>Server:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Camera name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unbind</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bind</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lumex requires that you authenticate as a server administrator to %@.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Binding failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please confirm that the server is reachable and that the server administrator user name and password are correct.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unbinding failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please confirm that the server administrator user name and password are correct and that the server is reachable.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to start/stop the camera agent.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Received error status</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Click the lock to prevent further changes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Click the lock to make changes.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -67,6 +161,14 @@
     </message>
     <message>
         <source>Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose Movie Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Press %1 in any application to start or pause recording.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -219,6 +321,62 @@
         <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Microphone level</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No preview yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Screen preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Camera preview</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recording state</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keyboard shortcut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recording time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files to publish</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Submission status</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files to publish:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>LXRecordButton</name>
@@ -310,25 +468,123 @@
     </message>
 </context>
 <context>
-    <name>PreferencesController</name>
+    <name>Preferences</name>
     <message>
         <source>Preferences</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Record/pause shortcut settings will appear here.</source>
+        <source>Record/pause shortcut:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a key, or click the field and press the combination you want.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Starts or pauses a recording from any application.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TransferCell</name>
+    <message>
+        <source>&apos;%@&apos; by %@</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pending</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Completed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%d%% done — %@ remaining</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%d%% done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 second</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconds</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Transfers</name>
+    <message>
+        <source>Transfers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No Transfers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove the completed uploads from the list</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
     <name>TransfersController</name>
     <message>
-        <source>Transfers</source>
+        <source>No Transfers</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>No uploads in progress.</source>
+        <source>1 Transfer</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Transfers</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
 </context>
 </TS>
