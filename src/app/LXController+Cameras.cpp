@@ -310,8 +310,10 @@ void LXController::showChosenRemoteCameraPreview()
 {
     if (!m_window)
         return;
+    // Only the video page shows a camera's picture; audio and screen show
+    // their own.
     QImage image;
-    for (const QVariant &entry : std::as_const(m_remoteCameras)) {
+    for (const QVariant &entry : m_mode == Mode::Video ? m_remoteCameras : QVariantList()) {
         const QVariantMap camera = entry.toMap();
         if (isChosenRemoteCamera(camera)) {
             image = QImage::fromData(camera.value(kPreviewData).toByteArray());

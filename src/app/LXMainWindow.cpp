@@ -576,11 +576,15 @@ void LXMainWindow::closeEvent(QCloseEvent *event)
 
 void LXMainWindow::setRemotePreview(const QImage &image)
 {
+    // The snapshot takes the place of the smaller preview, which video mode
+    // otherwise hides; without one (a local device, a failed download)
+    // nothing stale is left on the page.
     if (image.isNull()) {
         m_previewImage->setPixmap(QPixmap());
-        m_previewImage->setText(tr("No preview yet"));
+        m_previewImage->hide();
         return;
     }
+    m_previewImage->show();
     const qreal ratio = m_previewImage->devicePixelRatioF();
     const QSize box = m_previewImage->contentsRect().size() * ratio;
     QPixmap pixmap = QPixmap::fromImage(image);

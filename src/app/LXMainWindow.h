@@ -94,8 +94,8 @@ public:
     // Typing beyond these lengths is cut off.
     void setMetadataLengthLimits(int title, int description);
     void setTitlePlaceholderImageVisible(bool visible);
-    // The snapshot of the chosen remote camera; a null image leaves the
-    // preview blank.
+    // The snapshot of the chosen remote camera, shown in the video page's
+    // preview; a null image hides the preview.
     void setRemotePreview(const QImage &image);
 
 signals:

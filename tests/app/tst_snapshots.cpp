@@ -72,6 +72,7 @@ private slots:
             studio.insert("preview_url", row[0].replace("PORT", port));
         m_controller->setRemoteCameras(
             QVariantList { QVariantMap { { "name", "Twin" }, { "uuid", "S2" } }, studio }.mid(setup != "twin"));
+        m_controller->setMode(LXController::Mode::Video); // the page that shows a camera's picture
         m_controller->setJobCamera(studio);
         m_controller->setLocalRecordingChosen(setup == "local");
         const QString users = m_sim.state("users.plist"); // the account may take the other one's password

@@ -18,8 +18,8 @@ namespace {
 QByteArray reply(const QByteArray &status, const QByteArray &headers = {}, const QByteArray &body = {},
     const QByteArray &type = "text/plain")
 {
-    return "HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Type: " + type
-        + "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n" + headers + "\r\n" + body;
+    return "HTTP/1.1 " + status + "\r\nContent-Type: " + type + "\r\nContent-Length: " + QByteArray::number(body.size())
+        + "\r\n" + headers + "\r\n" + body;
 }
 
 // The value of header `name` (lower case) in a request head, or null.
@@ -69,16 +69,24 @@ bool PreviewServer::listen(quint16 port, QString *error)
 
 void PreviewServer::answer(QSslSocket *socket)
 {
-    QByteArray head = socket->property("head").toByteArray() + socket->readAll();
-    if (!head.contains("\r\n\r\n")) {
-        if (head.size() > 64 * 1024)
-            socket->abort();
-        else
-            socket->setProperty("head", head);
-        return;
+    // Connections are kept open, as a real web server's are: a client that
+    // fetches every few seconds pays for one TLS handshake, not one a
+    // request. Requests here carry no body.
+    QByteArray pending = socket->property("pending").toByteArray() + socket->readAll();
+    qsizetype end;
+    while ((end = pending.indexOf("\r\n\r\n")) >= 0) {
+        const QByteArray head = pending.left(end);
+        pending.remove(0, end + 4);
+        socket->write(respond(head));
+        if (headerValue(head.split('\n'), "connection").toLower() == "close") {
+            socket->disconnectFromHost();
+            return;
+        }
     }
-    socket->write(respond(head.left(head.indexOf("\r\n\r\n"))));
-    socket->disconnectFromHost();
+    if (pending.size() > 64 * 1024)
+        socket->abort();
+    else
+        socket->setProperty("pending", pending);
 }
 
 QByteArray PreviewServer::respond(const QByteArray &head)
