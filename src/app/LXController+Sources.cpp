@@ -137,7 +137,7 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
     setMode(mode);
     if (m_window) {
         if (mode == Mode::Video) {
-            m_window->setPreviewImage(QImage(), true);
+            m_window->setRemotePreview(QImage());
             m_window->setScreenPreviewImage(QImage());
             m_window->setHotkeySuggestion(QString());
         } else if (mode == Mode::Audio) {

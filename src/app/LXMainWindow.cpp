@@ -454,14 +454,6 @@ void LXMainWindow::setDevicePopUpsHidden(bool microphones, bool cameras)
         popUp->setHidden(hidden || !popUp->menu() || popUp->menu()->isEmpty());
 }
 
-void LXMainWindow::setPreviewImage(const QImage &image, bool hidden)
-{
-    if (!image.isNull())
-        m_previewImage->setPixmap(QPixmap::fromImage(image.scaled(
-            m_previewImage->size().expandedTo(QSize(320, 200)), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
-    m_previewImage->setHidden(hidden);
-}
-
 void LXMainWindow::setScreenPreviewImage(const QImage &image)
 {
     if (image.isNull()) {

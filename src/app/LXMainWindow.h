@@ -69,9 +69,8 @@ public:
     void setDeviceMenus(QMenu *cameras, QMenu *microphones);
     void setChosenCamera(const QString &title);
     void setChosenMicrophone(const QString &title);
-    // The record page's pictures: a camera's snapshot (null hides it), the
-    // screen or audio picture (null hides it) and the hot-key hint.
-    void setPreviewImage(const QImage &image, bool hidden);
+    // The record page's pictures: the screen or audio picture (null hides
+    // it) and the hot-key hint; a camera's snapshot is setRemotePreview.
     void setScreenPreviewImage(const QImage &image);
     void setHotkeySuggestion(const QString &text);
     // A local camera's live picture over the preview; null ends it.
