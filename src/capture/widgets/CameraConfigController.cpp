@@ -127,10 +127,21 @@ void CameraConfigController::windowDidLoad()
     // The administrator's account on the server and the name this camera
     // takes there, handed to the tool with the bind.
     auto *fields = new QFormLayout;
-    for (auto [field, label] : { std::pair { &m_serverField, tr("Server:") }, { &m_userField, tr("User name:") },
-             { &m_passwordField, tr("Password:") }, { &m_cameraNameField, tr("Camera name:") } }) {
-        *field = new QLineEdit(m_serverAuthPanel);
-        fields->addRow(label, *field);
+    const struct
+    {
+        QLineEdit **field;
+        QString label, name, description;
+    } rows[] = {
+        { &m_serverField, tr("Server:"), tr("Server"), tr("The address of the server this camera is bound to") },
+        { &m_userField, tr("User name:"), tr("User name"), tr("The account of the server's administrator") },
+        { &m_passwordField, tr("Password:"), tr("Password"), tr("The password of the administrator's account") },
+        { &m_cameraNameField, tr("Camera name:"), tr("Camera name"), tr("The name this camera has on the server") },
+    };
+    for (const auto &row : rows) {
+        *row.field = new QLineEdit(m_serverAuthPanel);
+        (*row.field)->setAccessibleName(row.name);
+        (*row.field)->setAccessibleDescription(row.description);
+        fields->addRow(row.label, *row.field);
     }
     m_passwordField->setEchoMode(QLineEdit::Password);
     m_serverField->setObjectName(QStringLiteral("serverField"));
@@ -140,6 +151,8 @@ void CameraConfigController::windowDidLoad()
     layout->addLayout(fields);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, m_serverAuthPanel);
     m_serverAuthOKButton = buttons->button(QDialogButtonBox::Ok);
+    m_serverAuthOKButton->setAccessibleDescription(tr("Binds or unbinds this camera with the administrator's account"));
+    buttons->button(QDialogButtonBox::Cancel)->setAccessibleDescription(tr("Closes this sheet and changes nothing"));
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, [this] { dismissBindAuthPanel(true); });
     connect(buttons, &QDialogButtonBox::rejected, this, [this] { dismissBindAuthPanel(false); });
@@ -442,6 +455,9 @@ void CameraConfigController::showAlert(QWidget *parent, const QString &message, 
 {
     auto *alert = new QMessageBox(QMessageBox::Warning, message, message, QMessageBox::Ok, parent);
     alert->setInformativeText(information);
+    alert->setAccessibleName(message);
+    alert->setAccessibleDescription(information);
+    alert->button(QMessageBox::Ok)->setAccessibleDescription(tr("Closes this message"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
     alert->open();
@@ -492,6 +508,8 @@ void CameraConfigController::updateLockedState()
     m_ui->ibAuthView->setChecked(isUnlocked());
     m_ui->ibAuthView->setText(
         isUnlocked() ? tr("Click the lock to prevent further changes.") : tr("Click the lock to make changes."));
+    m_ui->ibAuthView->setAccessibleName(isUnlocked() ? tr("Unlocked") : tr("Locked"));
+    m_ui->ibAuthView->setAccessibleDescription(m_ui->ibAuthView->text());
     emit lockedStateChanged();
 }
 
