@@ -5,11 +5,13 @@
 #include "LXController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
+#include "LXSourceTile.h"
 #include "LXUserDefaults.h"
 #include "VKPopUpButton.h"
 
 #include "SimSandbox.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocalServer>
@@ -195,6 +197,52 @@ private slots:
         m_controller->sourceClicked(Mode::Screen);
         QCOMPARE(child<VKPopUpButton>("microphonesPopUpButton")->title(), QStringLiteral("Second"));
         QVERIFY(!child<QLabel>("hotkeySuggestion")->text().isEmpty());
+    }
+
+    void keyboardReachesEveryNamedControl()
+    {
+        signIn(kDevices);
+        m_controller->window()->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_controller->window()));
+        // Once round the Tab chain from `first`: each control reached, visible, with a name and a description.
+        auto tabRound = [](QWidget *first, QWidgetList &reached) {
+            first->setFocus();
+            for (QWidget *w = first; w && !reached.contains(w); w = QApplication::focusWidget()) {
+                const QAccessibleInterface *a = QAccessible::queryAccessibleInterface(w);
+                QVERIFY2(w->isVisible() && !a->text(QAccessible::Name).isEmpty()
+                        && !a->text(QAccessible::Description).isEmpty(),
+                    qPrintable(w->objectName()));
+                reached << w;
+                QTest::keyClick(w, Qt::Key_Tab);
+            }
+        };
+        QWidgetList reached;
+        tabRound(child("videoTile"), reached);
+        for (const char *tile : { "videoTile", "audioTile", "screenTile", "fileTile" })
+            QVERIFY(reached.contains(child(tile)));
+        QTest::keyClick(child("audioTile"), Qt::Key_Space);
+        QCOMPARE(m_controller->mode(), Mode::Audio);
+        tabRound(child("microphonesPopUpButton"), reached);
+        QVERIFY(reached.contains(child("recordPauseButton")));
+    }
+
+    void textStandsOutFromItsBackground()
+    {
+        auto luminance = [](const QColor &c) {
+            auto linear = [](float v) { return v <= 0.04045f ? v / 12.92f : std::pow((v + 0.055f) / 1.055f, 2.4f); };
+            return 0.2126f * linear(c.redF()) + 0.7152f * linear(c.greenF()) + 0.0722f * linear(c.blueF());
+        };
+        LXApplication::applyLook(*qApp);
+        const QPalette p = QApplication::palette();
+        using R = QPalette::ColorRole;
+        for (auto [text, background] : { std::pair { R::WindowText, R::Window }, { R::Text, R::Base },
+                 { R::PlaceholderText, R::Base }, { R::PlaceholderText, R::Window }, { R::ButtonText, R::Button },
+                 { R::ToolTipText, R::ToolTipBase }, { R::HighlightedText, R::Highlight }, { R::Link, R::Window } }) {
+            const auto [dark, light] = std::minmax({ luminance(p.color(text)), luminance(p.color(background)) });
+            // WCAG AA for text of normal size
+            QVERIFY2((light + 0.05f) / (dark + 0.05f) >= 4.5f,
+                qPrintable(QStringLiteral("%1 on %2").arg(text).arg(background)));
+        }
     }
 
     void filesDroppedOrHandedOverOnlyWhileIdle()
