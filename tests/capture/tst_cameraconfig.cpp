@@ -71,8 +71,11 @@ private slots:
 
     void bindStartsTheAgentAndClosesOrAlerts()
     {
-        for (bool succeeds : { false, true }) {
-            succeeds ? m_sim.clearFaults() : m_sim.setFault("--bind", { { "status", 0 } });
+        // A bind that fails, one that succeeds, then an unbind of that binding that fails.
+        for (auto [fault, alert] :
+            { std::pair { "--bind", "Binding failed" }, { "", "" }, { "--unbind", "Unbinding failed" } }) {
+            const bool succeeds = !*fault;
+            succeeds ? m_sim.clearFaults() : m_sim.setFault(fault, { { "status", 0 } });
             CameraConfigController controller;
             QWidget *window = controller.window();
             window->show();
@@ -87,7 +90,7 @@ private slots:
                 QVERIFY(PropertyList::readFile(m_sim.state("agent.plist")).toMap().value("running").toBool());
             } else {
                 QTRY_VERIFY(panel->findChild<QMessageBox *>());
-                QCOMPARE(panel->findChild<QMessageBox *>()->text(), QStringLiteral("Binding failed"));
+                QCOMPARE(panel->findChild<QMessageBox *>()->text(), QLatin1String(alert));
                 QVERIFY(panel->isVisible() && controller.notPerformingBind());
             }
         }

@@ -242,6 +242,21 @@ private slots:
         // Through pkexec the helper runs as root and has the pipe.
         QCOMPARE(output, real ? QByteArray("0\npass word") : QByteArray("untouched"));
     }
+
+    void pkexecRunsTheSimulatorsAgentHelper()
+    {
+        if (!m_polkit)
+            m_polkit = std::make_unique<PolkitBus>();
+        if (!m_polkit->running())
+            QSKIP(m_polkit->skipReason().constData());
+        // pkexec clears the environment: the helper finds its sandbox from where it lies.
+        QVERIFY(SimSandbox::writePlist(m_sim->state(u"agent.plist"_s), QVariantMap { { "running", true } }));
+        QByteArray output;
+        const QStringList stop { u"agent"_s, u"stop"_s };
+        QCOMPARE(
+            PkexecLauncher(u"/usr/bin/pkexec"_s).execute(m_sim->tool(u"orvxctlexec"_s), stop, nullptr, &output), 0);
+        QCOMPARE(output, QByteArray("Agent stopped.\n"));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestProcessRunner)
