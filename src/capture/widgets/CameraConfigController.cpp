@@ -19,6 +19,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPainterPath>
 #include <QProcess>
 #include <QPushButton>
 #include <QSysInfo>
@@ -46,6 +48,28 @@ CaptureDevicePtr defaultDevice(const QString &mediaType)
             return device;
     }
     return devices.isEmpty() ? nullptr : devices.first();
+}
+
+// The padlock the lock button's text speaks of, its shackle raised while
+// unlocked. Drawn here: icon themes name and draw locks differently.
+QIcon padlock(bool open, const QColor &color)
+{
+    QPixmap pixmap(64, 64);
+    pixmap.fill(Qt::transparent);
+    QPainter p(&pixmap);
+    p.setRenderHint(QPainter::Antialiasing);
+    const qreal top = open ? 0 : 8;
+    QPainterPath shackle;
+    shackle.moveTo(20, 32);
+    shackle.lineTo(20, top + 12);
+    shackle.arcTo(20, top, 24, 24, 180, -180);
+    shackle.lineTo(44, open ? top + 18 : 32);
+    p.setPen(QPen(color, 6, Qt::SolidLine, Qt::RoundCap));
+    p.drawPath(shackle);
+    p.setPen(Qt::NoPen);
+    p.setBrush(color);
+    p.drawRoundedRect(QRectF(12, 30, 40, 32), 5, 5);
+    return QIcon(pixmap);
 }
 
 } // namespace
@@ -109,6 +133,10 @@ void CameraConfigController::windowDidLoad()
     m_captureView = new CaptureVideoPreviewWidget(m_ui->previewPage);
     m_ui->previewLayout->addWidget(m_captureView);
     m_ui->ibProgressSpinner->hide();
+    // A level, not a progress: green as the main window's meter, not the accent.
+    QPalette meter = m_ui->ibAudioLevelMeter->palette();
+    meter.setColor(QPalette::Highlight, QColor(60, 200, 90));
+    m_ui->ibAudioLevelMeter->setPalette(meter);
     m_ui->ibBindButton->setText(bindButtonTitle());
     connect(m_ui->ibAuthView, &QPushButton::clicked, this, [this] { isUnlocked() ? lock() : unlock(); });
     connect(m_ui->ibBindButton, &QPushButton::clicked, this, &CameraConfigController::bindCameraToServer);
@@ -508,6 +536,7 @@ void CameraConfigController::updateLockedState()
     m_ui->ibAuthView->setChecked(isUnlocked());
     m_ui->ibAuthView->setText(
         isUnlocked() ? tr("Click the lock to prevent further changes.") : tr("Click the lock to make changes."));
+    m_ui->ibAuthView->setIcon(padlock(isUnlocked(), m_ui->ibAuthView->palette().color(QPalette::ButtonText)));
     m_ui->ibAuthView->setAccessibleName(isUnlocked() ? tr("Unlocked") : tr("Locked"));
     m_ui->ibAuthView->setAccessibleDescription(m_ui->ibAuthView->text());
     emit lockedStateChanged();
