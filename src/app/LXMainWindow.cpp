@@ -150,6 +150,12 @@ void LXMainWindow::describeForAssistiveTechnology()
     for (const auto &[objectName, description] : descriptions)
         if (auto *control = findChild<QWidget *>(QLatin1String(objectName)))
             control->setAccessibleDescription(description);
+    // A label that shows a changing value is read by that value: a fixed
+    // name would hide it, and the description already says what it is.
+    for (const char *objectName :
+        { "recordingState", "hotkeySuggestion", "recordingTimer", "chosenFiles", "submittedStatus" })
+        if (auto *label = findChild<QLabel *>(QLatin1String(objectName)))
+            label->setAccessibleName(QString());
 
     // Tab follows the reading order: the page's controls, then the strip
     // from left to right. Hidden pages drop out of the chain by themselves.
