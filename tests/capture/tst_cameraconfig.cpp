@@ -71,11 +71,9 @@ private slots:
 
     void bindStartsTheAgentAndClosesOrAlerts()
     {
-        // A bind that fails, one that succeeds, then an unbind of that binding that fails.
         for (auto [fault, alert] :
             { std::pair { "--bind", "Binding failed" }, { "", "" }, { "--unbind", "Unbinding failed" } }) {
-            const bool succeeds = !*fault;
-            succeeds ? m_sim.clearFaults() : m_sim.setFault(fault, { { "status", 0 } });
+            *fault ? m_sim.setFault(fault, { { "status", 0 } }) : m_sim.clearFaults();
             CameraConfigController controller;
             QWidget *window = controller.window();
             window->show();
@@ -85,7 +83,7 @@ private slots:
             panel->findChild<QLineEdit *>("userField")->setText(SimSandbox::kUser);
             panel->findChild<QLineEdit *>("passwordField")->setText(SimSandbox::kPassword);
             controller.dismissBindAuthPanel(true);
-            if (succeeds) {
+            if (!*fault) {
                 QTRY_VERIFY(!window->isVisible());
                 QVERIFY(PropertyList::readFile(m_sim.state("agent.plist")).toMap().value("running").toBool());
             } else {

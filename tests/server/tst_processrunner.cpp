@@ -249,13 +249,11 @@ private slots:
             m_polkit = std::make_unique<PolkitBus>();
         if (!m_polkit->running())
             QSKIP(m_polkit->skipReason().constData());
-        // pkexec clears the environment: the helper finds its sandbox from where it lies.
+        // Stops a running agent: 0 only when the helper ran as root and found its sandbox by its own path.
         QVERIFY(SimSandbox::writePlist(m_sim->state(u"agent.plist"_s), QVariantMap { { "running", true } }));
-        QByteArray output;
         const QStringList stop { u"agent"_s, u"stop"_s };
         QCOMPARE(
-            PkexecLauncher(u"/usr/bin/pkexec"_s).execute(m_sim->tool(u"orvxctlexec"_s), stop, nullptr, &output), 0);
-        QCOMPARE(output, QByteArray("Agent stopped.\n"));
+            PkexecLauncher(u"/usr/bin/pkexec"_s).execute(m_sim->tool(u"orvxctlexec"_s), stop, nullptr, nullptr), 0);
     }
 };
 
