@@ -113,14 +113,16 @@ void LXApplication::applyLook(QApplication &app)
     const QColor window(38, 39, 44);
     const QColor base(26, 26, 30);
     const QColor text(232, 232, 236);
-    const QColor accent(224, 62, 52);
+    // Every text colour keeps at least 4.5:1 against the background it is
+    // drawn on (white on the accent too), as low-vision users need.
+    const QColor accent(206, 52, 44);
     p.setColor(QPalette::Window, window);
     p.setColor(QPalette::WindowText, text);
     p.setColor(QPalette::Base, base);
     p.setColor(QPalette::AlternateBase, window);
     p.setColor(QPalette::ToolTipBase, QColor(20, 20, 24));
     p.setColor(QPalette::ToolTipText, text);
-    p.setColor(QPalette::PlaceholderText, QColor(140, 140, 148));
+    p.setColor(QPalette::PlaceholderText, QColor(146, 146, 154));
     p.setColor(QPalette::Text, text);
     p.setColor(QPalette::Button, QColor(52, 53, 60));
     p.setColor(QPalette::ButtonText, text);

@@ -36,6 +36,9 @@ QWidget *PreferencesController::window()
             comboBox->addItem(QStringLiteral("\u2318 F%1").arg(index + 1));
         m_configKeyEditor = new ConfigKeyEditor(this);
         comboBox->setLineEdit(m_configKeyEditor);
+        m_configKeyEditor->setAccessibleName(comboBox->accessibleName());
+        m_configKeyEditor->setAccessibleDescription(
+            tr("Press the key combination you want while this field has focus"));
         comboBox->setCompleter(nullptr);
         comboBox->setInsertPolicy(QComboBox::NoInsert);
         // Editing switches the hot key off, so it starts with a click, not
