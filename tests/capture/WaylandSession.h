@@ -61,11 +61,16 @@ private:
         const QString run = m_dir.filePath(QStringLiteral("run"));
         QDir().mkpath(run);
         QFile::setPermissions(m_dir.path(), QFile::permissions(m_dir.path()) | QFile::ExeOther | QFile::ReadOther);
-        write(QStringLiteral("sway.conf"),
-            QStringLiteral("output HEADLESS-1 resolution %1x%2\nxwayland disable\n")
-                .arg(size.width())
-                .arg(size.height()));
-        write(QStringLiteral("xdpw.conf"), QStringLiteral("[screencast]\nchooser_type=none\noutput_name=HEADLESS-1\n"));
+        for (const auto &[name, text] : { std::pair { "sway.conf",
+                                              QStringLiteral("output HEADLESS-1 resolution %1x%2\n"
+                                                             "xwayland disable\n")
+                                                  .arg(size.width())
+                                                  .arg(size.height()) },
+                 { "xdpw.conf", QStringLiteral("[screencast]\nchooser_type=none\noutput_name=HEADLESS-1\n") } }) {
+            QFile file(m_dir.filePath(QLatin1String(name)));
+            if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
+                return QStringLiteral("cannot write ") + file.fileName();
+        }
         const QString address = QStringLiteral("unix:path=%1/bus").arg(run);
         m_env = QProcessEnvironment::systemEnvironment();
         m_env.remove(QStringLiteral("DISPLAY"));
@@ -110,13 +115,6 @@ private:
                 return portal[0] + QStringLiteral(" did not start");
         }
         return {};
-    }
-    void write(const QString &name, const QString &text)
-    {
-        QFile file(m_dir.filePath(name));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(text.toUtf8());
-        file.setPermissions(file.permissions() | QFile::ReadOther);
     }
     void start(QStringList command, const QProcessEnvironment &env = {})
     {
