@@ -1,6 +1,7 @@
 #include "PreferencesController.h"
 
 #include "ConfigKeyEditor.h"
+#include "DisplaySession.h"
 #include "GlobalHotKey.h"
 #include "LXDefaultsKeys.h"
 #include "LXPanelWindow.h"
@@ -64,6 +65,10 @@ QComboBox *PreferencesController::recordPauseShortcutComboBox() const
 
 void PreferencesController::windowDidLoad()
 {
+    if (DisplaySession::isWayland())
+        m_ui->explanationLabel->setText(tr("This desktop offers no global record/pause key: on Wayland no application "
+                                           "may take a key from the others. Use the Recording menu to start or pause "
+                                           "a recording."));
     m_window->adjustSize();
     m_window->setFixedSize(m_window->size());
     refreshPreferenceValues();
@@ -87,8 +92,9 @@ void PreferencesController::refreshPreferenceForcedValues()
     // Forcing one of the two alone leaves the shortcut editable on purpose.
     const bool forced
         = defaults.isForced(LXDefaultsKeys::GlobalKeyCode) && defaults.isForced(LXDefaultsKeys::GlobalKeyModifiers);
-    m_ui->recordPauseShortcutLabelTextField->setEnabled(!forced);
-    m_ui->recordPauseShortcutComboBox->setEnabled(!forced);
+    const bool editable = !forced && !DisplaySession::isWayland();
+    m_ui->recordPauseShortcutLabelTextField->setEnabled(editable);
+    m_ui->recordPauseShortcutComboBox->setEnabled(editable);
 }
 
 void PreferencesController::comboBoxWillDismiss(int selectedIndex)
