@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QVariantList>
 
 #include <memory>
@@ -49,6 +50,12 @@ public:
     // The "status" of the first row of the last poll with this
     // "upload_uuid"; null when there is none. Never asks the tool.
     QString transferStatusForUUID(const QString &uuid) const;
+    // The first row of the last poll with this "upload_uuid"; empty when
+    // there is none.
+    QVariantMap transferForUUID(const QString &uuid) const;
+    // Hands the files of the failed upload in `row` to the tool again, under
+    // the signed-in user; files that are gone are named in an alert instead.
+    void retryTransferAtRow(int row);
     // The rows of the last poll; nullopt while not polling.
     std::optional<QVariantList> transfers() const { return m_transfers; }
     void clearTransfers();
@@ -75,6 +82,9 @@ private:
     void reloadTable(const QVariantList &previous);
     void updateRowColours();
     QVariant metadataForFile(const QString &path);
+    TransferCell *newTransferCell();
+    void retryDidEnd(const QString &failedUUID, int32_t status, const QString &newUUID, const Error &error);
+    void alertRetryImpossible(const QString &text, const QString &details);
     QString iconNameForFile(const QString &path);
 
     TransfersControllerDelegate *m_controller = nullptr;
@@ -85,4 +95,6 @@ private:
     bool m_isTransfersWindowAboutToClose = false;
     QHash<QString, CachedMetadata> m_metadataCache;
     QHash<QString, QString> m_iconNames;
+    // Failed uploads queued again, or being queued: no second retry.
+    QSet<QString> m_retriedUploads;
 };
