@@ -38,6 +38,38 @@
         <source>Bind</source>
         <translation>Verbinden</translation>
     </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>The camera this computer records with for the server</source>
+        <translation>Die Kamera, mit der dieser Computer für den Server aufnimmt</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>The microphone this computer records with for the server</source>
+        <translation>Das Mikrofon, mit dem dieser Computer für den Server aufnimmt</translation>
+    </message>
+    <message>
+        <source>Input level</source>
+        <translation>Eingangspegel</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Wie laut das gewählte Mikrofon ist</translation>
+    </message>
+    <message>
+        <source>Unlocks the settings with administrator rights, or locks them again</source>
+        <translation>Entsperrt die Einstellungen mit Administratorrechten oder sperrt sie wieder</translation>
+    </message>
+    <message>
+        <source>Binds this computer as a camera to a server, or unbinds it</source>
+        <translation>Bindet diesen Computer als Kamera an einen Server oder löst ihn wieder</translation>
+    </message>
 </context>
 <context>
     <name>CameraConfigController</name>
@@ -105,12 +137,104 @@
         <source>Click the lock to make changes.</source>
         <translation>Klicken Sie auf das Schloss, um Änderungen vorzunehmen.</translation>
     </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>The address of the server this camera is bound to</source>
+        <translation>Die Adresse des Servers, an den diese Kamera gebunden ist</translation>
+    </message>
+    <message>
+        <source>User name</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>The account of the server&apos;s administrator</source>
+        <translation>Das Konto des Serveradministrators</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>The password of the administrator&apos;s account</source>
+        <translation>Das Passwort des Administratorkontos</translation>
+    </message>
+    <message>
+        <source>Camera name</source>
+        <translation>Kameraname</translation>
+    </message>
+    <message>
+        <source>The name this camera has on the server</source>
+        <translation>Der Name dieser Kamera auf dem Server</translation>
+    </message>
+    <message>
+        <source>Binds or unbinds this camera with the administrator&apos;s account</source>
+        <translation>Bindet oder löst diese Kamera mit dem Administratorkonto</translation>
+    </message>
+    <message>
+        <source>Closes this sheet and changes nothing</source>
+        <translation>Schließt dieses Fenster, ohne etwas zu ändern</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Schließt diese Meldung</translation>
+    </message>
+    <message>
+        <source>Unlocked</source>
+        <translation>Entsperrt</translation>
+    </message>
+    <message>
+        <source>Locked</source>
+        <translation>Gesperrt</translation>
+    </message>
 </context>
 <context>
     <name>CaptureDevicesController</name>
     <message>
         <source>Cannot find the audio and video devices</source>
         <translation>Die Audio- und Videogeräte wurden nicht gefunden</translation>
+    </message>
+</context>
+<context>
+    <name>CountdownView</name>
+    <message>
+        <source>Counts down the seconds before the recording starts</source>
+        <translation>Zählt die Sekunden bis zum Beginn der Aufnahme herunter</translation>
+    </message>
+    <message numerus="yes">
+        <source>Recording starts in %n second(s)</source>
+        <translation>
+            <numerusform>Aufnahme beginnt in %n Sekunde</numerusform>
+            <numerusform>Aufnahme beginnt in %n Sekunden</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>DesktopNotifier</name>
+    <message>
+        <source>Podcast Published</source>
+        <translation>Podcast veröffentlicht</translation>
+    </message>
+    <message>
+        <source>&quot;%@&quot; has been uploaded.</source>
+        <translation>„%@“ wurde hochgeladen.</translation>
+    </message>
+    <message>
+        <source>Podcast Not Published</source>
+        <translation>Podcast nicht veröffentlicht</translation>
+    </message>
+    <message>
+        <source>&quot;%@&quot; could not be uploaded. You can retry it in the Transfers window.</source>
+        <translation>„%@“ konnte nicht hochgeladen werden. Sie können es im Fenster „Übertragungen“ erneut versuchen.</translation>
+    </message>
+</context>
+<context>
+    <name>GLScreenGrabController</name>
+    <message>
+        <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
+        <translation>Lumex kann den Bildschirm nicht zeigen: Von der Bildschirmfreigabe des Desktops kam kein Bild (%1).</translation>
     </message>
 </context>
 <context>
@@ -191,6 +315,38 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Press %1 in any application to start or pause recording.</source>
         <translation>Drücken Sie %1 in einem beliebigen Programm, um die Aufnahme zu starten oder anzuhalten.</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Schließt diese Meldung</translation>
+    </message>
+    <message>
+        <source>Keeps Lumex running with the recording</source>
+        <translation>Lässt Lumex mit der Aufnahme weiterlaufen</translation>
+    </message>
+    <message>
+        <source>Deletes the recording and quits Lumex</source>
+        <translation>Löscht die Aufnahme und beendet Lumex</translation>
+    </message>
+    <message>
+        <source>Publish the recording interrupted on %@?</source>
+        <translation>Die am %@ unterbrochene Aufnahme veröffentlichen?</translation>
+    </message>
+    <message>
+        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
+        <translation>Lumex oder der Computer wurde während dieser Aufnahme beendet. Wenn Sie sie jetzt nicht veröffentlichen, bleibt sie in %@.</translation>
+    </message>
+    <message>
+        <source>Publish…</source>
+        <translation>Veröffentlichen …</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Nicht jetzt</translation>
+    </message>
+    <message>
+        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
+        <translation>Starten oder pausieren Sie die Aufnahme über das Menü „Aufnahme“: Dieser Desktop bietet keine Taste, die in jedem Programm wirkt.</translation>
     </message>
 </context>
 <context>
@@ -398,12 +554,100 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <source>Back</source>
         <translation>Zurück</translation>
     </message>
+    <message>
+        <source>Goes back, or discards the recording and starts over</source>
+        <translation>Geht zurück oder verwirft die Aufnahme und beginnt neu</translation>
+    </message>
+    <message>
+        <source>Goes on to describe and publish the recording</source>
+        <translation>Weiter zum Beschreiben und Veröffentlichen der Aufnahme</translation>
+    </message>
+    <message>
+        <source>The server and account you are signed in with</source>
+        <translation>Der Server und das Konto, mit denen Sie angemeldet sind</translation>
+    </message>
+    <message>
+        <source>The camera to record from</source>
+        <translation>Die Kamera, mit der aufgenommen wird</translation>
+    </message>
+    <message>
+        <source>The microphone to record from</source>
+        <translation>Das Mikrofon, mit dem aufgenommen wird</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Wie laut das gewählte Mikrofon ist</translation>
+    </message>
+    <message>
+        <source>A recent picture from the remote camera</source>
+        <translation>Ein aktuelles Bild der entfernten Kamera</translation>
+    </message>
+    <message>
+        <source>A picture of the screen that is recorded</source>
+        <translation>Ein Bild des Bildschirms, der aufgenommen wird</translation>
+    </message>
+    <message>
+        <source>The live picture of the chosen camera</source>
+        <translation>Das Livebild der gewählten Kamera</translation>
+    </message>
+    <message>
+        <source>Whether a recording is running or paused</source>
+        <translation>Ob eine Aufnahme läuft oder pausiert</translation>
+    </message>
+    <message>
+        <source>The key that starts or pauses a recording from any application</source>
+        <translation>Die Taste, die eine Aufnahme aus jedem Programm startet oder pausiert</translation>
+    </message>
+    <message>
+        <source>How long the recording has run</source>
+        <translation>Wie lange die Aufnahme schon läuft</translation>
+    </message>
+    <message>
+        <source>What to fill in before publishing</source>
+        <translation>Was vor dem Veröffentlichen auszufüllen ist</translation>
+    </message>
+    <message>
+        <source>The movie files that are published</source>
+        <translation>Die Filmdateien, die veröffentlicht werden</translation>
+    </message>
+    <message>
+        <source>The title the recording is published with</source>
+        <translation>Der Titel, unter dem die Aufnahme veröffentlicht wird</translation>
+    </message>
+    <message>
+        <source>A description published with the recording</source>
+        <translation>Eine Beschreibung, die mit der Aufnahme veröffentlicht wird</translation>
+    </message>
+    <message>
+        <source>The server workflow that processes the recording</source>
+        <translation>Der Server-Workflow, der die Aufnahme verarbeitet</translation>
+    </message>
+    <message>
+        <source>Whether the recording was handed to the server</source>
+        <translation>Ob die Aufnahme an den Server übergeben wurde</translation>
+    </message>
+    <message>
+        <source>Starts a new recording</source>
+        <translation>Beginnt eine neue Aufnahme</translation>
+    </message>
 </context>
 <context>
     <name>LXRecordButton</name>
     <message>
-        <source>Record or pause</source>
-        <translation>Aufnehmen oder anhalten</translation>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Aufnehmen</translation>
+    </message>
+    <message>
+        <source>Recording. Press to pause the recording.</source>
+        <translation>Aufnahme läuft. Drücken, um die Aufnahme anzuhalten.</translation>
+    </message>
+    <message>
+        <source>Not recording. Press to start or resume the recording.</source>
+        <translation>Keine Aufnahme. Drücken, um die Aufnahme zu starten oder fortzusetzen.</translation>
     </message>
 </context>
 <context>
@@ -443,6 +687,38 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Connect</source>
         <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>The address of your organisation&apos;s media server</source>
+        <translation>Die Adresse des Medienservers Ihrer Organisation</translation>
+    </message>
+    <message>
+        <source>User name</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>Your account on the media server</source>
+        <translation>Ihr Konto auf dem Medienserver</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>The password of your account</source>
+        <translation>Das Passwort Ihres Kontos</translation>
+    </message>
+    <message>
+        <source>Closes this window without signing in</source>
+        <translation>Schließt dieses Fenster ohne Anmeldung</translation>
+    </message>
+    <message>
+        <source>Signs in to the server with this account</source>
+        <translation>Meldet sich mit diesem Konto beim Server an</translation>
     </message>
 </context>
 <context>
@@ -506,6 +782,40 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <source>Starts or pauses a recording from any application.</source>
         <translation>Startet oder pausiert eine Aufnahme aus jedem Programm heraus.</translation>
     </message>
+    <message>
+        <source>Record/pause shortcut</source>
+        <translation>Tastenkürzel für Aufnahme/Pause</translation>
+    </message>
+    <message>
+        <source>The key combination that starts or pauses a recording from any application</source>
+        <translation>Die Tastenkombination, die eine Aufnahme aus jedem Programm startet oder pausiert</translation>
+    </message>
+</context>
+<context>
+    <name>PreferencesController</name>
+    <message>
+        <source>Press the key combination you want while this field has focus</source>
+        <translation>Drücken Sie die gewünschte Tastenkombination, während dieses Feld den Fokus hat</translation>
+    </message>
+    <message>
+        <source>This desktop offers no global record/pause key: on Wayland no application may take a key from the others. Use the Recording menu to start or pause a recording.</source>
+        <translation>Dieser Desktop bietet keine globale Taste für Aufnahme/Pause: Unter Wayland darf kein Programm den anderen eine Taste wegnehmen. Starten oder pausieren Sie Aufnahmen über das Menü „Aufnahme“.</translation>
+    </message>
+</context>
+<context>
+    <name>ScreenCastPortal</name>
+    <message>
+        <source>Lumex cannot see the screen: this desktop offers no screen sharing service (the desktop portal is not running).</source>
+        <translation>Lumex kann den Bildschirm nicht sehen: Dieser Desktop bietet keine Bildschirmfreigabe (das Desktop-Portal läuft nicht).</translation>
+    </message>
+    <message>
+        <source>Lumex cannot see the screen because sharing it was declined. Choose the screen again to be asked once more.</source>
+        <translation>Lumex kann den Bildschirm nicht sehen, weil die Freigabe abgelehnt wurde. Wählen Sie den Bildschirm erneut, um noch einmal gefragt zu werden.</translation>
+    </message>
+    <message>
+        <source>Lumex cannot see the screen: the desktop&apos;s screen sharing failed (%1).</source>
+        <translation>Lumex kann den Bildschirm nicht sehen: Die Bildschirmfreigabe des Desktops ist fehlgeschlagen (%1).</translation>
+    </message>
 </context>
 <context>
     <name>TransferCell</name>
@@ -566,6 +876,27 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
             <numerusform>%n Stunden</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Upload progress</source>
+        <translation>Upload-Fortschritt</translation>
+    </message>
+    <message>
+        <source>How much of the recording has been uploaded</source>
+        <translation>Wie viel der Aufnahme schon hochgeladen ist</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <comment>button: upload again</comment>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Upload the files of this transfer again</source>
+        <translation>Die Dateien dieser Übertragung erneut hochladen</translation>
+    </message>
+    <message>
+        <source>Retry Upload</source>
+        <translation>Upload erneut versuchen</translation>
+    </message>
 </context>
 <context>
     <name>Transfers</name>
@@ -589,6 +920,14 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <source>Remove the completed uploads from the list</source>
         <translation>Die abgeschlossenen Uploads aus der Liste entfernen</translation>
     </message>
+    <message>
+        <source>The uploads of your recordings and how far each has got</source>
+        <translation>Die Uploads Ihrer Aufnahmen und wie weit jeder ist</translation>
+    </message>
+    <message>
+        <source>Removes the completed uploads from the list</source>
+        <translation>Entfernt die abgeschlossenen Uploads aus der Liste</translation>
+    </message>
 </context>
 <context>
     <name>TransfersController</name>
@@ -606,6 +945,28 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
             <numerusform>%n Übertragung</numerusform>
             <numerusform>%n Übertragungen</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>(no file)</source>
+        <translation>(keine Datei)</translation>
+    </message>
+    <message>
+        <source>This upload can no longer be retried.</source>
+        <translation>Dieser Upload kann nicht mehr wiederholt werden.</translation>
+    </message>
+    <message>
+        <source>Its files were moved or deleted:
+%@</source>
+        <translation>Seine Dateien wurden verschoben oder gelöscht:
+%@</translation>
+    </message>
+    <message>
+        <source>Sign in to retry this upload.</source>
+        <translation>Melden Sie sich an, um diesen Upload zu wiederholen.</translation>
+    </message>
+    <message>
+        <source>The upload is sent again under the name you sign in with.</source>
+        <translation>Der Upload wird erneut unter dem Namen gesendet, mit dem Sie sich anmelden.</translation>
     </message>
 </context>
 </TS>
