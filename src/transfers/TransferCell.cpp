@@ -162,7 +162,9 @@ void TransferCell::setTextColors(const QColor &title, const QColor &status)
             return;
         current = wanted;
         QPalette p = label->palette();
+        // A label in the list's viewport draws with Text, elsewhere with WindowText.
         p.setColor(QPalette::WindowText, wanted);
+        p.setColor(QPalette::Text, wanted);
         label->setPalette(p);
     };
     apply(m_ui->titleAndAuthorField, m_titleColor, title);

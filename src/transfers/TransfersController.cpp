@@ -61,6 +61,13 @@ QWidget *TransfersController::window()
     QTableWidget *table = m_ui->transfersTableView;
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(kRowHeight);
+    // The rows' dark grey texts need a light list under them, whatever the
+    // look of the rest of the application.
+    QPalette list = table->palette();
+    list.setColor(QPalette::Base, Qt::white);
+    list.setColor(QPalette::AlternateBase, QColor(0xf2, 0xf2, 0xf4));
+    list.setColor(QPalette::Text, QColor::fromRgbF(0.2f, 0.2f, 0.2f));
+    table->setPalette(list);
     connect(m_ui->clearButton, &QPushButton::clicked, this, &TransfersController::clearTransfers);
     connect(
         table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersController::updateRowColours);
