@@ -42,10 +42,12 @@ QWidget *PreferencesController::window()
             tr("Press the key combination you want while this field has focus"));
         comboBox->setCompleter(nullptr);
         comboBox->setInsertPolicy(QComboBox::NoInsert);
-        // Editing switches the hot key off, so it starts with a click, not
-        // whenever the window comes to the front and focuses its first field.
-        comboBox->setFocusPolicy(Qt::ClickFocus);
-        m_configKeyEditor->setFocusPolicy(Qt::ClickFocus);
+        // Editing switches the hot key off, so it starts with a click or a
+        // Tab, not whenever the window comes to the front and focuses its
+        // first field: the window itself holds the focus until then.
+        comboBox->setFocusPolicy(Qt::StrongFocus);
+        m_configKeyEditor->setFocusPolicy(Qt::StrongFocus);
+        m_window->setFocus(Qt::OtherFocusReason);
         m_configKeyEditor->setTextField(comboBox);
         connect(comboBox, &QComboBox::activated, this, &PreferencesController::comboBoxWillDismiss);
         windowDidLoad();
