@@ -150,7 +150,7 @@
         <translation>Benutzername</translation>
     </message>
     <message>
-        <source>The account of the server&apos;s administrator</source>
+        <source>The account of the server's administrator</source>
         <translation>Das Konto des Serveradministrators</translation>
     </message>
     <message>
@@ -158,7 +158,7 @@
         <translation>Passwort</translation>
     </message>
     <message>
-        <source>The password of the administrator&apos;s account</source>
+        <source>The password of the administrator's account</source>
         <translation>Das Passwort des Administratorkontos</translation>
     </message>
     <message>
@@ -170,7 +170,7 @@
         <translation>Der Name dieser Kamera auf dem Server</translation>
     </message>
     <message>
-        <source>Binds or unbinds this camera with the administrator&apos;s account</source>
+        <source>Binds or unbinds this camera with the administrator's account</source>
         <translation>Bindet oder löst diese Kamera mit dem Administratorkonto</translation>
     </message>
     <message>
@@ -203,12 +203,13 @@
         <source>Counts down the seconds before the recording starts</source>
         <translation>Zählt die Sekunden bis zum Beginn der Aufnahme herunter</translation>
     </message>
+    <message>
+        <source>Recording starts in 1 second</source>
+        <translation>Aufnahme beginnt in 1 Sekunde</translation>
+    </message>
     <message numerus="yes">
-        <source>Recording starts in %n second(s)</source>
-        <translation>
-            <numerusform>Aufnahme beginnt in %n Sekunde</numerusform>
-            <numerusform>Aufnahme beginnt in %n Sekunden</numerusform>
-        </translation>
+        <source>Recording starts in %n seconds</source>
+        <translation><numerusform>Aufnahme beginnt in %n Sekunde</numerusform><numerusform>Aufnahme beginnt in %n Sekunden</numerusform></translation>
     </message>
 </context>
 <context>
@@ -218,7 +219,7 @@
         <translation>Podcast veröffentlicht</translation>
     </message>
     <message>
-        <source>&quot;%@&quot; has been uploaded.</source>
+        <source>"%@" has been uploaded.</source>
         <translation>„%@“ wurde hochgeladen.</translation>
     </message>
     <message>
@@ -226,14 +227,14 @@
         <translation>Podcast nicht veröffentlicht</translation>
     </message>
     <message>
-        <source>&quot;%@&quot; could not be uploaded. You can retry it in the Transfers window.</source>
+        <source>"%@" could not be uploaded. You can retry it in the Transfers window.</source>
         <translation>„%@“ konnte nicht hochgeladen werden. Sie können es im Fenster „Übertragungen“ erneut versuchen.</translation>
     </message>
 </context>
 <context>
     <name>GLScreenGrabController</name>
     <message>
-        <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
+        <source>Lumex cannot show the screen: no picture came from the desktop's screen sharing (%1).</source>
         <translation>Lumex kann den Bildschirm nicht zeigen: Von der Bildschirmfreigabe des Desktops kam kein Bild (%1).</translation>
     </message>
 </context>
@@ -241,7 +242,7 @@
     <name>LXApplication</name>
     <message>
         <source>Usage: lumex [FILE…]
-Records from a server&apos;s camera, this computer&apos;s camera and microphone or the screen,
+Records from a server's camera, this computer's camera and microphone or the screen,
 and publishes to a media server. Movie files named are offered for submission; with
 Lumex already running, they are handed to it.
 
@@ -261,7 +262,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
 <context>
     <name>LXController</name>
     <message>
-        <source>The server&apos;s list of workflows could not be read.</source>
+        <source>The server's list of workflows could not be read.</source>
         <translation>Die Liste der Workflows des Servers konnte nicht gelesen werden.</translation>
     </message>
     <message>
@@ -399,7 +400,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Filmdateien</translation>
     </message>
     <message>
-        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
+        <source>Record from a camera in a lecture hall or from this computer's camera</source>
         <translation>Mit einer Kamera im Hörsaal oder der Kamera dieses Computers aufnehmen</translation>
     </message>
     <message>
@@ -407,7 +408,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Nur Ton aufnehmen</translation>
     </message>
     <message>
-        <source>Record this computer&apos;s screen with narration</source>
+        <source>Record this computer's screen with narration</source>
         <translation>Den Bildschirm dieses Computers mit Kommentar aufnehmen</translation>
     </message>
     <message>
@@ -661,7 +662,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Melden Sie sich bei Ihrem Medienserver an</translation>
     </message>
     <message>
-        <source>Lumex records to the workflows of your organisation&apos;s server. Enter the server&apos;s address and your account.</source>
+        <source>Lumex records to the workflows of your organisation's server. Enter the server's address and your account.</source>
         <translation>Lumex nimmt für die Workflows des Servers Ihrer Einrichtung auf. Geben Sie die Adresse des Servers und Ihr Konto ein.</translation>
     </message>
     <message>
@@ -693,7 +694,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Server</translation>
     </message>
     <message>
-        <source>The address of your organisation&apos;s media server</source>
+        <source>The address of your organisation's media server</source>
         <translation>Die Adresse des Medienservers Ihrer Organisation</translation>
     </message>
     <message>
@@ -813,14 +814,14 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Lumex kann den Bildschirm nicht sehen, weil die Freigabe abgelehnt wurde. Wählen Sie den Bildschirm erneut, um noch einmal gefragt zu werden.</translation>
     </message>
     <message>
-        <source>Lumex cannot see the screen: the desktop&apos;s screen sharing failed (%1).</source>
+        <source>Lumex cannot see the screen: the desktop's screen sharing failed (%1).</source>
         <translation>Lumex kann den Bildschirm nicht sehen: Die Bildschirmfreigabe des Desktops ist fehlgeschlagen (%1).</translation>
     </message>
 </context>
 <context>
     <name>TransferCell</name>
     <message>
-        <source>&apos;%@&apos; by %@</source>
+        <source>'%@' by %@</source>
         <translation>„%@“ von %@</translation>
     </message>
     <message>

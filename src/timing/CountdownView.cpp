@@ -123,7 +123,10 @@ void CountdownView::announceCurrentNumber()
     for (const Segment &s : std::as_const(m_countdownDisplayValue)) {
         if (!s.active)
             continue;
-        setAccessibleName(tr("Recording starts in %n second(s)", nullptr, s.text.trimmed().toInt()));
+        // English sources in both forms; a translation's plural rules take %n.
+        const int seconds = s.text.trimmed().toInt();
+        setAccessibleName(
+            seconds == 1 ? tr("Recording starts in 1 second") : tr("Recording starts in %n seconds", nullptr, seconds));
         QAccessibleEvent alert(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
         return;
