@@ -335,7 +335,7 @@ QWidget *LXMainWindow::makeDonePage()
     submittedStatus->setWordWrap(true);
     v->addWidget(submittedStatus);
     auto *newPodcast = m_newPodcast
-        = named(new QPushButton(tr("New Recording"), page), "newPodcastButton", tr("New Recording"));
+        = named(new VKMetalButton(tr("New Recording"), page), "newPodcastButton", tr("New Recording"));
     connect(newPodcast, &QPushButton::clicked, this, &LXMainWindow::newPodcastClicked);
     v->addWidget(newPodcast, 0, Qt::AlignHCenter);
     v->addStretch(1);
