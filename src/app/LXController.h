@@ -38,7 +38,7 @@ class LXMainWindow;
 // One class over several files, each holding one area of behaviour:
 // LXController.cpp (construction, state and mode, the derived properties and
 // the table of what they depend on, the job reset), +Login, +Sources,
-// +Recording, +Alerts, +Windows (secondary windows) and +Quit.
+// +Recording, +Submission, +Alerts, +Windows (secondary windows) and +Quit.
 class LXController final : public QObject,
                            public LXLoginPanelDelegate,
                            public CaptureDevicesControllerDelegate,

@@ -334,6 +334,7 @@ QWidget *LXMainWindow::makeDonePage()
     submittedStatus->setAlignment(Qt::AlignCenter);
     submittedStatus->setWordWrap(true);
     v->addWidget(submittedStatus);
+    v->addSpacing(16);
     auto *newPodcast = m_newPodcast
         = named(new VKMetalButton(tr("New Recording"), page), "newPodcastButton", tr("New Recording"));
     connect(newPodcast, &QPushButton::clicked, this, &LXMainWindow::newPodcastClicked);
