@@ -285,6 +285,10 @@ QWidget *LXMainWindow::makeMetadataPage()
 {
     auto *page = new QWidget(m_contentBox);
     page->setObjectName(QStringLiteral("metadataEntryView"));
+    // The fields need a visible edge on the dark page.
+    page->setStyleSheet(QStringLiteral("QLineEdit, QPlainTextEdit { background: #101013; color: #f2f2f5; "
+                                       "border: 1px solid #3c3c44; border-radius: 5px; padding: 4px; }"
+                                       "QLineEdit:focus, QPlainTextEdit:focus { border-color: #6b6b78; }"));
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(36, 26, 36, 22);
     v->setSpacing(8);
