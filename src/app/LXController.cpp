@@ -1,7 +1,6 @@
 #include "LXController.h"
 
 #include "LXDefaultsKeys.h"
-#include "LXGlyphs.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXUserDefaults.h"
@@ -9,7 +8,6 @@
 #include <QApplication>
 #include <QHash>
 #include <QMetaProperty>
-#include <QPainter>
 #include <QTimer>
 
 namespace {
@@ -72,9 +70,7 @@ void LXController::awakeFromNib()
     LXNotificationCenter &center = LXNotificationCenter::defaultCenter();
     center.addObserver(
         this, kUserDidConnectNotice, [this](const QVariant &object) { userDidConnectWithNotice(object); });
-    center.addObserver(this, kRecordPauseKeyShortcutTriggered, [](const QVariant &) {
-        // The record/pause flow answers this once recording is built.
-    });
+    center.addObserver(this, kRecordPauseKeyShortcutTriggered, [this](const QVariant &) { recordPauseKeyTriggered(); });
 
     w->setMetadataLengthLimits(220, 1000);
 
@@ -107,10 +103,7 @@ void LXController::awakeFromNib()
     connect(w, &LXMainWindow::backClicked, this, [this] { backClicked(QGuiApplication::keyboardModifiers()); });
     connect(w, &LXMainWindow::filesDropped, this, &LXController::prepareToSubmitFiles);
     connect(w, &LXMainWindow::workflowChosen, this, &LXController::chooseWorkflow);
-    connect(w, &LXMainWindow::startOverClicked, this, [this] {
-        resetJobAndRecordingState();
-        m_window->showSourceChooser();
-    });
+    connectRecordingAndSubmission();
 
     updateBoundControls();
     updateDockIcon();
@@ -265,7 +258,8 @@ void LXController::updateBoundControls()
 {
     if (!m_window)
         return;
-    m_window->setRecordControls(recordPauseMenuTitle(), recordOrPauseImage(), canRecordOrPause());
+    m_window->setRecordControls(
+        recordPauseMenuTitle(), recordOrPauseImage(), canRecordOrPause() && !m_waitingOnRecordOrPauseResponse);
     // Sound-only sources pick from the microphone menu; video picks a camera
     // and, in its submenu, the microphone.
     m_window->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
@@ -300,10 +294,12 @@ void LXController::resetJobAndRecordingState()
             job->setWorkflow(workflows.first().toMap());
     }
 
+    setRecordPauseAction(RecordPauseAction::Record);
+
     if (m_recordingTime)
         m_recordingTime->reset();
-    m_timerTextHidden = false;
-    m_timerValue = QString();
+    setTimerTextHidden(false);
+    setTimerValue(QString());
     for (QTimer **timer :
         { &m_everySecondTimer, &m_remoteCameraSnapshotRefreshTimer, &m_selectedRemoteCameraPreviewUpdateTimer }) {
         if (*timer) {
@@ -312,8 +308,11 @@ void LXController::resetJobAndRecordingState()
             *timer = nullptr;
         }
     }
-    if (m_window)
+    delete m_countdownView;
+    if (m_window) {
         m_window->setTitlePlaceholderImageVisible(false);
+        m_window->setMetadata(job->title(), job->jobDescription());
+    }
     updateWorkflowPopUp();
 }
 
@@ -323,22 +322,4 @@ void LXController::updateWorkflowPopUp()
         return;
     const QVariantMap workflow = m_job ? m_job->workflow() : QVariantMap();
     m_window->setChosenWorkflowTitle(workflow.value(QStringLiteral("title")).toString());
-}
-
-void LXController::updateDockIcon()
-{
-    // The window icon stands in for the dock icon; a red dot marks a
-    // recording in progress.
-    QPixmap pixmap(128, 128);
-    pixmap.fill(Qt::transparent);
-    QPainter p(&pixmap);
-    LXGlyphs::draw(p, LXGlyphs::Glyph::Lumex, QRectF(4, 4, 120, 120), Qt::white);
-    if (hasBegunRecording()) {
-        p.setRenderHint(QPainter::Antialiasing);
-        p.setPen(QPen(Qt::white, 5));
-        p.setBrush(m_state == State::Paused ? QColor(240, 170, 30) : QColor(230, 30, 40));
-        p.drawEllipse(QRectF(78, 6, 44, 44));
-    }
-    p.end();
-    QApplication::setWindowIcon(QIcon(pixmap));
 }

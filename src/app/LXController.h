@@ -3,6 +3,7 @@
 #include "CameraConfigController.h"
 #include "CaptureDevicesController.h"
 #include "CaptureDevicesControllerDelegate.h"
+#include "CountdownView.h"
 #include "Error.h"
 #include "GLScreenGrabController.h"
 #include "InputDeviceMenu.h"
@@ -38,7 +39,7 @@ class LXMainWindow;
 // One class over several files, each holding one area of behaviour:
 // LXController.cpp (construction, state and mode, the derived properties and
 // the table of what they depend on, the job reset), +Login, +Sources,
-// +Recording, +Alerts, +Windows (secondary windows) and +Quit.
+// +Recording, +Submission, +Alerts, +Windows (secondary windows) and +Quit.
 class LXController final : public QObject,
                            public LXLoginPanelDelegate,
                            public CaptureDevicesControllerDelegate,
@@ -323,4 +324,76 @@ private:
     QSet<QString> m_interruptedRecordingsAnswered;
     QPointer<QMessageBox> m_interruptedRecordingQuestion;
     bool m_lookingForInterruptedRecordings = false;
+
+    // The recording flow (+Recording): from the record button to the paused
+    // recording that is published.
+    Q_PROPERTY(QString timerValue READ timerValue NOTIFY timerValueChanged)
+    Q_PROPERTY(bool timerTextHidden READ timerTextHidden NOTIFY timerTextHiddenChanged)
+    Q_PROPERTY(bool waitingOnRecordOrPauseResponse READ waitingOnRecordOrPauseResponse NOTIFY
+            waitingOnRecordOrPauseResponseChanged)
+
+public:
+    // The record/pause button's actions; the button takes the one the state
+    // calls for.
+    void recordClicked();
+    void pauseClicked();
+    void resumeClicked();
+    void recordPauseResumeMenuItemInvoked();
+    void recordPauseKeyTriggered();
+    void jobDidStart(const std::optional<Error> &error);
+    void countdownTimerDidClose();
+    void updateToRecordingView(const std::optional<Error> &error);
+    void updateTimer();
+    void flashPause();
+    // Whether the home folder's file system has room for a local recording.
+    bool enoughDiskSpaceForRecording() const;
+    void showCutoffWarningAndPauseRecordingIfApplicable();
+    bool waitingOnRecordOrPauseResponse() const { return m_waitingOnRecordOrPauseResponse; }
+    CountdownView *countdownView() const { return m_countdownView; }
+    QTimer *everySecondTimer() const { return m_everySecondTimer; }
+    // How countdowns made from now on schedule their ticks; empty for timers.
+    void setCountdownScheduler(const CountdownView::Scheduler &scheduler) { m_countdownScheduler = scheduler; }
+
+signals:
+    void timerValueChanged();
+    void timerTextHiddenChanged();
+    void waitingOnRecordOrPauseResponseChanged();
+
+private:
+    enum class RecordPauseAction { Record, Pause, Resume };
+    void connectRecordingAndSubmission();
+    // Sends a job operation of the server interface with `didEnd` as its
+    // completion; nothing without a server.
+    void askServer(void (OrvaneServerInterface::*operation)(QObject *, OrvaneServerInterface::JobCallback),
+        void (LXController::*didEnd)(const std::optional<Error> &));
+    void setTimerValue(const QString &value);
+    void setTimerTextHidden(bool hidden);
+    void setWaitingOnRecordOrPauseResponse(bool waiting);
+    void setRecordPauseAction(RecordPauseAction action) { m_recordPauseAction = action; }
+    void recordPauseButtonClicked();
+    void restartEverySecondTimer(int msec, void (LXController::*target)());
+    bool isLocalVideo() const { return m_localRecordingChosen && m_mode == Mode::Video; }
+    // Counts a sheet on the main window for as long as it is open.
+    void trackSheetOnMainWindow(QMessageBox *sheet);
+
+    RecordPauseAction m_recordPauseAction = RecordPauseAction::Record;
+    QPointer<CountdownView> m_countdownView;
+    CountdownView::Scheduler m_countdownScheduler;
+
+    // The submission flow (+Submission): the metadata page, the hand-over,
+    // the done page and the ways back.
+public:
+    void publishClicked();
+    void cancelClicked();
+    void submitClicked();
+    void newPodcastClicked(Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void startOverClicked();
+    void startOverSheetDidEnd(int returnCode);
+    QMessageBox *startOverSheet() const { return m_startOverSheet; }
+    bool currentJobCompletedUploading() const { return m_currentJobCompletedUploading; }
+
+private:
+    void setSubmittedStatus(const QString &text);
+
+    QPointer<QMessageBox> m_startOverSheet;
 };

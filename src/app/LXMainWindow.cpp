@@ -16,12 +16,14 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFontDatabase>
+#include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 #include <QImage>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QPropertyAnimation>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -169,6 +171,8 @@ void LXMainWindow::describeForAssistiveTechnology()
 QWidget *LXMainWindow::makeButtonStrip(QWidget *parent)
 {
     auto *buttonBox = new VKColorBox(parent);
+    m_buttonBox = buttonBox;
+    buttonBox->installEventFilter(this);
     buttonBox->setDrawsGradient(true);
     buttonBox->setGradient(QColor(44, 45, 50), QColor(28, 28, 32));
     buttonBox->setTopSeparatorColor(QColor(0, 0, 0));
@@ -191,12 +195,26 @@ QWidget *LXMainWindow::makeButtonStrip(QWidget *parent)
     buttons->addWidget(m_publish);
     m_recordPause->hide();
     connect(m_startOver, &QPushButton::clicked, this, [this] {
-        if (m_startOverGoesBack)
+        switch (m_startOverOffer) {
+        case StartOverOffer::BackToSources:
             emit backClicked();
-        else
+            break;
+        case StartOverOffer::BackToRecording:
+            emit cancelClicked();
+            break;
+        case StartOverOffer::StartOver:
             emit startOverClicked();
+            break;
+        case StartOverOffer::None:
+            break;
+        }
     });
-    connect(m_publish, &QPushButton::clicked, this, &LXMainWindow::publishClicked);
+    connect(m_publish, &QPushButton::clicked, this, [this] {
+        if (m_publishOffer == PublishOffer::Done)
+            emit submitClicked();
+        else if (m_publishOffer == PublishOffer::Publish)
+            emit publishClicked();
+    });
     connect(m_recordPause, &QPushButton::clicked, this, &LXMainWindow::recordPauseClicked);
     return buttonBox;
 }
@@ -288,8 +306,9 @@ QWidget *LXMainWindow::makeRecordPage()
     v->addLayout(stage, 1);
 
     auto *status = new QHBoxLayout;
-    auto *recordingState = named(new QLabel(page), "recordingState", tr("Recording state"));
-    recordingState->setStyleSheet(QStringLiteral("color: #d8d8de;"));
+    auto *recordingState = m_recordingState = named(new QLabel(page), "recordingState", tr("Recording state"));
+    recordingState->setStyleSheet(QStringLiteral("color: #ff8a80; font-weight: 600;"));
+    recordingState->hide();
     auto *hotkeySuggestion = m_hotkeySuggestion
         = named(subtle(QString(), page), "hotkeySuggestion", tr("Keyboard shortcut"));
     status->addWidget(recordingState);
@@ -297,7 +316,8 @@ QWidget *LXMainWindow::makeRecordPage()
     auto *timerBox = new LXTimerBackgroundView(page);
     auto *timerLayout = new QHBoxLayout(timerBox);
     timerLayout->setContentsMargins(14, 4, 14, 4);
-    auto *timer = named(new QLabel(QStringLiteral("00:00:00"), timerBox), "recordingTimer", tr("Recording time"));
+    auto *timer = m_timer
+        = named(new QLabel(QStringLiteral("00:00:00"), timerBox), "recordingTimer", tr("Recording time"));
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPointSizeF(font().pointSizeF() * 1.6);
     timer->setFont(mono);
@@ -312,6 +332,10 @@ QWidget *LXMainWindow::makeMetadataPage()
 {
     auto *page = new QWidget(m_contentBox);
     page->setObjectName(QStringLiteral("metadataEntryView"));
+    // The fields need a visible edge on the dark page.
+    page->setStyleSheet(QStringLiteral("QLineEdit, QPlainTextEdit { background: #101013; color: #f2f2f5; "
+                                       "border: 1px solid #3c3c44; border-radius: 5px; padding: 4px; }"
+                                       "QLineEdit:focus, QPlainTextEdit:focus { border-color: #6b6b78; }"));
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(36, 26, 36, 22);
     v->setSpacing(8);
@@ -327,11 +351,14 @@ QWidget *LXMainWindow::makeMetadataPage()
     auto *titleLabel = fieldLabel(tr("Title"), page);
     m_title = named(new LXPlaceholderLineEdit(page), "title", tr("Title"));
     m_title->setPlaceholderText(tr("Title of the recording"));
+    connect(m_title, &QLineEdit::textChanged, this, &LXMainWindow::titleEdited);
     titleLabel->setBuddy(m_title);
     auto *descriptionLabel = fieldLabel(tr("Description"), page);
     m_description = named(new QPlainTextEdit(page), "descriptionField", tr("Description"));
     m_description->setPlaceholderText(tr("What is it about?"));
     m_description->setTabChangesFocus(true);
+    connect(m_description, &QPlainTextEdit::textChanged, this,
+        [this] { emit descriptionEdited(m_description->toPlainText()); });
     auto *workflowLabel = fieldLabel(tr("Workflow"), page);
     m_workflowButton = named(new QPushButton(page), "workflowPopUpButton", tr("Workflow"));
     m_workflowMenu = new LXWorkflowMenu(m_workflowButton);
@@ -353,11 +380,14 @@ QWidget *LXMainWindow::makeDonePage()
     auto *v = new QVBoxLayout(page);
     v->setContentsMargins(36, 30, 36, 30);
     v->addStretch(1);
-    auto *submittedStatus = named(heading(QString(), page, 1.3), "submittedStatus", tr("Submission status"));
+    auto *submittedStatus = m_submittedStatus
+        = named(heading(QString(), page, 1.3), "submittedStatus", tr("Submission status"));
     submittedStatus->setAlignment(Qt::AlignCenter);
     submittedStatus->setWordWrap(true);
     v->addWidget(submittedStatus);
-    auto *newPodcast = named(new QPushButton(tr("New Recording"), page), "newPodcastButton", tr("New Recording"));
+    v->addSpacing(16);
+    auto *newPodcast = m_newPodcast
+        = named(new VKMetalButton(tr("New Recording"), page), "newPodcastButton", tr("New Recording"));
     connect(newPodcast, &QPushButton::clicked, this, &LXMainWindow::newPodcastClicked);
     v->addWidget(newPodcast, 0, Qt::AlignHCenter);
     v->addStretch(1);
@@ -388,7 +418,7 @@ void LXMainWindow::makeMenus()
     connect(m_signInMenuItem, &QAction::triggered, this, &LXMainWindow::signInRequested);
     connect(preferences, &QAction::triggered, this, &LXMainWindow::preferencesRequested);
     connect(quit, &QAction::triggered, this, &LXMainWindow::quitRequested);
-    connect(m_recordPauseMenuItem, &QAction::triggered, this, &LXMainWindow::recordPauseClicked);
+    connect(m_recordPauseMenuItem, &QAction::triggered, this, &LXMainWindow::recordPauseMenuItemInvoked);
     connect(transfers, &QAction::triggered, this, &LXMainWindow::transfersRequested);
     connect(cameraConfiguration, &QAction::triggered, this, &LXMainWindow::cameraConfigurationRequested);
 }
@@ -401,6 +431,7 @@ void LXMainWindow::showSourceChooser(int durationMs)
 void LXMainWindow::showRecordPage(int durationMs)
 {
     offerBack();
+    m_publishOffer = PublishOffer::Publish;
     m_publish->setText(tr("Publish"));
     m_publish->setAccessibleName(tr("Publish"));
     showPage(Page::Record, durationMs);
@@ -417,20 +448,21 @@ void LXMainWindow::showMetadataPageForFiles(const QStringList &paths)
     offerBack();
     showPage(Page::Metadata);
     m_recordPause->hide();
-    m_publish->setText(tr("Done"));
-    m_publish->setAccessibleName(tr("Done"));
-    m_publish->show();
+    setPublishOffer(PublishOffer::Done);
+    focusTitle();
 }
 
 void LXMainWindow::offerBack()
 {
-    m_startOverGoesBack = true;
+    m_startOverOffer = StartOverOffer::BackToSources;
     m_startOver->setText(tr("Back"));
     m_startOver->setAccessibleName(tr("Back"));
 }
 
 void LXMainWindow::showMetadataPage()
 {
+    m_chosenFiles->hide();
+    m_helpText->show();
     showPage(Page::Metadata);
 }
 
@@ -449,7 +481,7 @@ void LXMainWindow::showPage(Page page, int durationMs)
     m_startOver->setVisible(page != Page::SourceChooser && page != Page::Done);
     m_recordPause->setVisible(page == Page::Record);
     if (page == Page::SourceChooser) {
-        m_startOverGoesBack = false;
+        m_startOverOffer = StartOverOffer::StartOver;
         m_startOver->setText(tr("Start Over"));
         m_startOver->setAccessibleName(tr("Start Over"));
         m_publish->hide();
@@ -631,4 +663,123 @@ void LXMainWindow::setRemotePreview(const QImage &image)
         pixmap = pixmap.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     pixmap.setDevicePixelRatio(ratio);
     m_previewImage->setPixmap(pixmap);
+}
+
+void LXMainWindow::setStartOverOffer(StartOverOffer offer)
+{
+    m_startOverOffer = offer;
+    if (offer == StartOverOffer::None) {
+        m_startOver->hide();
+        return;
+    }
+    const QString title = offer == StartOverOffer::StartOver ? tr("Start Over") : tr("Back");
+    m_startOver->setText(title);
+    m_startOver->setAccessibleName(title);
+    m_startOver->show();
+}
+
+void LXMainWindow::setPublishOffer(PublishOffer offer)
+{
+    m_publishOffer = offer;
+    if (offer == PublishOffer::None) {
+        m_publish->hide();
+        return;
+    }
+    const QString title = offer == PublishOffer::Publish ? tr("Publish") : tr("Done");
+    m_publish->setText(title);
+    m_publish->setAccessibleName(title);
+    m_publish->show();
+}
+
+void LXMainWindow::setRecordPauseButtonVisible(bool visible)
+{
+    m_recordPause->setVisible(visible);
+    if (visible)
+        m_recordPause->raise();
+}
+
+void LXMainWindow::placeOverButtonStrip(QWidget *view)
+{
+    m_buttonStripOverlay = view;
+    view->setParent(m_buttonBox);
+    view->show();
+    for (QWidget *button : { static_cast<QWidget *>(m_startOver), static_cast<QWidget *>(m_publish),
+             static_cast<QWidget *>(m_recordPause) })
+        button->raise();
+}
+
+QSize LXMainWindow::buttonStripSize() const
+{
+    return m_buttonBox->size();
+}
+
+bool LXMainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    // The view over the strip keeps the place it was given, one point to the
+    // left of the strip and one wider, as the strip resizes.
+    if (watched == m_buttonBox && event->type() == QEvent::Resize && m_buttonStripOverlay)
+        m_buttonStripOverlay->setGeometry(-1, 0, m_buttonBox->width() + 1, m_buttonBox->height());
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void LXMainWindow::setRecordingStateText(const QString &text)
+{
+    m_recordingState->setText(text);
+}
+
+void LXMainWindow::setRecordingStateVisible(bool visible, bool animated)
+{
+    auto *effect = qobject_cast<QGraphicsOpacityEffect *>(m_recordingState->graphicsEffect());
+    if (visible || !animated || !m_recordingState->isVisible()) {
+        if (effect)
+            m_recordingState->setGraphicsEffect(nullptr);
+        m_recordingState->setVisible(visible);
+        return;
+    }
+    if (effect)
+        return; // already fading
+    effect = new QGraphicsOpacityEffect(m_recordingState);
+    m_recordingState->setGraphicsEffect(effect);
+    auto *fade = new QPropertyAnimation(effect, "opacity", effect);
+    fade->setDuration(250);
+    fade->setStartValue(1.0);
+    fade->setEndValue(0.0);
+    connect(fade, &QPropertyAnimation::finished, this, [this] {
+        m_recordingState->hide();
+        m_recordingState->setGraphicsEffect(nullptr);
+    });
+    fade->start();
+}
+
+void LXMainWindow::setTimerText(const QString &text)
+{
+    m_timer->setText(text.isNull() ? QStringLiteral("00:00:00") : text);
+}
+
+void LXMainWindow::setTimerTextHidden(bool hidden)
+{
+    m_timer->setStyleSheet(hidden ? QStringLiteral("color: transparent;") : QStringLiteral("color: #f4f4f6;"));
+}
+
+void LXMainWindow::focusTitle()
+{
+    m_title->setFocus(Qt::OtherFocusReason);
+}
+
+void LXMainWindow::setMetadata(const QString &title, const QString &description)
+{
+    const QSignalBlocker titleBlocker(m_title);
+    const QSignalBlocker descriptionBlocker(m_description);
+    m_title->setText(title);
+    m_description->setPlainText(description);
+}
+
+void LXMainWindow::setSubmittedStatus(const QString &text)
+{
+    m_submittedStatus->setText(text);
+}
+
+void LXMainWindow::setNewPodcastButtonVisible(bool visible)
+{
+    m_newPodcast->setVisible(visible);
 }

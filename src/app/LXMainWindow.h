@@ -3,6 +3,7 @@
 #include "CaptureSession.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <array>
 #include <memory>
@@ -97,6 +98,35 @@ public:
     // preview; a null image hides the preview.
     void setRemotePreview(const QImage &image);
 
+    // Recording and publishing: what the button strip offers, the countdown
+    // over it, the record page's status and time, the metadata and done
+    // pages.
+    enum class StartOverOffer { None, StartOver, BackToSources, BackToRecording };
+    enum class PublishOffer { None, Publish, Done };
+    // Shows the start-over button titled for what it does (startOverClicked,
+    // backClicked or cancelClicked); None hides it.
+    void setStartOverOffer(StartOverOffer offer);
+    // Shows the publish button as "Publish" (publishClicked) or "Done"
+    // (submitClicked); None hides it.
+    void setPublishOffer(PublishOffer offer);
+    // A shown button is brought in front of a view over the strip.
+    void setRecordPauseButtonVisible(bool visible);
+    // Hosts `view` over the button strip, below its buttons; the caller
+    // places it, after which it follows the strip's width.
+    void placeOverButtonStrip(QWidget *view);
+    QSize buttonStripSize() const;
+    void setRecordingStateText(const QString &text);
+    // Hiding `animated` fades the text out first.
+    void setRecordingStateVisible(bool visible, bool animated = false);
+    // A null text shows a zero time.
+    void setTimerText(const QString &text);
+    // The time keeps its place while hidden, so the page does not jump.
+    void setTimerTextHidden(bool hidden);
+    void focusTitle();
+    void setMetadata(const QString &title, const QString &description);
+    void setSubmittedStatus(const QString &text);
+    void setNewPodcastButtonVisible(bool visible);
+
 signals:
     // The user asked to close the window; the controller decides.
     void closeRequested();
@@ -114,8 +144,14 @@ signals:
     void transfersRequested();
     void cameraConfigurationRequested();
     void quitRequested();
+    void recordPauseMenuItemInvoked();
+    void cancelClicked();
+    void submitClicked();
+    void titleEdited(const QString &title);
+    void descriptionEdited(const QString &description);
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -147,7 +183,14 @@ private:
     QLabel *m_helpText = nullptr;
     QLabel *m_chosenFiles = nullptr;
     bool m_acceptsFileDrops = false;
-    bool m_startOverGoesBack = false;
+    StartOverOffer m_startOverOffer = StartOverOffer::StartOver;
+    PublishOffer m_publishOffer = PublishOffer::Publish;
+    QWidget *m_buttonBox = nullptr;
+    QPointer<QWidget> m_buttonStripOverlay;
+    QLabel *m_recordingState = nullptr;
+    QLabel *m_timer = nullptr;
+    QLabel *m_submittedStatus = nullptr;
+    QPushButton *m_newPodcast = nullptr;
 
     LXPlaceholderLineEdit *m_title = nullptr;
     QPlainTextEdit *m_description = nullptr;

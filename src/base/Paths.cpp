@@ -48,6 +48,11 @@ QString nullDevice()
     return QStringLiteral("/dev/null");
 }
 
+QString agentAdHocDefaults()
+{
+    return system(QStringLiteral("/etc/orvane/orvxagentd.adhoc.plist-default"));
+}
+
 QString globalAgentConfig()
 {
     return system(QStringLiteral("/Library/Preferences/com.tarn.orvxagentd.plist"));

@@ -28,6 +28,7 @@ QString nullDevice(); // "/dev/null", never prefixed
 QString globalAgentConfig(); // "/Library/Preferences/com.tarn.orvxagentd.plist"
 QString userAgentConfig(); // "~/Library/Preferences/com.tarn.orvxagentd.plist"
 QString kioskFile(); // "/Library/Preferences/com.tarn.Lumex.kiosk.plist"
+QString agentAdHocDefaults(); // "/etc/orvane/orvxagentd.adhoc.plist-default"
 QString userDefaultsFile(); // "~/Library/Preferences/com.tarn.Lumex.plist"
 QString applicationSupport(); // "~/Library/Application Support/Lumex", expanded now
 

@@ -84,9 +84,7 @@ private slots:
         m_sim->setFault(QStringLiteral("--submit"), { { "upload_error", true }, { "remaining", 1 } });
         m_controller->prepareToSubmitFiles({ movie });
         m_controller->job()->setTitle(QStringLiteral("Failing Talk"));
-        // What Done does with chosen files.
-        m_controller->server()->submitJobFilesWithDelegate(m_controller.get(), [](const std::optional<Error> &) {});
-        m_controller->transfersController()->startPollingSubmissions();
+        m_controller->submitClicked();
         QTRY_VERIFY_WITH_TIMEOUT(m_notices.shown.size() == 1
                 && m_notices.shown.first().contains(QStringLiteral("\"Failing Talk\" could not be uploaded.")),
             20000);

@@ -1,0 +1,250 @@
+#include "LXController.h"
+#include "LXDefaultsKeys.h"
+#include "LXMainWindow.h"
+#include "LXNotificationCenter.h"
+#include "LXPlaceholderLineEdit.h"
+#include "LXUserDefaults.h"
+
+#include "SimSandbox.h"
+#include "capture/MovieInspection.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStorageInfo>
+
+namespace {
+
+using State = LXController::State;
+using Page = LXMainWindow::Page;
+const QString kSuccess = QStringLiteral("Your podcast has been successfully submitted.");
+const QString kSubmitting = QStringLiteral("Your podcast is being submitted.");
+const QVariantMap kRemoteCamera { { "isLocalRecording", false }, { "camera", "Studio 2" } };
+const QVariantMap kLocalMicrophone { { "isLocalRecording", true }, { "microphone", "test:mic1" } };
+
+QMessageBox *alertOn(QWidget *parent)
+{
+    for (QMessageBox *box : parent->findChildren<QMessageBox *>())
+        if (box->isVisible())
+            return box;
+    return nullptr;
+}
+
+bool badged() // the window icon carries the red recording dot
+{
+    const QColor c = QApplication::windowIcon().pixmap(128, 128).toImage().pixelColor(104, 24);
+    return c.red() > 200 && c.green() < 80;
+}
+
+} // namespace
+
+class TestRecording : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<SimSandbox> m_sim;
+    std::unique_ptr<LXController> m_c;
+
+    template<typename T = QWidget> T *child(const char *name) const
+    {
+        return m_c->window()->findChild<T *>(QLatin1String(name));
+    }
+    void click(const char *name) { QTest::mouseClick(child(name), Qt::LeftButton); }
+    QString status() const { return child<QLabel>("submittedStatus")->text(); }
+    QString adHocDefaults() const { return m_sim->sysroot() + "/etc/orvane/orvxagentd.adhoc.plist-default"; }
+
+    // Signs in; opens the record page of `tile` (if any) with the device choice `saved`.
+    void openRecordPage(const QByteArray &tile, const QVariantMap &saved = {})
+    {
+        LXUserDefaults::standard().setValue(saved, LXDefaultsKeys::lastDeviceSelectionFor(QString::fromLatin1(tile)));
+        m_c = std::make_unique<LXController>();
+        m_c->awakeFromNib();
+        LXUserLoginPanelController *panel = m_c->loginPanel();
+        panel->hostnameField()->setText(SimSandbox::kServerHost);
+        panel->usernameField()->setText(SimSandbox::kUser);
+        panel->passwordField()->setText(SimSandbox::kPassword);
+        QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(m_c->remoteCameraSnapshotRefreshTimer(), 10000);
+        if (!tile.isEmpty())
+            click((tile.toLower() + "Tile").constData());
+    }
+    // From the record button through the countdown to a running recording.
+    void record()
+    {
+        QVERIFY(m_c->canBeginRecording());
+        click("recordPauseButton");
+        QTRY_COMPARE_WITH_TIMEOUT(m_c->state(), State::Starting, 10000);
+        QVERIFY(m_c->countdownView()->isVisible() && !badged() && !child("recordPauseButton")->isVisible());
+        QCOMPARE(m_c->recordPauseMenuTitle(), QStringLiteral("Pause Recording"));
+        QTRY_COMPARE_WITH_TIMEOUT(m_c->state(), State::Recording, 15000);
+        QVERIFY(badged());
+    }
+    // The simulator's library entry whose metadata has this title.
+    QString libraryEntry(const QString &title) const
+    {
+        const QDir library(m_sim->state(QStringLiteral("library")));
+        for (const QString &entry : library.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            if (SimSandbox::readPlist(library.filePath(entry + "/metadata.plist")).value("Title") == title)
+                return library.filePath(entry);
+        return QString();
+    }
+    void answerStartOver(const QString &button)
+    {
+        click("startOver");
+        QVERIFY(m_c->startOverSheet() && !m_c->canRecordOrPause()); // a sheet is attached
+        for (QAbstractButton *b : m_c->startOverSheet()->buttons())
+            if (b->text() == button)
+                QTest::mouseClick(b, Qt::LeftButton);
+        QTRY_VERIFY(!m_c->startOverSheet());
+    }
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("LUMEX_CAPTURE_HARDWARE", "0");
+        qputenv("LUMEX_TEST_DEVICES", "camera:cam1:Test Camera;microphone:mic1:Test Microphone");
+        m_sim = std::make_unique<SimSandbox>();
+    }
+    void init() { QVERIFY(m_sim->resetState()); }
+    void cleanup()
+    {
+        if (m_c && m_c->job()->localAgentTask()) // an agent left recording
+            m_c->server()->cancelLocalJob(m_c->job().get(), nullptr);
+        m_c.reset();
+        QFile::remove(adHocDefaults());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void publishesRecordingsAndFiles_data()
+    {
+        QTest::addColumn<QByteArray>("tile"); // none: a file chosen on disk
+        QTest::addColumn<QVariantMap>("saved");
+        QTest::addColumn<QString>("ending"); // "publish", "start over" or "upload fails"
+        const QVariantMap localCamera { { "isLocalRecording", true }, { "camera", "test:cam1" },
+            { "microphone", "test:mic1" } };
+        QTest::newRow("remote camera") << QByteArray("Video") << kRemoteCamera << QString("publish");
+        QTest::newRow("local camera") << QByteArray("Video") << localCamera << QString("publish");
+        QTest::newRow("local microphone") << QByteArray("Audio") << kLocalMicrophone << QString("publish");
+        QTest::newRow("remote camera, start over") << QByteArray("Video") << kRemoteCamera << QString("start over");
+        QTest::newRow("local microphone, start over")
+            << QByteArray("Audio") << kLocalMicrophone << QString("start over");
+        QTest::newRow("chosen file") << QByteArray() << QVariantMap() << QString("publish");
+        QTest::newRow("chosen file, upload fails") << QByteArray() << QVariantMap() << QString("upload fails");
+    }
+    void publishesRecordingsAndFiles()
+    {
+        QFETCH(QByteArray, tile);
+        QFETCH(QVariantMap, saved);
+        QFETCH(QString, ending);
+        const bool local = saved.value("isLocalRecording").toBool();
+        const QString file = m_sim->path() + "/lecture.mov";
+        double recorded = 0;
+        openRecordPage(tile, saved);
+        if (tile.isEmpty()) {
+            QVERIFY(SimSandbox::writeFile(file, QByteArray(4096, 'm')));
+            m_c->openFilesFromDesktop({ file });
+            QVERIFY(m_c->mode() == LXController::Mode::File && m_c->window()->currentPage() == Page::Metadata);
+        } else {
+            record();
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 1.2, 10000);
+            // The key pauses, the menu resumes, the button pauses again.
+            LXNotificationCenter::defaultCenter().post(kRecordPauseKeyShortcutTriggered);
+            QVERIFY(m_c->state() == State::Paused && !badged() && child("recordingState")->isVisible());
+            QCOMPARE(child<QLabel>("recordingState")->text(), QStringLiteral("Recording Paused"));
+            const bool hidden = m_c->timerTextHidden(); // the time blinks while paused
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->timerTextHidden() != hidden, 3000);
+            child<QAction>("recordPauseMenuItem")->trigger();
+            QVERIFY(m_c->state() == State::Recording && !child("publish")->isVisible() && badged());
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 2.4, 10000);
+            click("recordPauseButton");
+            QCOMPARE(m_c->state(), State::Paused);
+            recorded = m_c->recordingTime()->elapsedTime();
+            QCOMPARE(child<QLabel>("recordingTimer")->text(), StopWatch::formatElapsed(recorded));
+            QVERIFY(!m_c->applicationOpenFile(file)); // a recording exists
+            if (ending == "start over") {
+                const QString movie = m_c->job()->movieFilePaths().value_or(QStringList { "-" }).first();
+                answerStartOver("Cancel");
+                QCOMPARE(m_c->state(), State::Paused);
+                answerStartOver("Start Over");
+                QVERIFY(m_c->window()->currentPage() == Page::SourceChooser && m_c->state() == State::Idle
+                    && m_c->mode() == LXController::Mode::NoSource && !m_c->countdownView());
+                auto cameraState = [&] { return SimSandbox::readPlist(m_sim->state("recordings.plist"))["Studio 2"]; };
+                QTRY_VERIFY_WITH_TIMEOUT(
+                    local ? !QFile::exists(movie) : cameraState().toMap()["state"] == "idle", 10000);
+                return;
+            }
+            click("publish");
+            click("publish"); // "Done" without a title
+            QVERIFY(child<LXPlaceholderLineEdit>("title")->isPlaceholderImageVisible());
+            QCOMPARE(m_c->state(), State::Paused);
+            click("startOver"); // "Back" to the paused recording, and on again
+            QVERIFY(m_c->window()->currentPage() == Page::Record && child("recordPauseButton")->isVisible());
+            click("publish");
+        }
+        if (ending == "upload fails")
+            m_sim->setFault("--submit", { { "upload_error", true } });
+        const QString title = QStringLiteral("Week 3, ") + QTest::currentDataTag();
+        QTest::keyClicks(child("title"), title);
+        QTest::keyClicks(child("descriptionField"), "Sorting, part two");
+        click("publish");
+        QVERIFY(m_c->window()->currentPage() == Page::Done && m_c->state() == State::Submitted
+            && m_c->mode() == LXController::Mode::NoSource);
+        QCOMPARE(LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::PreviousWorkflowChosen),
+            m_c->job()->workflow().value("title").toString());
+        if (!local && !tile.isEmpty()) {
+            QCOMPARE(status(), kSuccess); // at once, without polling
+            QTRY_VERIFY_WITH_TIMEOUT(!libraryEntry(title).isEmpty(), 10000);
+            return;
+        }
+        QCOMPARE(status(), kSubmitting);
+        QTRY_COMPARE_WITH_TIMEOUT(status(),
+            ending == "upload fails" ? QStringLiteral("There was an error submitting your podcast.") : kSuccess, 40000);
+        QVERIFY(!m_c->transfersController()->isPolling());
+        const QString entry = libraryEntry(title);
+        QCOMPARE(SimSandbox::readPlist(entry + "/metadata.plist").value("Description").toString(), "Sorting, part two");
+        const QStringList movies = QDir(entry).entryList({ "*.mov" });
+        QCOMPARE(movies.size(), 1);
+        // Recordings are deleted once queued; chosen files are the user's.
+        QCOMPARE(QFile::exists(m_c->job()->movieFilePaths()->first()), tile.isEmpty());
+        if (tile.isEmpty())
+            return;
+        const MovieInspection movie = inspectMovie(entry + "/" + movies.first());
+        const double duration = std::max(movie.videoEnd, movie.audioEnd);
+        QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
+        click("newPodcastButton"); // every new recording starts at the login panel
+        QVERIFY(!m_c->window()->isVisible() && m_c->loginPanel()->loginPanel()->isVisible());
+    }
+
+    void diskCutoffRefusesAndPausesLocalRecordings()
+    {
+        // A cutoff a million MB above the free space.
+        const double huge = double(QStorageInfo(m_sim->home()).bytesAvailable()) / 1024 / 1024 + 1e6;
+        SimSandbox::writePlist(adHocDefaults(), QVariantMap { { "RecordingDiskSpaceCutoffInMB", huge } });
+        openRecordPage("Audio", kLocalMicrophone);
+        Log::Capture log;
+        click("recordPauseButton");
+        QVERIFY(
+            m_c->state() == State::Idle && alertOn(m_c->window())->informativeText().endsWith("to record a podcast."));
+        const QStringList lines = log.lines().filter("Not enough space for recording: ");
+        QVERIFY(!lines.isEmpty() && lines.last().endsWith(QString::asprintf("but cutoff is %.1f MB", huge + 100)));
+        alertOn(m_c->window())->accept();
+        QFile::remove(adHocDefaults());
+        record();
+        // The agent's own setting, read on the ticks of every third second.
+        QVariantMap config = SimSandbox::readPlist(m_sim->userConfig());
+        config.insert("RecordingDiskSpaceCutoffInMB", huge);
+        SimSandbox::writePlist(m_sim->userConfig(), config);
+        QTRY_COMPARE_WITH_TIMEOUT(m_c->state(), State::Paused, 5000);
+        QMessageBox *alert = alertOn(m_c->window());
+        QCOMPARE(alert->text(), QStringLiteral("Not enough disk space available"));
+        QVERIFY(
+            alert->informativeText().endsWith("to continue recording the podcast. Your recording has been paused."));
+        alert->accept();
+        click("recordPauseButton"); // resuming is refused as well
+        QVERIFY(alertOn(m_c->window())->informativeText().endsWith("to record a podcast."));
+        QCOMPARE(m_c->state(), State::Paused);
+    }
+};
+
+QTEST_MAIN(TestRecording)
+#include "tst_recording.moc"
