@@ -90,3 +90,16 @@ int LocalAgentTask::terminate()
 {
     return sendSignal(SIGTERM);
 }
+
+bool LocalAgentTask::waitUntilExit(std::chrono::milliseconds limit)
+{
+    // Polled rather than a blocking wait, so the lock is never held for long
+    // and the others may still ask about or signal the child meanwhile.
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (isRunning()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <sys/types.h>
@@ -40,6 +41,10 @@ public:
 
     // SIGTERM, as the platform's terminate.
     int terminate();
+
+    // Blocks until the child has exited or `limit` has passed; true when it
+    // has exited. For worker threads only.
+    bool waitUntilExit(std::chrono::milliseconds limit);
 
 private:
     bool pollLocked();

@@ -3,6 +3,7 @@
 #include "Format.h"
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
+#include "LocalAgentTask.h"
 #include "Log.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
@@ -129,7 +130,6 @@ LX_ASYNC_JOB_OPERATION(cancelRemoteJobWithDelegate, cancelRemoteJob)
 LX_ASYNC_JOB_OPERATION(startLocalVideoJobWithDelegate, startLocalVideoJob)
 LX_ASYNC_JOB_OPERATION(startLocalAudioJobWithDelegate, startLocalAudioJob)
 LX_ASYNC_JOB_OPERATION(startLocalScreenCapJobWithDelegate, startLocalScreenCapJob)
-LX_ASYNC_JOB_OPERATION(stopLocalJobWithDelegate, stopLocalJob)
 LX_ASYNC_JOB_OPERATION(pauseLocalJobWithDelegate, pauseLocalJob)
 LX_ASYNC_JOB_OPERATION(resumeLocalJobWithDelegate, resumeLocalJob)
 LX_ASYNC_JOB_OPERATION(cancelLocalJobWithDelegate, cancelLocalJob)
@@ -137,3 +137,30 @@ LX_ASYNC_JOB_OPERATION(submitJobFilesWithDelegate, submitJobFiles)
 LX_ASYNC_JOB_OPERATION(submitAndDeleteJobFilesWithDelegate, submitAndDeleteJobFiles)
 
 #undef LX_ASYNC_JOB_OPERATION
+
+namespace {
+// The agent rewrites its fragmented movie into a plain one when it stops,
+// which takes a while for hours of recording.
+constexpr std::chrono::milliseconds kAgentFinishLimit = std::chrono::minutes(10);
+} // namespace
+
+void OrvaneServerInterface::stopLocalJobWithDelegate(QObject *delegate, JobCallback didEnd)
+{
+    // The stop itself only signals the agent, which then finishes the movie
+    // on its own. The completion is what hands the movie to the upload, so
+    // it waits here, off the main thread, until the agent has written the
+    // file and exited: an upload must never copy a movie still being written.
+    auto job = this->job();
+    auto self = shared_from_this();
+    runWithErrorInBackground(
+        [self, job](Error *error) {
+            const auto task = job ? job->localAgentTask() : nullptr;
+            const int32_t status = self->stopLocalJob(job.get(), error);
+            if (status == 0 && task && !task->waitUntilExit(kAgentFinishLimit))
+                Log::format(QStringLiteral("orvxagentd (pid: %d) is still finishing its movie after %d seconds; "
+                                           "submitting it as it is."),
+                    { int(task->processIdentifier()), int(kAgentFinishLimit.count() / 1000) });
+            return status;
+        },
+        delegate, std::move(didEnd));
+}
