@@ -100,11 +100,11 @@ void TransfersController::windowAboutToClose()
 void TransfersController::refreshTransfers()
 {
     QVariantList rows;
-    const std::optional<QVariantMap> statuses = OrvaneServerInterface::transferStatuses();
+    const auto statuses = OrvaneServerInterface::transferStatuses();
     if (statuses) {
         rows.reserve(statuses->size());
-        // The tool's order, deliberately unsorted.
-        for (const QVariant &record : *statuses) {
+        // The tool's order, deliberately unsorted; the keys are not used.
+        for (const auto &[uuid, record] : *statuses) {
             QVariantMap row = record.toMap();
             const QString metadataFile = row.value(QStringLiteral("cached_metadata_file")).toString();
             row.insert(QStringLiteral("metadata"), metadataForFile(metadataFile));
