@@ -3,6 +3,7 @@
 #include "LXPanelWindow.h"
 #include "OrvaneServerInterface.h"
 #include "PropertyList.h"
+#include "Threads.h"
 #include "TransferCell.h"
 
 #include "ui_Transfers.h"
@@ -105,7 +106,7 @@ void TransfersController::refreshTransfers()
 {
     QVariantList rows;
     QHash<QString, CachedRow> madeRows;
-    const auto statuses = OrvaneServerInterface::transferStatuses();
+    auto statuses = OrvaneServerInterface::transferStatuses();
     if (statuses) {
         rows.reserve(statuses->size());
         madeRows.reserve(statuses->size());
@@ -131,11 +132,15 @@ void TransfersController::refreshTransfers()
         }
     }
     m_rows = std::move(madeRows);
-    const QVariantList previous = m_transfers.value_or(QVariantList());
+    QVariantList previous = m_transfers.value_or(QVariantList());
     m_transfers = std::move(rows);
     reloadTable(previous);
     if (m_controller)
         m_controller->updateSubmissionStatus();
+    // Freeing a thousand records' trees costs milliseconds of their own;
+    // what this poll has left over goes on a worker thread (the shared data
+    // counts its references atomically).
+    runOnWorkerThread([leftovers = std::make_tuple(std::move(statuses), std::move(previous))] {});
 }
 
 void TransfersController::reloadTable(const QVariantList &previous)
