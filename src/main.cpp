@@ -35,6 +35,8 @@ protected:
 
 int main(int argc, char *argv[])
 {
+    if (const int status = LXApplication::answerInformationRequest(argc, argv); status >= 0)
+        return status;
     LXApplication app(argc, argv);
     const QStringList files = LXApplication::filesFromArguments(app.arguments());
     if (LXApplication::handOverToRunningInstance(files))

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QLocale>
@@ -13,6 +14,7 @@
 #include <QStyleFactory>
 #include <QTranslator>
 
+#include <cstdio>
 #include <exception>
 
 #include <unistd.h>
@@ -22,16 +24,65 @@ LXApplication::LXApplication(int &argc, char **argv)
 {
     setApplicationName(QStringLiteral("Lumex"));
     setApplicationDisplayName(QStringLiteral("Lumex"));
+    setApplicationVersion(QStringLiteral(LUMEX_VERSION));
     setOrganizationDomain(QStringLiteral("tarn.com"));
     setDesktopFileName(QStringLiteral("com.tarn.Lumex"));
     setQuitOnLastWindowClosed(false); // the controller decides
     applyLook(*this);
-    // The English texts are the keys and the fallback; a table for the
-    // user's language replaces what it translates.
-    auto *translator = new QTranslator(this);
-    if (translator->load(QLocale(), QStringLiteral("lumex"), QStringLiteral("_"), QStringLiteral(":/translations")))
-        installTranslator(translator);
+    installTranslations(*this);
     installNativeEventFilter(this);
+}
+
+void LXApplication::installTranslations(QCoreApplication &app)
+{
+    // The compiled tables sit at the same place relative to the executable
+    // in the build tree, in an installation and in an unpacked package.
+    const QString folder
+        = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral(LUMEX_TRANSLATIONS_FROM_BIN));
+    for (QString language : QLocale().uiLanguages()) {
+        if (language == QLatin1String("en") || language.startsWith(QLatin1String("en-")))
+            return;
+        language.replace(QLatin1Char('-'), QLatin1Char('_'));
+        auto *own = new QTranslator(&app);
+        if (!own->load(QStringLiteral("lumex_") + language, folder)) {
+            delete own;
+            continue;
+        }
+        auto *qt = new QTranslator(&app);
+        if (qt->load(QStringLiteral("qtbase_") + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+            app.installTranslator(qt);
+        else
+            delete qt;
+        app.installTranslator(own);
+        return;
+    }
+}
+
+int LXApplication::answerInformationRequest(int &argc, char **argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray argument(argv[i]);
+        if (argument == "--version") {
+            std::printf("Lumex %s\n", LUMEX_VERSION);
+            return 0;
+        }
+        if (argument == "--help" || argument == "-h") {
+            QCoreApplication app(argc, argv);
+            installTranslations(app);
+            std::fputs(tr("Usage: lumex [FILE…]\n"
+                          "Records from a server's camera, this computer's camera and microphone or the screen,\n"
+                          "and publishes to a media server. Movie files named are offered for submission; with\n"
+                          "Lumex already running, they are handed to it.\n"
+                          "\n"
+                          "  --version  print the version and exit\n"
+                          "  --help     print this text and exit\n")
+                           .toLocal8Bit()
+                           .constData(),
+                stdout);
+            return 0;
+        }
+    }
+    return -1;
 }
 
 bool LXApplication::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
@@ -62,14 +113,16 @@ void LXApplication::applyLook(QApplication &app)
     const QColor window(38, 39, 44);
     const QColor base(26, 26, 30);
     const QColor text(232, 232, 236);
-    const QColor accent(224, 62, 52);
+    // Every text colour keeps at least 4.5:1 against the background it is
+    // drawn on (white on the accent too), as low-vision users need.
+    const QColor accent(206, 52, 44);
     p.setColor(QPalette::Window, window);
     p.setColor(QPalette::WindowText, text);
     p.setColor(QPalette::Base, base);
     p.setColor(QPalette::AlternateBase, window);
     p.setColor(QPalette::ToolTipBase, QColor(20, 20, 24));
     p.setColor(QPalette::ToolTipText, text);
-    p.setColor(QPalette::PlaceholderText, QColor(140, 140, 148));
+    p.setColor(QPalette::PlaceholderText, QColor(146, 146, 154));
     p.setColor(QPalette::Text, text);
     p.setColor(QPalette::Button, QColor(52, 53, 60));
     p.setColor(QPalette::ButtonText, text);

@@ -35,6 +35,15 @@ public:
     // The files named on a command line, made absolute.
     static QStringList filesFromArguments(const QStringList &arguments);
 
+    // The string table of the desktop's language (LANGUAGE, then LC_ALL,
+    // LC_MESSAGES, LANG, in Qt's order of preference), with Qt's own texts
+    // in the same language. English, the language of the source texts, needs
+    // none, so an English entry before another language ends the search.
+    static void installTranslations(QCoreApplication &app);
+    // --version and --help are answered before any connection to a display,
+    // so they work on a console: the exit status, or -1 to start normally.
+    static int answerInformationRequest(int &argc, char **argv);
+
     // Fusion with a dark palette: the recording pages are dark, and the rest
     // of the application matches them.
     static void applyLook(QApplication &app);

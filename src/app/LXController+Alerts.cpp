@@ -4,6 +4,8 @@
 #include "LXProgressSpinner.h"
 #include "Log.h"
 
+#include <QPushButton>
+
 namespace {
 
 bool isCaptureDomain(const QString &domain)
@@ -46,6 +48,9 @@ void LXController::alertUserToError(const Error &error)
     if (!error.localizedDescription.trimmed().isEmpty() && !built)
         alert->setDetailedText(error.localizedDescription.trimmed());
     alert->setStandardButtons(QMessageBox::Ok);
+    alert->setAccessibleName(alert->text());
+    alert->setAccessibleDescription(alert->informativeText());
+    alert->button(QMessageBox::Ok)->setAccessibleDescription(tr("Closes this message"));
     const bool onMainWindow = alert->parentWidget() == m_window.get();
     if (onMainWindow) {
         ++m_sheetsOnMainWindow;

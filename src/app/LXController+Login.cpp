@@ -106,4 +106,5 @@ void LXController::userDidConnectWithNotice(const QVariant &)
     m_window->raise();
     m_window->activateWindow();
     resetJobAndRecordingState();
+    lookForInterruptedRecordings();
 }

@@ -50,6 +50,10 @@ LXController::TerminateReply LXController::applicationShouldTerminate()
     sheet->setInformativeText(tr("Your current recording will be deleted. This action cannot be undone."));
     QPushButton *cancel = sheet->addButton(tr("Cancel"), QMessageBox::RejectRole);
     QPushButton *quit = sheet->addButton(tr("Quit"), QMessageBox::DestructiveRole);
+    sheet->setAccessibleName(sheet->text());
+    sheet->setAccessibleDescription(sheet->informativeText());
+    cancel->setAccessibleDescription(tr("Keeps Lumex running with the recording"));
+    quit->setAccessibleDescription(tr("Deletes the recording and quits Lumex"));
     sheet->setDefaultButton(cancel);
     sheet->setEscapeButton(cancel);
     ++m_sheetsOnMainWindow;

@@ -37,5 +37,6 @@ void LXController::localJobDidStop(const std::optional<Error> &error)
 
 void LXController::updateSubmissionStatus()
 {
-    // Nothing is submitted yet, so there is no upload to follow.
+    if (m_job && m_transfersController && !m_job->uploadUUID().isNull())
+        notifyIfWatchedUploadEnded(m_transfersController->transferForUUID(m_job->uploadUUID()));
 }

@@ -1,6 +1,7 @@
 #include "LXController.h"
 
 #include "CaptureDeviceRegistry.h"
+#include "DisplaySession.h"
 #include "LXDefaultsKeys.h"
 #include "LXGlyphs.h"
 #include "LXMainWindow.h"
@@ -145,11 +146,26 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
             m_window->setHotkeySuggestion(QString());
         } else {
             setLocalRecordingChosen(true);
-            m_window->setScreenPreviewImage(m_screenGrabController->grab());
-            LXUserDefaults &defaults = LXUserDefaults::standard();
-            const QString key = LXShortcutDisplayString(int(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyCode)),
-                quint32(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyModifiers)));
-            m_window->setHotkeySuggestion(tr("Press %1 in any application to start or pause recording.").arg(key));
+            m_window->setScreenPreviewImage(QImage());
+            // In a Wayland session the desktop may first ask the user whether
+            // to share the screen: the picture comes when it is answered.
+            m_screenGrabController->grab(this, [this](const QImage &image, const std::optional<Error> &error) {
+                if (m_mode != Mode::Screen || !m_window)
+                    return;
+                m_window->setScreenPreviewImage(image);
+                if (error)
+                    alertUserToError(*error);
+            });
+            if (DisplaySession::isWayland()) {
+                m_window->setHotkeySuggestion(tr("Use the Recording menu to start or pause recording: this "
+                                                 "desktop offers no key that works in any application."));
+            } else {
+                LXUserDefaults &defaults = LXUserDefaults::standard();
+                const QString key
+                    = LXShortcutDisplayString(int(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyCode)),
+                        quint32(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyModifiers)));
+                m_window->setHotkeySuggestion(tr("Press %1 in any application to start or pause recording.").arg(key));
+            }
         }
         m_window->showRecordPage(pushDuration(modifiers));
     }

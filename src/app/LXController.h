@@ -18,6 +18,7 @@
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QVariantMap>
 
 #include <memory>
@@ -294,4 +295,32 @@ private:
     void showChosenRemoteCameraPreview();
 
     class QNetworkAccessManager *m_previewNetwork = nullptr;
+
+    // The end of the watched upload told to the desktop, failed uploads
+    // retried from the transfers window (+Uploads), and recordings that a
+    // crash left in the spool folder offered for publishing (+Recovery).
+public:
+    // Notifies once per upload when `upload` (a row of the transfers list)
+    // has completed or failed.
+    void notifyIfWatchedUploadEnded(const QVariantMap &upload);
+    std::shared_ptr<OrvaneServerInterface> signedInServer() override;
+    void transferWasRetried(const QString &failedUUID, const QString &newUUID) override;
+    // After a login: looks, off the main thread, for movies in the spool
+    // folder that no job and no upload owns, and asks about each in turn.
+    void lookForInterruptedRecordings();
+    bool isLookingForInterruptedRecordings() const { return m_lookingForInterruptedRecordings; }
+    QMessageBox *interruptedRecordingQuestion() const { return m_interruptedRecordingQuestion; }
+
+private:
+    void didFindInterruptedRecordings(const QStringList &paths);
+    void offerNextInterruptedRecording();
+    void interruptedRecordingQuestionDidEnd(const QString &path, bool publish);
+
+    class DesktopNotifier *m_notifier = nullptr;
+    QSet<QString> m_notifiedUploads;
+    QStringList m_interruptedRecordings;
+    // Asked about in this run, whatever the answer.
+    QSet<QString> m_interruptedRecordingsAnswered;
+    QPointer<QMessageBox> m_interruptedRecordingQuestion;
+    bool m_lookingForInterruptedRecordings = false;
 };

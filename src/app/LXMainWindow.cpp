@@ -117,6 +117,53 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     setAcceptDrops(true);
     resize(800, 560);
     setMinimumSize(640, 460);
+    describeForAssistiveTechnology();
+}
+
+void LXMainWindow::describeForAssistiveTechnology()
+{
+    // Names are given where the controls are made; these say what each is
+    // for, read by screen readers after the name.
+    for (LXSourceTile *tile : m_tiles)
+        tile->setAccessibleDescription(tile->toolTip());
+    const std::pair<const char *, QString> descriptions[] = {
+        { "startOver", tr("Goes back, or discards the recording and starts over") },
+        { "publish", tr("Goes on to describe and publish the recording") },
+        { "connectionStatus", tr("The server and account you are signed in with") },
+        { "camerasPopUpButton", tr("The camera to record from") },
+        { "microphonesPopUpButton", tr("The microphone to record from") },
+        { "microphoneLevelMeter", tr("How loud the chosen microphone is") },
+        { "previewImage", tr("A recent picture from the remote camera") },
+        { "screenPreviewImage", tr("A picture of the screen that is recorded") },
+        { "localVideoCaptureView", tr("The live picture of the chosen camera") },
+        { "recordingState", tr("Whether a recording is running or paused") },
+        { "hotkeySuggestion", tr("The key that starts or pauses a recording from any application") },
+        { "recordingTimer", tr("How long the recording has run") },
+        { "helpTextField", tr("What to fill in before publishing") },
+        { "chosenFiles", tr("The movie files that are published") },
+        { "title", tr("The title the recording is published with") },
+        { "descriptionField", tr("A description published with the recording") },
+        { "workflowPopUpButton", tr("The server workflow that processes the recording") },
+        { "submittedStatus", tr("Whether the recording was handed to the server") },
+        { "newPodcastButton", tr("Starts a new recording") },
+    };
+    for (const auto &[objectName, description] : descriptions)
+        if (auto *control = findChild<QWidget *>(QLatin1String(objectName)))
+            control->setAccessibleDescription(description);
+    // A label that shows a changing value is read by that value: a fixed
+    // name would hide it, and the description already says what it is.
+    for (const char *objectName :
+        { "recordingState", "hotkeySuggestion", "recordingTimer", "chosenFiles", "submittedStatus" })
+        if (auto *label = findChild<QLabel *>(QLatin1String(objectName)))
+            label->setAccessibleName(QString());
+
+    // Tab follows the reading order: the page's controls, then the strip
+    // from left to right. Hidden pages drop out of the chain by themselves.
+    const QList<QWidget *> chain { m_tiles[0], m_tiles[1], m_tiles[2], m_tiles[3], m_cameras, m_microphones, m_title,
+        m_description, m_workflowButton, findChild<QWidget *>(QStringLiteral("newPodcastButton")), m_startOver,
+        m_recordPause, m_publish };
+    for (qsizetype i = 1; i < chain.size(); ++i)
+        setTabOrder(chain[i - 1], chain[i]);
 }
 
 QWidget *LXMainWindow::makeButtonStrip(QWidget *parent)
@@ -225,7 +272,7 @@ QWidget *LXMainWindow::makeRecordPage()
     previewImage->setMinimumSize(320, 200);
     previewImage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     previewImage->setStyleSheet(
-        QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px; color: #5a5a62;"));
+        QStringLiteral("background: #050506; border: 1px solid #2a2a2f; border-radius: 8px; color: #80808a;"));
     previewImage->setText(tr("No preview yet"));
     auto *screenPreviewImage = m_screenPreviewImage
         = named(new QLabel(page), "screenPreviewImage", tr("Screen preview"));

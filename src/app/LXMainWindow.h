@@ -128,6 +128,7 @@ private:
     QWidget *makeMetadataPage();
     QWidget *makeDonePage();
     void makeMenus();
+    void describeForAssistiveTechnology();
     void showPage(Page page, int durationMs = kPushDurationMs);
 
     LXPushView *m_contentBox = nullptr;

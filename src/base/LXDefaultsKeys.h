@@ -45,4 +45,8 @@ inline const LXSetting<QString> PreviousWorkflowChosen { QStringLiteral("previou
 inline const LXSetting<QString> LoginPanelLastLoginHost { QStringLiteral("loginPanelLastLoginHost") };
 inline const LXSetting<QString> LoginPanelLastLoginUsername { QStringLiteral("loginPanelLastLoginUsername") };
 
+// The desktop portal's token for the screen the user last agreed to share
+// (Wayland), so a later run need not ask again.
+inline const LXSetting<QString> ScreenCastRestoreToken { QStringLiteral("ScreenCastRestoreToken") };
+
 } // namespace LXDefaultsKeys

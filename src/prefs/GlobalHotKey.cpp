@@ -1,5 +1,6 @@
 #include "GlobalHotKey.h"
 
+#include "DisplaySession.h"
 #include "LXShortcutKeys.h"
 #include "Log.h"
 
@@ -19,8 +20,11 @@ public:
     bool setHotKey(quint32, int, quint32) override
     {
         if (!m_logged) {
-            Log::format(QStringLiteral("No global record/pause key: the display (%@) is not an X server"),
-                { QGuiApplication::platformName() });
+            if (DisplaySession::isWayland())
+                Log::format(QStringLiteral("No global record/pause key: a Wayland desktop lets no client take keys"));
+            else
+                Log::format(QStringLiteral("No global record/pause key: the display (%@) is not an X server"),
+                    { QGuiApplication::platformName() });
             m_logged = true;
         }
         return false;
@@ -170,7 +174,9 @@ private:
 
 std::unique_ptr<GlobalHotKey> makeHotKey()
 {
-    if (qEnvironmentVariable("LUMEX_HOTKEY") != QLatin1String("none")) {
+    // Through XWayland a grab would see keys only while an X client has the
+    // focus: no global key at all is the honest answer.
+    if (qEnvironmentVariable("LUMEX_HOTKEY") != QLatin1String("none") && !DisplaySession::isWayland()) {
         if (auto *x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr) {
             if (xcb_connection_t *connection = x11->connection())
                 return std::make_unique<X11HotKey>(connection);

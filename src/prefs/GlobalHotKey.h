@@ -7,8 +7,9 @@
 
 // The window system's one global hot key: a key combination that reaches this
 // application whichever application is in front. X11 has a passive key grab
-// on the root window; elsewhere (Wayland, offscreen, no display) there is no
-// way to take a key from other clients, so the null variant only logs.
+// on the root window; elsewhere (a Wayland session, even through XWayland;
+// offscreen; no display) no client can take a key from the others, so the
+// null variant only logs.
 class GlobalHotKey
 {
 public:

@@ -1,6 +1,7 @@
 #include "PreferencesController.h"
 
 #include "ConfigKeyEditor.h"
+#include "DisplaySession.h"
 #include "GlobalHotKey.h"
 #include "LXDefaultsKeys.h"
 #include "LXPanelWindow.h"
@@ -36,12 +37,17 @@ QWidget *PreferencesController::window()
             comboBox->addItem(QStringLiteral("\u2318 F%1").arg(index + 1));
         m_configKeyEditor = new ConfigKeyEditor(this);
         comboBox->setLineEdit(m_configKeyEditor);
+        m_configKeyEditor->setAccessibleName(comboBox->accessibleName());
+        m_configKeyEditor->setAccessibleDescription(
+            tr("Press the key combination you want while this field has focus"));
         comboBox->setCompleter(nullptr);
         comboBox->setInsertPolicy(QComboBox::NoInsert);
-        // Editing switches the hot key off, so it starts with a click, not
-        // whenever the window comes to the front and focuses its first field.
-        comboBox->setFocusPolicy(Qt::ClickFocus);
-        m_configKeyEditor->setFocusPolicy(Qt::ClickFocus);
+        // Editing switches the hot key off, so it starts with a click or a
+        // Tab, not whenever the window comes to the front and focuses its
+        // first field: the window itself holds the focus until then.
+        comboBox->setFocusPolicy(Qt::StrongFocus);
+        m_configKeyEditor->setFocusPolicy(Qt::StrongFocus);
+        m_window->setFocus(Qt::OtherFocusReason);
         m_configKeyEditor->setTextField(comboBox);
         connect(comboBox, &QComboBox::activated, this, &PreferencesController::comboBoxWillDismiss);
         windowDidLoad();
@@ -61,6 +67,10 @@ QComboBox *PreferencesController::recordPauseShortcutComboBox() const
 
 void PreferencesController::windowDidLoad()
 {
+    if (DisplaySession::isWayland())
+        m_ui->explanationLabel->setText(tr("This desktop offers no global record/pause key: on Wayland no application "
+                                           "may take a key from the others. Use the Recording menu to start or pause "
+                                           "a recording."));
     m_window->adjustSize();
     m_window->setFixedSize(m_window->size());
     refreshPreferenceValues();
@@ -84,8 +94,9 @@ void PreferencesController::refreshPreferenceForcedValues()
     // Forcing one of the two alone leaves the shortcut editable on purpose.
     const bool forced
         = defaults.isForced(LXDefaultsKeys::GlobalKeyCode) && defaults.isForced(LXDefaultsKeys::GlobalKeyModifiers);
-    m_ui->recordPauseShortcutLabelTextField->setEnabled(!forced);
-    m_ui->recordPauseShortcutComboBox->setEnabled(!forced);
+    const bool editable = !forced && !DisplaySession::isWayland();
+    m_ui->recordPauseShortcutLabelTextField->setEnabled(editable);
+    m_ui->recordPauseShortcutComboBox->setEnabled(editable);
 }
 
 void PreferencesController::comboBoxWillDismiss(int selectedIndex)

@@ -223,8 +223,25 @@ int32_t OrvaneServerInterface::submit(PodcastJob *job, bool deleteAfterwards, Er
         return -3;
     }
 
+    QString uploadUUID;
+    const int32_t status = runSubmit(*paths, dataFile, workflow, deleteAfterwards, &uploadUUID, error);
+    if (!uploadUUID.isNull() && job)
+        job->setUploadUUID(uploadUUID);
+    return status;
+}
+
+int32_t OrvaneServerInterface::resubmitFiles(
+    const QStringList &files, const QString &metadataFile, const QString &workflow, QString *uploadUUID, Error *error)
+{
+    // The files are the only copies left of a failed upload: never deleted.
+    return runSubmit(files, metadataFile, workflow, false, uploadUUID, error);
+}
+
+int32_t OrvaneServerInterface::runSubmit(const QStringList &files, const QString &dataFile, const QString &workflow,
+    bool deleteAfterwards, QString *uploadUUID, Error *error)
+{
     QStringList args;
-    for (const QString &path : *paths)
+    for (const QString &path : files)
         args << QStringLiteral("--file") << path;
     args << QStringLiteral("--metadata") << dataFile << QStringLiteral("--workflow") << workflow;
     if (deleteAfterwards)
@@ -237,7 +254,7 @@ int32_t OrvaneServerInterface::submit(PodcastJob *job, bool deleteAfterwards, Er
     // The upload's identifier is read even from a failed run: the files may
     // have been queued all the same.
     const QString firstLine = output.section(QLatin1Char('\n'), 0, 0);
-    if (firstLine.contains(QLatin1String("Upload UUID: ")) && job)
-        job->setUploadUUID(firstLine.split(QLatin1Char(' ')).last());
+    if (firstLine.contains(QLatin1String("Upload UUID: ")) && uploadUUID)
+        *uploadUUID = firstLine.split(QLatin1Char(' ')).last();
     return status;
 }

@@ -121,6 +121,11 @@ public:
     void cancelLocalJobWithDelegate(QObject *delegate, JobCallback didEnd);
     void submitJobFilesWithDelegate(QObject *delegate, JobCallback didEnd);
     void submitAndDeleteJobFilesWithDelegate(QObject *delegate, JobCallback didEnd);
+    // A failed upload handed to the tool again: "--submit" with its files,
+    // its metadata file and `workflow` ("name"), under these credentials and
+    // never deleting. The new upload's identifier goes to `uploadUUID`.
+    int32_t resubmitFiles(const QStringList &files, const QString &metadataFile, const QString &workflow,
+        QString *uploadUUID, Error *error);
     // The job's submission dictionary as a new "submission-UUID.plist" in the
     // job data folder; its path, or null.
     QString writeJobDataToFile(PodcastJob *job, Error *error);
@@ -162,6 +167,8 @@ private:
     enum class LocalMode { Video, Audio, Screen };
     int32_t startLocalJob(LocalMode mode, PodcastJob *job, Error *error);
     int32_t submit(PodcastJob *job, bool deleteAfterwards, Error *error);
+    int32_t runSubmit(const QStringList &files, const QString &dataFile, const QString &workflow, bool deleteAfterwards,
+        QString *uploadUUID, Error *error);
     int32_t bindOrUnbindWithAuthorization(bool bind, const std::shared_ptr<Authorization> &authorization, Error *error);
     int32_t runRemoteCommand(const QString &command, const QStringList &args, Error *error);
 

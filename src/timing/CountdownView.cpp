@@ -2,6 +2,7 @@
 
 #include "VKNotePlayer.h"
 
+#include <QAccessible>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -31,6 +32,7 @@ CountdownView::CountdownView(QWidget *parent, Scheduler scheduler)
             QTimer::singleShot(msec, Qt::PreciseTimer, this, std::move(action));
         };
     }
+    setAccessibleDescription(tr("Counts down the seconds before the recording starts"));
 }
 
 CountdownView::~CountdownView() = default;
@@ -110,7 +112,25 @@ void CountdownView::updateCountdown()
 void CountdownView::setDisplay(QList<Segment> value)
 {
     m_countdownDisplayValue = std::move(value);
+    announceCurrentNumber();
     update();
+}
+
+void CountdownView::announceCurrentNumber()
+{
+    // The strip never has focus, so the number is posted as an alert as
+    // well as a new name: screen readers speak alerts from any window.
+    for (const Segment &s : std::as_const(m_countdownDisplayValue)) {
+        if (!s.active)
+            continue;
+        // English sources in both forms; a translation's plural rules take %n.
+        const int seconds = s.text.trimmed().toInt();
+        setAccessibleName(
+            seconds == 1 ? tr("Recording starts in 1 second") : tr("Recording starts in %n seconds", nullptr, seconds));
+        QAccessibleEvent alert(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+        return;
+    }
 }
 
 VKNotePlayer *CountdownView::countdownNotePlayer()

@@ -66,6 +66,7 @@ private:
     void stopNote();
     QString rowText(quint32 first) const;
     void setDisplay(QList<Segment> value);
+    void announceCurrentNumber();
 
     quint32 m_maxTimeValue = 0;
     quint32 m_currentTimeValue = 0;

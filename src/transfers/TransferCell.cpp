@@ -37,6 +37,7 @@ TransferCell::TransferCell(QWidget *parent)
     small.setPointSizeF(small.pointSizeF() * 0.85);
     m_ui->statusField->setFont(small);
     setHighlighted(false);
+    connect(m_ui->retryButton, &QPushButton::clicked, this, &TransferCell::retryClicked);
 }
 
 TransferCell::~TransferCell() = default;
@@ -58,6 +59,9 @@ void TransferCell::setObjectValue(const QVariant &value)
     if (m_ui->progressIndicator->value() != permille)
         m_ui->progressIndicator->setValue(permille);
     setTextIfChanged(m_ui->statusField, statusLine(row));
+    m_uploadUUID = row.value(QStringLiteral("upload_uuid")).toString();
+    m_failed = row.value(kStatus).toString() == QLatin1String("error");
+    updateRetryButton();
 
     const QVariant icon = row.value(QStringLiteral("fileIcon"));
     if (icon.isValid() && icon.toString() != m_iconName) {
@@ -75,6 +79,19 @@ void TransferCell::setObjectValue(const QVariant &value)
         }
         m_ui->iconView->setPixmap(*it);
     }
+}
+
+void TransferCell::setRetryablePredicate(std::function<bool(const QString &)> retryable)
+{
+    m_retryable = std::move(retryable);
+    updateRetryButton();
+}
+
+void TransferCell::updateRetryButton()
+{
+    const bool offered = m_failed && m_retryable && m_retryable(m_uploadUUID);
+    if (m_ui->retryButton->isVisibleTo(this) != offered)
+        m_ui->retryButton->setVisible(offered);
 }
 
 QString TransferCell::titleAndAuthor() const
@@ -145,7 +162,9 @@ void TransferCell::setTextColors(const QColor &title, const QColor &status)
             return;
         current = wanted;
         QPalette p = label->palette();
+        // A label in the list's viewport draws with Text, elsewhere with WindowText.
         p.setColor(QPalette::WindowText, wanted);
+        p.setColor(QPalette::Text, wanted);
         label->setPalette(p);
     };
     apply(m_ui->titleAndAuthorField, m_titleColor, title);

@@ -5,6 +5,7 @@
 #include <QVariantMap>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -34,17 +35,29 @@ public:
     QString status() const;
     int percentShown() const;
     QString iconName() const { return m_iconName; }
+    QString uploadUUID() const { return m_uploadUUID; }
+
+    // A failed upload offers a retry unless `retryable` says no (one retried
+    // already, or being retried); asked again by updateRetryButton.
+    void setRetryablePredicate(std::function<bool(const QString &uploadUUID)> retryable);
+    void updateRetryButton();
 
     // The status line of an upload record.
     static QString statusLine(const QVariantMap &row);
     // Seconds as a short human text ("about 3 minutes").
     static QString durationText(qint64 seconds);
 
+signals:
+    void retryClicked();
+
 private:
     void setTextColors(const QColor &title, const QColor &status);
 
     std::unique_ptr<Ui::TransferCell> m_ui;
     QString m_iconName;
+    QString m_uploadUUID;
+    bool m_failed = false;
+    std::function<bool(const QString &)> m_retryable;
     QColor m_titleColor;
     QColor m_statusColor;
 };

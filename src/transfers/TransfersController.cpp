@@ -1,6 +1,7 @@
 #include "TransfersController.h"
 
 #include "LXPanelWindow.h"
+#include "Log.h"
 #include "OrvaneServerInterface.h"
 #include "PropertyList.h"
 #include "Threads.h"
@@ -12,8 +13,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QMessageBox>
 #include <QMimeDatabase>
 #include <QTimer>
+
+#include <cstdint>
 
 #include <sys/stat.h>
 
@@ -61,6 +65,13 @@ QWidget *TransfersController::window()
     QTableWidget *table = m_ui->transfersTableView;
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(kRowHeight);
+    // The rows' dark grey texts need a light list under them, whatever the
+    // look of the rest of the application.
+    QPalette list = table->palette();
+    list.setColor(QPalette::Base, Qt::white);
+    list.setColor(QPalette::AlternateBase, QColor(0xf2, 0xf2, 0xf4));
+    list.setColor(QPalette::Text, QColor::fromRgbF(0.2f, 0.2f, 0.2f));
+    table->setPalette(list);
     connect(m_ui->clearButton, &QPushButton::clicked, this, &TransfersController::clearTransfers);
     connect(
         table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersController::updateRowColours);
@@ -154,7 +165,7 @@ void TransfersController::reloadTable(const QVariantList &previous)
     if (before != n)
         table->setRowCount(int(n));
     for (int row = before; row < n; ++row)
-        table->setCellWidget(row, 0, new TransferCell);
+        table->setCellWidget(row, 0, newTransferCell());
     for (int row = 0; row < n; ++row) {
         // Most uploads of a long queue stay as they were between polls.
         if (row >= before || row >= previous.size() || previous.at(row) != m_transfers->at(row))
@@ -204,6 +215,123 @@ QString TransfersController::transferStatusForUUID(const QString &uuid) const
             return map.value(QStringLiteral("status")).toString();
     }
     return QString();
+}
+
+QVariantMap TransfersController::transferForUUID(const QString &uuid) const
+{
+    if (!m_transfers)
+        return {};
+    for (const QVariant &row : *m_transfers) {
+        QVariantMap map = row.toMap();
+        if (map.value(QStringLiteral("upload_uuid")).toString() == uuid)
+            return map;
+    }
+    return {};
+}
+
+TransferCell *TransfersController::newTransferCell()
+{
+    auto *cell = new TransferCell;
+    cell->setRetryablePredicate([this](const QString &uuid) { return !m_retriedUploads.contains(uuid); });
+    connect(cell, &TransferCell::retryClicked, this, [this, cell] {
+        for (int row = 0; row < numberOfRows(); ++row) {
+            if (cellForRow(row) == cell)
+                retryTransferAtRow(row);
+        }
+    });
+    return cell;
+}
+
+void TransfersController::retryTransferAtRow(int row)
+{
+    if (!m_transfers || row < 0 || row >= m_transfers->size())
+        return;
+    const QVariantMap transfer = m_transfers->at(row).toMap();
+    const QString uuid = transfer.value(QStringLiteral("upload_uuid")).toString();
+    if (transfer.value(QStringLiteral("status")).toString() != QLatin1String("error")
+        || m_retriedUploads.contains(uuid))
+        return;
+    QStringList files;
+    for (const QVariant &path : transfer.value(QStringLiteral("content_paths")).toList())
+        files << path.toString();
+    const QString metadataFile = transfer.value(QStringLiteral("cached_metadata_file")).toString();
+    QStringList missing;
+    if (files.isEmpty())
+        missing << tr("(no file)");
+    for (const QString &file : files + QStringList { metadataFile }) {
+        if (!QFileInfo(file).isFile())
+            missing << (file.isEmpty() ? tr("(no file)") : file);
+    }
+    if (!missing.isEmpty()) {
+        Log::format(QStringLiteral("Cannot retry upload %@: missing %@"), { uuid, missing.join(QStringLiteral(", ")) });
+        alertRetryImpossible(tr("This upload can no longer be retried."),
+            lxFormat(tr("Its files were moved or deleted:\n%@"), { missing.join(QLatin1Char('\n')) }));
+        return;
+    }
+    const std::shared_ptr<OrvaneServerInterface> server = m_controller ? m_controller->signedInServer() : nullptr;
+    if (!server) {
+        alertRetryImpossible(
+            tr("Sign in to retry this upload."), tr("The upload is sent again under the name you sign in with."));
+        return;
+    }
+    // The queue's own record names the workflow where the tool keeps it;
+    // otherwise the one chosen now.
+    const QVariant recorded = transfer.value(QStringLiteral("workflow"));
+    QString workflow = recorded.typeId() == QMetaType::QVariantMap
+        ? recorded.toMap().value(QStringLiteral("name")).toString()
+        : recorded.toString();
+    if (workflow.isEmpty() && server->job())
+        workflow = server->job()->workflow().value(QStringLiteral("name")).toString();
+
+    m_retriedUploads.insert(uuid);
+    for (int r = 0; r < numberOfRows(); ++r)
+        cellForRow(r)->updateRetryButton();
+    const QPointer<QObject> context(this);
+    runOnWorkerThread(
+        [context, server, files, metadataFile, workflow, uuid] {
+            QString newUUID;
+            Error error;
+            const int32_t status = server->resubmitFiles(files, metadataFile, workflow, &newUUID, &error);
+            deliverOnMainThread(context, [context, uuid, status, newUUID, error] {
+                static_cast<TransfersController *>(context.data())->retryDidEnd(uuid, status, newUUID, error);
+            });
+        },
+        [context, uuid](const QString &failure) {
+            deliverOnMainThread(context, [context, uuid, failure] {
+                static_cast<TransfersController *>(context.data())
+                    ->retryDidEnd(uuid, -1, QString(), Error { kServerInterfaceErrorDomain, -1, failure });
+            });
+        });
+}
+
+void TransfersController::retryDidEnd(
+    const QString &failedUUID, int32_t status, const QString &newUUID, const Error &error)
+{
+    Log::format(QStringLiteral("Retried upload %@: status %d, new upload %@"), { failedUUID, status, newUUID });
+    // A failed run may still have queued the files: its upload is the retry.
+    if (newUUID.isEmpty()) {
+        m_retriedUploads.remove(failedUUID);
+        for (int r = 0; r < numberOfRows(); ++r)
+            cellForRow(r)->updateRetryButton();
+    } else if (m_controller) {
+        m_controller->transferWasRetried(failedUUID, newUUID);
+    }
+    if (status != 0 && m_controller)
+        m_controller->alertUserToError(error);
+    if (isPolling())
+        refreshTransfers();
+}
+
+void TransfersController::alertRetryImpossible(const QString &text, const QString &details)
+{
+    auto *alert = new QMessageBox(m_window.get());
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->setIcon(QMessageBox::Warning);
+    alert->setText(text);
+    alert->setInformativeText(details);
+    alert->setStandardButtons(QMessageBox::Ok);
+    alert->open();
 }
 
 QVariant TransfersController::metadataForFile(const QString &path)

@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QVariantList>
 
 #include <memory>
@@ -48,6 +49,12 @@ public:
     // The "status" of the first row of the last poll with this
     // "upload_uuid"; null when there is none. Never asks the tool.
     QString transferStatusForUUID(const QString &uuid) const;
+    // The first row of the last poll with this "upload_uuid"; empty when
+    // there is none.
+    QVariantMap transferForUUID(const QString &uuid) const;
+    // Hands the files of the failed upload in `row` to the tool again, under
+    // the signed-in user; files that are gone are named in an alert instead.
+    void retryTransferAtRow(int row);
     // The rows of the last poll; nullopt while not polling.
     std::optional<QVariantList> transfers() const { return m_transfers; }
     void clearTransfers();
@@ -81,6 +88,9 @@ private:
     void reloadTable(const QVariantList &previous);
     void updateRowColours();
     QVariant metadataForFile(const QString &path);
+    TransferCell *newTransferCell();
+    void retryDidEnd(const QString &failedUUID, int32_t status, const QString &newUUID, const Error &error);
+    void alertRetryImpossible(const QString &text, const QString &details);
     QString iconNameForFile(const QString &path);
 
     TransfersControllerDelegate *m_controller = nullptr;
@@ -92,4 +102,6 @@ private:
     QHash<QString, CachedMetadata> m_metadataCache;
     QHash<QString, CachedRow> m_rows; // by upload key, from the last poll
     QHash<QString, QString> m_iconNames;
+    // Failed uploads queued again, or being queued: no second retry.
+    QSet<QString> m_retriedUploads;
 };

@@ -10,13 +10,31 @@ LXRecordButton::LXRecordButton(QWidget *parent)
     setFixedSize(56, 56);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(tr("Record or pause"));
+    describeState();
 }
 
 void LXRecordButton::setImageName(const QString &name)
 {
+    if (name == m_imageName)
+        return;
     m_imageName = name;
+    describeState();
     update();
+}
+
+bool LXRecordButton::pauses() const
+{
+    return m_imageName == QLatin1String("PausedOff");
+}
+
+void LXRecordButton::describeState()
+{
+    // A screen reader has only these words for what the picture shows;
+    // setting them posts the name- and description-changed events, so the
+    // change from record to pause is announced.
+    setAccessibleName(pauses() ? tr("Pause") : tr("Record"));
+    setAccessibleDescription(pauses() ? tr("Recording. Press to pause the recording.")
+                                      : tr("Not recording. Press to start or resume the recording."));
 }
 
 void LXRecordButton::enterEvent(QEnterEvent *event)
@@ -44,11 +62,16 @@ void LXRecordButton::paintEvent(QPaintEvent *)
     p.setPen(QPen(QColor(0, 0, 0, 200), 1));
     p.setBrush(ring);
     p.drawEllipse(outer);
+    if (hasFocus()) {
+        p.setBrush(Qt::NoBrush);
+        p.setPen(QPen(QColor(255, 120, 100), 2));
+        p.drawEllipse(QRectF(rect()).adjusted(1, 1, -1, -1));
+    }
 
     const bool enabled = isEnabled();
     const qreal inset = outer.width() * (isDown() ? 0.2 : 0.17);
     const QRectF inner = outer.adjusted(inset, inset, -inset, -inset);
-    if (m_imageName == QLatin1String("PausedOff")) {
+    if (pauses()) {
         LXGlyphs::draw(p, LXGlyphs::Glyph::Pause, inner, enabled ? QColor(240, 240, 244) : QColor(110, 110, 115));
         return;
     }

@@ -14,6 +14,8 @@ public:
 
     void setImageName(const QString &name);
     QString imageName() const { return m_imageName; }
+    // Whether pressing it now pauses a running recording.
+    bool pauses() const;
     QSize sizeHint() const override { return { 56, 56 }; }
 
 protected:
@@ -22,6 +24,8 @@ protected:
     void leaveEvent(QEvent *event) override;
 
 private:
+    void describeState();
+
     QString m_imageName = QStringLiteral("RecordVideo");
     bool m_hovered = false;
 };

@@ -1,5 +1,6 @@
 #include "LXSourceTile.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QVariantAnimation>
@@ -69,6 +70,17 @@ void LXSourceTile::mouseReleaseEvent(QMouseEvent *event)
     QAbstractButton::mouseReleaseEvent(event);
 }
 
+void LXSourceTile::keyPressEvent(QKeyEvent *event)
+{
+    // Space is the button's own key; Return and Enter are added because a
+    // tile is the page's choice, as a default button would be.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && event->modifiers() == Qt::NoModifier) {
+        animateClick();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
 void LXSourceTile::paintEvent(QPaintEvent *)
 {
     QPainter p(this);
@@ -83,11 +95,17 @@ void LXSourceTile::paintEvent(QPaintEvent *)
     QPainterPath shape;
     shape.addRoundedRect(card, 14, 14);
     p.fillPath(shape, fill);
-    QColor rim(255, 255, 255, 28 + int(60 * m_hover));
-    if (hasFocus())
-        rim = QColor(255, 96, 80, 200);
-    p.setPen(QPen(rim, 1.2));
+    p.setPen(QPen(QColor(255, 255, 255, 28 + int(60 * m_hover)), 1.2));
     p.drawPath(shape);
+    if (hasFocus()) {
+        // A ring outside the card, in the margin, so it reads against the
+        // page as well as against the card.
+        QPainterPath ring;
+        const QRectF around = card.adjusted(-3, -3, 3, 3);
+        ring.addRoundedRect(around, 16, 16);
+        p.setPen(QPen(QColor(255, 120, 100), 2.5));
+        p.drawPath(ring);
+    }
 
     const qreal glyphSide = card.height() * 0.42;
     const QRectF glyphRect(card.center().x() - glyphSide / 2, card.top() + card.height() * 0.16, glyphSide, glyphSide);

@@ -7,7 +7,8 @@
 class QVariantAnimation;
 
 // One of the four source tiles of the main window: a glyph and a title that
-// light up under the pointer and sink slightly while pressed.
+// light up under the pointer and sink slightly while pressed. It takes
+// keyboard focus, shown by a ring, and Space or Return choose it.
 class LXSourceTile final : public QAbstractButton
 {
     Q_OBJECT
@@ -26,6 +27,7 @@ protected:
     void leaveEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void animate(QVariantAnimation *animation, qreal &value, qreal target, int ms);

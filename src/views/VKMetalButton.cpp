@@ -28,8 +28,8 @@ void VKMetalButton::paintEvent(QPaintEvent *)
         metal.setColorAt(0, QColor(70, 70, 74));
         metal.setColorAt(1, QColor(56, 56, 60));
     } else if (down) {
-        metal.setColorAt(0, QColor(120, 122, 128));
-        metal.setColorAt(1, QColor(150, 152, 158));
+        metal.setColorAt(0, QColor(136, 138, 144));
+        metal.setColorAt(1, QColor(160, 162, 168));
     } else {
         metal.setColorAt(0, QColor(196, 198, 204));
         metal.setColorAt(0.5, QColor(160, 162, 168));
@@ -43,7 +43,7 @@ void VKMetalButton::paintEvent(QPaintEvent *)
     for (qreal y = r.top() + 2; y < r.bottom(); y += 2)
         p.drawLine(QPointF(r.left(), y), QPointF(r.right(), y));
     p.setClipping(false);
-    p.setPen(QPen(hasFocus() ? QColor(224, 62, 52) : QColor(0, 0, 0, 180), 1));
+    p.setPen(hasFocus() ? QPen(QColor(170, 30, 24), 2) : QPen(QColor(0, 0, 0, 180), 1));
     p.drawPath(shape);
     p.setPen(isEnabled() ? QColor(24, 24, 28) : QColor(110, 110, 116));
     QFont f = font();

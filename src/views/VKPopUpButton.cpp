@@ -69,7 +69,7 @@ void VKPopUpButton::paintEvent(QPaintEvent *)
     QPainterPath shape;
     shape.addRoundedRect(r, r.height() / 2, r.height() / 2);
     p.fillPath(shape, isEnabled() ? QColor(12, 12, 14, 235) : QColor(12, 12, 14, 140));
-    p.setPen(QPen(QColor(255, 255, 255, hasFocus() ? 120 : 55), 1));
+    p.setPen(hasFocus() ? QPen(QColor(255, 120, 100), 2) : QPen(QColor(255, 255, 255, 55), 1));
     p.drawPath(shape);
 
     const QColor textColor = isEnabled() ? QColor(238, 238, 242) : QColor(130, 130, 135);

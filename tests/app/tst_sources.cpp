@@ -197,6 +197,44 @@ private slots:
         QVERIFY(!child<QLabel>("hotkeySuggestion")->text().isEmpty());
     }
 
+    void keyboardReachesEveryNamedControl()
+    {
+        signIn(kDevices);
+        m_controller->window()->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_controller->window()));
+        QWidgetList reached;
+        auto tabRound = [&reached](QWidget *w) { // once round the Tab chain
+            for (w->setFocus(); w && !reached.contains(w); w = QApplication::focusWidget()) {
+                QVERIFY2(w->isVisible() && !w->accessibleName().isEmpty() && !w->accessibleDescription().isEmpty(),
+                    qPrintable(w->objectName()));
+                reached << w;
+                QTest::keyClick(w, Qt::Key_Tab);
+            }
+        };
+        tabRound(child("videoTile"));
+        QCOMPARE(reached.size(), 4); // the tiles
+        QTest::keyClick(child("audioTile"), Qt::Key_Space);
+        QCOMPARE(m_controller->mode(), Mode::Audio);
+        tabRound(child("microphonesPopUpButton"));
+        QVERIFY(reached.contains(child("recordPauseButton")));
+    }
+
+    void textStandsOutFromItsBackground()
+    {
+        auto luminance = [](const QColor &c) {
+            auto linear = [](float v) { return v <= 0.04045f ? v / 12.92f : std::pow((v + 0.055f) / 1.055f, 2.4f); };
+            return 0.2126f * linear(c.redF()) + 0.7152f * linear(c.greenF()) + 0.0722f * linear(c.blueF());
+        };
+        LXApplication::applyLook(*qApp);
+        const QPalette p = QApplication::palette();
+        using R = QPalette::ColorRole;
+        for (auto [text, background] : { std::pair { R::WindowText, R::Window }, { R::Text, R::Base },
+                 { R::PlaceholderText, R::Base }, { R::PlaceholderText, R::Window }, { R::ButtonText, R::Button },
+                 { R::ToolTipText, R::ToolTipBase }, { R::HighlightedText, R::Highlight }, { R::Link, R::Window } })
+            QVERIFY2((luminance(p.color(text)) + 0.05f) / (luminance(p.color(background)) + 0.05f) >= 4.5f, // WCAG AA
+                qPrintable(QString::number(text)));
+    }
+
     void filesDroppedOrHandedOverOnlyWhileIdle()
     {
         signIn();

@@ -71,8 +71,9 @@ private slots:
 
     void bindStartsTheAgentAndClosesOrAlerts()
     {
-        for (bool succeeds : { false, true }) {
-            succeeds ? m_sim.clearFaults() : m_sim.setFault("--bind", { { "status", 0 } });
+        for (auto [fault, alert] :
+            { std::pair { "--bind", "Binding failed" }, { "", "" }, { "--unbind", "Unbinding failed" } }) {
+            *fault ? m_sim.setFault(fault, { { "status", 0 } }) : m_sim.clearFaults();
             CameraConfigController controller;
             QWidget *window = controller.window();
             window->show();
@@ -82,12 +83,12 @@ private slots:
             panel->findChild<QLineEdit *>("userField")->setText(SimSandbox::kUser);
             panel->findChild<QLineEdit *>("passwordField")->setText(SimSandbox::kPassword);
             controller.dismissBindAuthPanel(true);
-            if (succeeds) {
+            if (!*fault) {
                 QTRY_VERIFY(!window->isVisible());
                 QVERIFY(PropertyList::readFile(m_sim.state("agent.plist")).toMap().value("running").toBool());
             } else {
                 QTRY_VERIFY(panel->findChild<QMessageBox *>());
-                QCOMPARE(panel->findChild<QMessageBox *>()->text(), QStringLiteral("Binding failed"));
+                QCOMPARE(panel->findChild<QMessageBox *>()->text(), QLatin1String(alert));
                 QVERIFY(panel->isVisible() && controller.notPerformingBind());
             }
         }

@@ -68,7 +68,8 @@ private slots:
         window->show();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window));
-        preferences.configKeyEditor()->setFocus();
+        QVERIFY(!preferences.configKeyEditor()->isEditing()); // not merely by opening the window
+        QTest::keyClick(window, Qt::Key_Tab);
         QTRY_VERIFY(preferences.configKeyEditor()->isEditing());
         xdotool({ "key", "super+F2" }); // taken by the editor, not the hot key
         QTRY_VERIFY(!preferences.configKeyEditor()->isEditing());

@@ -42,24 +42,31 @@ private slots:
         QTest::addColumn<QVariantMap>("kiosk");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<bool>("enabled");
-        QTest::newRow("nothing stored") << QVariantMap() << QStringLiteral("\u2318 F2") << true;
+        QTest::addColumn<bool>("wayland");
+        QTest::newRow("nothing stored") << QVariantMap() << QStringLiteral("\u2318 F2") << true << false;
         QTest::newRow("both forced") << QVariantMap { { GlobalKeyCode.key, 96 }, { GlobalKeyModifiers.key, 0x40000 } }
-                                     << QStringLiteral("\u2303 F5") << false;
+                                     << QStringLiteral("\u2303 F5") << false << false;
         QTest::newRow("only the code forced")
-            << QVariantMap { { GlobalKeyCode.key, 96 } } << QStringLiteral("\u2318 F5") << true;
+            << QVariantMap { { GlobalKeyCode.key, 96 } } << QStringLiteral("\u2318 F5") << true << false;
+        QTest::newRow("Wayland: no global key") << QVariantMap() << QStringLiteral("\u2318 F2") << false << true;
     }
     void shownValueAndKioskLock()
     {
         QFETCH(QVariantMap, kiosk);
         QFETCH(QString, shown);
         QFETCH(bool, enabled);
+        QFETCH(bool, wayland);
         if (!kiosk.isEmpty())
             QVERIFY(QDir().mkpath(QFileInfo(Paths::kioskFile()).path())
                 && PropertyList::writeFile(Paths::kioskFile(), kiosk, true));
-        m_preferences->window();
+        if (wayland)
+            qputenv("WAYLAND_DISPLAY", "wayland-0");
+        const QString explanation = m_preferences->window()->findChild<QLabel *>("explanationLabel")->text();
+        qunsetenv("WAYLAND_DISPLAY");
         QCOMPARE(m_preferences->recordPauseShortcutComboBox()->currentText(), shown);
         QCOMPARE(m_preferences->recordPauseShortcutComboBox()->isEnabled(), enabled);
         QCOMPARE(m_preferences->recordPauseShortcutLabelTextField()->isEnabled(), enabled);
+        QCOMPARE(explanation.contains(QStringLiteral("Recording menu")), wayland);
     }
 
     void listChoiceStoresCommandAndTheKey()

@@ -242,6 +242,19 @@ private slots:
         // Through pkexec the helper runs as root and has the pipe.
         QCOMPARE(output, real ? QByteArray("0\npass word") : QByteArray("untouched"));
     }
+
+    void pkexecRunsTheSimulatorsAgentHelper()
+    {
+        if (!m_polkit)
+            m_polkit = std::make_unique<PolkitBus>();
+        if (!m_polkit->running())
+            QSKIP(m_polkit->skipReason().constData());
+        // Stops a running agent: 0 only when the helper ran as root and found its sandbox by its own path.
+        QVERIFY(SimSandbox::writePlist(m_sim->state(u"agent.plist"_s), QVariantMap { { "running", true } }));
+        const QStringList stop { u"agent"_s, u"stop"_s };
+        QCOMPARE(
+            PkexecLauncher(u"/usr/bin/pkexec"_s).execute(m_sim->tool(u"orvxctlexec"_s), stop, nullptr, nullptr), 0);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestProcessRunner)

@@ -129,12 +129,12 @@ private slots:
     {
         TransfersController transfers;
         transfers.setController(this);
-        queue("W", 0.1);
+        queue("W", -3); // pending for seconds to come, however loaded the machine
         transfers.startPollingSubmissions();
         transfers.startPollingSubmissions(); // one timer only
         QCOMPARE(m_updates, 1);
         QCOMPARE(transfers.transferStatusForUUID("W"), QStringLiteral("pending"));
-        QTRY_COMPARE_WITH_TIMEOUT(transfers.transferStatusForUUID("W"), QStringLiteral("uploading"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(transfers.transferStatusForUUID("W"), QStringLiteral("uploading"), 20000);
         transfers.stopPollingSubmissions();
         QVERIFY(!transfers.isPolling());
         QVERIFY(!transfers.transfers().has_value());

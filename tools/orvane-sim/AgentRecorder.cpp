@@ -4,11 +4,14 @@
 #include "CaptureDeviceRegistry.h"
 #include "CaptureMovieFileOutput.h"
 #include "Console.h"
+#include "DisplaySession.h"
 #include "FaultFile.h"
 #include "Paths.h"
+#include "ScreenCastPortal.h"
 #include "ToolFailure.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -85,6 +88,20 @@ void unblockControlSignalsInChild()
     sigprocmask(SIG_UNBLOCK, &set, nullptr);
 }
 
+// A Wayland compositor shows its screen to no client but through the
+// desktop portal, which may ask the user first: waits for that answer.
+std::optional<Error> shareScreen(ScreenCastPortal &portal)
+{
+    std::optional<Error> result;
+    QEventLoop loop;
+    portal.requestStream([&](const std::optional<Error> &error) {
+        result = error;
+        loop.quit();
+    });
+    loop.exec();
+    return result;
+}
+
 } // namespace
 
 void AgentRecorder::blockControlSignals()
@@ -145,13 +162,24 @@ int AgentRecorder::run(const QStringList &arguments)
         return kNoSource;
     }
     CaptureDevicePtr picture;
+    // Outlives the session: its PipeWire remote is the screen's source.
+    ScreenCastPortal portal;
     if (mode == QLatin1String("Screen")) {
-        if (qEnvironmentVariableIsEmpty("DISPLAY")) {
+        const bool wayland = DisplaySession::isWayland();
+        if (!wayland && qEnvironmentVariableIsEmpty("DISPLAY")) {
             Console::err(QStringLiteral("orvxagentd: no display to record (DISPLAY is not set).\n"));
             return kNoSource;
         }
         picture = std::make_shared<CaptureDevice>(
             CaptureDevice::Kind::Screen, QStringLiteral("screen"), QStringLiteral("Screen"));
+        if (wayland) {
+            if (const std::optional<Error> error = shareScreen(portal)) {
+                Console::err(
+                    QStringLiteral("orvxagentd: cannot record the screen: %1\n").arg(error->localizedDescription));
+                return kNoSource;
+            }
+            picture->setPipeWireStream(portal.stream()->fd, portal.stream()->nodeId);
+        }
     } else if (mode == QLatin1String("Video")) {
         if (isAutomatic(videoID)) {
             QList<CaptureDevicePtr> cameras = registry.devicesWithMediaType(MediaType::Video);

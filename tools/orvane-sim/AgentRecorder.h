@@ -11,9 +11,9 @@
 // default microphone; a muxed device records only its sound); "VideoDevice"
 // the camera of a video recording, by uniqueID or by display name (the
 // client writes the job camera's name); the screen is the X display of
-// $DISPLAY. SIGUSR1 pauses, SIGUSR2 resumes, SIGTERM (or SIGINT) finishes
-// the file and exits 0; a second one while finishing exits 0 at once,
-// leaving the fragmented file as it is.
+// $DISPLAY, or in a Wayland session the desktop portal's screen cast. SIGUSR1 pauses, SIGUSR2 resumes, SIGTERM (or
+// SIGINT) finishes the file and exits 0; a second one while finishing exits 0 at once, leaving the fragmented file as
+// it is.
 class AgentRecorder final
 {
 public:

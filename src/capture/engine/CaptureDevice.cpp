@@ -153,6 +153,16 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error)
         bin = sourceBin("v4l2src name=v device=/dev/lumex-missing-camera ! identity name=vout", "vout", nullptr, error);
         break;
     case Kind::Screen: {
+        if (m_pipeWireFd >= 0) {
+            // The compositor sends a frame only when the screen changes; the
+            // last one is repeated so the recording keeps a steady rate.
+            const QByteArray description
+                = "pipewiresrc name=v always-copy=true do-timestamp=true keepalive-time=200 fd="
+                + QByteArray::number(m_pipeWireFd) + " path=" + QByteArray::number(m_pipeWireNode)
+                + " ! videorate ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
+            bin = sourceBin(description, "vout", nullptr, error);
+            break;
+        }
         const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;
         // Damage events only help when little changes; a steady rate keeps
         // the encoder's timing simple.

@@ -33,7 +33,7 @@ public:
         TestMicrophone, // audiotestsrc
         TestMuxed, // both, behind one device
         TestBroken, // a camera whose open always fails
-        Screen, // ximagesrc on an X display
+        Screen, // ximagesrc on an X display, or the portal's PipeWire stream
     };
 
     // A device found by the GStreamer device monitor.
@@ -75,6 +75,14 @@ public:
 
     // The X display a Screen device records (empty: $DISPLAY).
     void setDisplayName(const QString &display) { m_xDisplay = display; }
+    // In a Wayland session a Screen device records the desktop portal's
+    // stream instead: its PipeWire remote (kept open by the caller while the
+    // device is open) and node.
+    void setPipeWireStream(int fd, quint32 nodeId)
+    {
+        m_pipeWireFd = fd;
+        m_pipeWireNode = nodeId;
+    }
 
 private:
     Gst::ElementRef buildSource(Error *error);
@@ -83,6 +91,8 @@ private:
     QString m_uniqueID;
     QString m_displayName;
     QString m_xDisplay;
+    int m_pipeWireFd = -1;
+    quint32 m_pipeWireNode = 0;
     bool m_isDefault = false;
     bool m_isVideo = false;
     Gst::ObjectRef<GstDevice> m_gstDevice;

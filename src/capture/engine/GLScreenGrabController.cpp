@@ -1,13 +1,28 @@
 #include "GLScreenGrabController.h"
 
+#include "DisplaySession.h"
+#include "GstHandles.h"
+#include "LXDefaultsKeys.h"
+#include "LXUserDefaults.h"
+#include "Log.h"
+#include "ScreenCastPortal.h"
+#include "Threads.h"
+
+#include <gst/app/gstappsink.h>
+#include <gst/video/video.h>
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
 
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDeadlineTimer>
 #include <QRect>
 
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -52,7 +67,144 @@ QRect primaryOutputArea(xcb_connection_t *c, xcb_window_t root)
     return QRect(crtc->x, crtc->y, crtc->width, crtc->height);
 }
 
+// The frame Qt sees as Format_RGB32, opaque whatever the padding byte held.
+QImage imageFromSample(GstSample *sample)
+{
+    GstVideoInfo info;
+    GstVideoFrame frame;
+    if (!gst_video_info_from_caps(&info, gst_sample_get_caps(sample))
+        || !gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ))
+        return {};
+    QImage image
+        = QImage(static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)), GST_VIDEO_FRAME_WIDTH(&frame),
+            GST_VIDEO_FRAME_HEIGHT(&frame), GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0), QImage::Format_RGB32)
+              .copy();
+    gst_video_frame_unmap(&frame);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<quint32 *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            line[x] |= 0xff000000u;
+    }
+    image.setDevicePixelRatio(1.0);
+    return image;
+}
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(GLScreenGrabController)
+};
+
 } // namespace
+
+GLScreenGrabController::GLScreenGrabController(QString display)
+    : m_display(std::move(display))
+{ }
+
+GLScreenGrabController::~GLScreenGrabController() = default;
+
+bool GLScreenGrabController::usesPortal() const
+{
+    return m_display.isEmpty() && DisplaySession::isWayland();
+}
+
+void GLScreenGrabController::setPortalBus(const QDBusConnection &bus)
+{
+    m_portalBus = std::make_unique<QDBusConnection>(bus);
+}
+
+void GLScreenGrabController::grab(QObject *context, Completion done)
+{
+    const QPointer<QObject> guard(context);
+    if (usesPortal()) {
+        grabThroughPortal(guard, std::move(done));
+        return;
+    }
+    const QString display = m_display;
+    runOnWorkerThread([display, guard, done = std::move(done)] {
+        const QImage image = GLScreenGrabController(display).grab();
+        deliverOnMainThread(guard, [image, done] { done(image, std::nullopt); });
+    });
+}
+
+void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context, Completion done)
+{
+    if (!m_portal) {
+        m_portal = std::make_unique<ScreenCastPortal>(m_portalBus ? *m_portalBus : QDBusConnection::sessionBus());
+        m_portal->setRestoreToken(LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::ScreenCastRestoreToken));
+        QObject::connect(m_portal.get(), &ScreenCastPortal::restoreTokenChanged, [](const QString &token) {
+            LXUserDefaults &defaults = LXUserDefaults::standard();
+            defaults.setValue(token, LXDefaultsKeys::ScreenCastRestoreToken);
+            defaults.synchronize();
+        });
+    }
+    ScreenCastPortal *portal = m_portal.get();
+    portal->requestStream([portal, context, done = std::move(done)](const std::optional<Error> &error) {
+        if (error) {
+            if (context)
+                done(QImage(), error);
+            return;
+        }
+        // The worker reads through a copy of the descriptor, so the portal
+        // may close the session meanwhile.
+        const int fd = ::fcntl(portal->stream()->fd, F_DUPFD_CLOEXEC, 3);
+        const quint32 nodeId = portal->stream()->nodeId;
+        runOnWorkerThread([fd, nodeId, context, done] {
+            Error failure;
+            const QImage image = grabPipeWireFrame(fd, nodeId, 10000, &failure);
+            if (fd >= 0)
+                ::close(fd);
+            std::optional<Error> error;
+            if (image.isNull()) {
+                Log::format(QStringLiteral("No picture from the shared screen: %@"), { describeError(failure) });
+                error = Error { failure.domain, failure.code,
+                    Tr::tr("Lumex cannot show the screen: no picture came from the desktop's screen sharing (%1).")
+                        .arg(failure.localizedDescription) };
+            }
+            deliverOnMainThread(context, [image, error, done] { done(image, error); });
+        });
+    });
+}
+
+QImage GLScreenGrabController::grabPipeWireFrame(int fd, quint32 nodeId, int timeoutMs, Error *error)
+{
+    Gst::ensureInitialized();
+    const QByteArray description = "pipewiresrc always-copy=true fd=" + QByteArray::number(fd)
+        + " path=" + QByteArray::number(nodeId)
+        + " ! videoconvert ! video/x-raw,format=BGRx ! appsink name=sink max-buffers=1 sync=false";
+    GError *rawError = nullptr;
+    Gst::ElementRef pipeline(gst_parse_launch(description.constData(), &rawError), Gst::Ref::Adopt);
+    const Gst::ErrorPtr parseError(rawError);
+    if (!pipeline || parseError) {
+        if (error)
+            *error = parseError ? Gst::toError(parseError.get())
+                                : Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Cannot read the screen cast"));
+        return {};
+    }
+    Gst::ElementRef sink(gst_bin_get_by_name(GST_BIN(pipeline.get()), "sink"), Gst::Ref::Adopt);
+    Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
+    gst_element_set_state(pipeline.element(), GST_STATE_PLAYING);
+    QImage image;
+    const QDeadlineTimer deadline(timeoutMs);
+    while (image.isNull()) {
+        if (GstSample *sample = gst_app_sink_try_pull_sample(GST_APP_SINK(sink.element()), 100 * GST_MSECOND)) {
+            image = imageFromSample(sample);
+            gst_sample_unref(sample);
+            if (!image.isNull())
+                break;
+        }
+        const Gst::MessagePtr message(gst_bus_pop_filtered(bus.get(), GST_MESSAGE_ERROR));
+        std::optional<Error> failure = Gst::errorFromMessage(message.get());
+        if (!failure && deadline.hasExpired())
+            failure = Gst::resourceError(GST_RESOURCE_ERROR_READ, QStringLiteral("No frame from the screen cast"));
+        if (failure) {
+            if (error)
+                *error = *failure;
+            break;
+        }
+    }
+    gst_element_set_state(pipeline.element(), GST_STATE_NULL);
+    return image;
+}
 
 QImage GLScreenGrabController::grab() const
 {

@@ -19,6 +19,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPainterPath>
 #include <QProcess>
 #include <QPushButton>
 #include <QSysInfo>
@@ -46,6 +48,28 @@ CaptureDevicePtr defaultDevice(const QString &mediaType)
             return device;
     }
     return devices.isEmpty() ? nullptr : devices.first();
+}
+
+// The padlock the lock button's text speaks of, its shackle raised while
+// unlocked. Drawn here: icon themes name and draw locks differently.
+QIcon padlock(bool open, const QColor &color)
+{
+    QPixmap pixmap(64, 64);
+    pixmap.fill(Qt::transparent);
+    QPainter p(&pixmap);
+    p.setRenderHint(QPainter::Antialiasing);
+    const qreal top = open ? 0 : 8;
+    QPainterPath shackle;
+    shackle.moveTo(20, 32);
+    shackle.lineTo(20, top + 12);
+    shackle.arcTo(20, top, 24, 24, 180, -180);
+    shackle.lineTo(44, open ? top + 18 : 32);
+    p.setPen(QPen(color, 6, Qt::SolidLine, Qt::RoundCap));
+    p.drawPath(shackle);
+    p.setPen(Qt::NoPen);
+    p.setBrush(color);
+    p.drawRoundedRect(QRectF(12, 30, 40, 32), 5, 5);
+    return QIcon(pixmap);
 }
 
 } // namespace
@@ -109,6 +133,10 @@ void CameraConfigController::windowDidLoad()
     m_captureView = new CaptureVideoPreviewWidget(m_ui->previewPage);
     m_ui->previewLayout->addWidget(m_captureView);
     m_ui->ibProgressSpinner->hide();
+    // A level, not a progress: green as the main window's meter, not the accent.
+    QPalette meter = m_ui->ibAudioLevelMeter->palette();
+    meter.setColor(QPalette::Highlight, QColor(60, 200, 90));
+    m_ui->ibAudioLevelMeter->setPalette(meter);
     m_ui->ibBindButton->setText(bindButtonTitle());
     connect(m_ui->ibAuthView, &QPushButton::clicked, this, [this] { isUnlocked() ? lock() : unlock(); });
     connect(m_ui->ibBindButton, &QPushButton::clicked, this, &CameraConfigController::bindCameraToServer);
@@ -127,10 +155,21 @@ void CameraConfigController::windowDidLoad()
     // The administrator's account on the server and the name this camera
     // takes there, handed to the tool with the bind.
     auto *fields = new QFormLayout;
-    for (auto [field, label] : { std::pair { &m_serverField, tr("Server:") }, { &m_userField, tr("User name:") },
-             { &m_passwordField, tr("Password:") }, { &m_cameraNameField, tr("Camera name:") } }) {
-        *field = new QLineEdit(m_serverAuthPanel);
-        fields->addRow(label, *field);
+    const struct
+    {
+        QLineEdit **field;
+        QString label, name, description;
+    } rows[] = {
+        { &m_serverField, tr("Server:"), tr("Server"), tr("The address of the server this camera is bound to") },
+        { &m_userField, tr("User name:"), tr("User name"), tr("The account of the server's administrator") },
+        { &m_passwordField, tr("Password:"), tr("Password"), tr("The password of the administrator's account") },
+        { &m_cameraNameField, tr("Camera name:"), tr("Camera name"), tr("The name this camera has on the server") },
+    };
+    for (const auto &row : rows) {
+        *row.field = new QLineEdit(m_serverAuthPanel);
+        (*row.field)->setAccessibleName(row.name);
+        (*row.field)->setAccessibleDescription(row.description);
+        fields->addRow(row.label, *row.field);
     }
     m_passwordField->setEchoMode(QLineEdit::Password);
     m_serverField->setObjectName(QStringLiteral("serverField"));
@@ -140,6 +179,8 @@ void CameraConfigController::windowDidLoad()
     layout->addLayout(fields);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, m_serverAuthPanel);
     m_serverAuthOKButton = buttons->button(QDialogButtonBox::Ok);
+    m_serverAuthOKButton->setAccessibleDescription(tr("Binds or unbinds this camera with the administrator's account"));
+    buttons->button(QDialogButtonBox::Cancel)->setAccessibleDescription(tr("Closes this sheet and changes nothing"));
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, [this] { dismissBindAuthPanel(true); });
     connect(buttons, &QDialogButtonBox::rejected, this, [this] { dismissBindAuthPanel(false); });
@@ -442,6 +483,9 @@ void CameraConfigController::showAlert(QWidget *parent, const QString &message, 
 {
     auto *alert = new QMessageBox(QMessageBox::Warning, message, message, QMessageBox::Ok, parent);
     alert->setInformativeText(information);
+    alert->setAccessibleName(message);
+    alert->setAccessibleDescription(information);
+    alert->button(QMessageBox::Ok)->setAccessibleDescription(tr("Closes this message"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
     alert->open();
@@ -492,6 +536,9 @@ void CameraConfigController::updateLockedState()
     m_ui->ibAuthView->setChecked(isUnlocked());
     m_ui->ibAuthView->setText(
         isUnlocked() ? tr("Click the lock to prevent further changes.") : tr("Click the lock to make changes."));
+    m_ui->ibAuthView->setIcon(padlock(isUnlocked(), m_ui->ibAuthView->palette().color(QPalette::ButtonText)));
+    m_ui->ibAuthView->setAccessibleName(isUnlocked() ? tr("Unlocked") : tr("Locked"));
+    m_ui->ibAuthView->setAccessibleDescription(m_ui->ibAuthView->text());
     emit lockedStateChanged();
 }
 

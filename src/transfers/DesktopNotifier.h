@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+// Tells the user through the desktop's notification service (the
+// freedesktop one on the session bus) how an upload ended, so a long upload
+// needs no watching. The call never waits for the service: a desktop
+// without one costs a log line and nothing else.
+class DesktopNotifier final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(DesktopNotifier)
+
+public:
+    static inline const QString kService = QStringLiteral("org.freedesktop.Notifications");
+    static inline const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
+
+    explicit DesktopNotifier(QObject *parent = nullptr);
+
+    // The upload titled `title` was completed, or ended in an error.
+    void notifyUploadEnded(const QString &title, bool completed);
+    void notify(const QString &summary, const QString &body);
+};
