@@ -101,8 +101,8 @@ QStringList findInterruptedRecordings(const QString &spool, const QSet<QString> 
     MovieRewriter::removeStaleTemporaries(spool);
     if (candidates.isEmpty())
         return {};
-    if (const std::optional<QVariantMap> uploads = OrvaneServerInterface::transferStatuses()) {
-        for (const QVariant &upload : *uploads) {
+    if (const auto uploads = OrvaneServerInterface::transferStatuses()) {
+        for (const auto &[key, upload] : *uploads) {
             for (const QVariant &path : upload.toMap().value(QStringLiteral("content_paths")).toList())
                 candidates.remove(comparablePath(path.toString()));
         }

@@ -115,9 +115,10 @@ bool toText(const Parts &parts, QString *text)
 class Reader
 {
 public:
-    Reader(const char *data, qsizetype size)
+    Reader(const char *data, qsizetype size, QStringList *rootKeys)
         : m_pos(data)
         , m_end(data + size)
+        , m_rootKeys(rootKeys)
     { }
 
     QVariant read();
@@ -167,6 +168,7 @@ private:
 
     const char *m_pos;
     const char *m_end;
+    QStringList *m_rootKeys;
     std::vector<Frame> m_frames;
     std::string m_open; // 'p'list, 'd'ict and 'a'rray tags not yet closed
     // Tool output repeats the same few keys thousands of times.
@@ -396,6 +398,9 @@ QVariant Reader::read()
         Frame &parent = m_frames.back();
         if (parent.dict && !key)
             return QVariant();
+        // A repeated key keeps its first place and takes the later value.
+        if (parent.dict && m_rootKeys && m_frames.size() == 1 && !parent.map.contains(*key))
+            m_rootKeys->append(*key);
         if (parent.dict)
             parent.map.insert(*key, value);
         else
@@ -497,14 +502,14 @@ plist_t fromVariant(const QVariant &value, QString *error)
 
 namespace PropertyList {
 
-QVariant fromXml(const char *data, qsizetype size, QString *error)
+QVariant fromXml(const char *data, qsizetype size, QString *error, QStringList *rootKeys)
 {
     if (size <= 0 || size > qsizetype(std::numeric_limits<uint32_t>::max())) {
         if (error)
             *error = size <= 0 ? QStringLiteral("no property-list data") : QStringLiteral("property list too large");
         return QVariant();
     }
-    QVariant result = Reader(data, size).read();
+    QVariant result = Reader(data, size, rootKeys).read();
     if (!result.isValid() && error)
         *error = QStringLiteral("the data is not a valid XML property list");
     return result;
@@ -573,11 +578,16 @@ bool writeFile(const QString &path, const QVariant &value, bool atomic, QString 
 QVariant findPropertyList(const QString &text)
 {
     const qsizetype start = text.indexOf(QLatin1String("<?xml"));
+    return findPropertyListInUtf8(start < 0 ? QByteArray() : QStringView(text).mid(start).toUtf8());
+}
+
+QVariant findPropertyListInUtf8(QByteArrayView utf8, QStringList *rootKeys)
+{
+    const qsizetype start = utf8.indexOf("<?xml");
     if (start < 0)
         throw PropertyList::ParseError("the text holds no property list (no \"<?xml\" marker)");
-    const QByteArray utf8 = QStringView(text).mid(start).toUtf8();
     QString error;
-    QVariant result = PropertyList::fromXml(utf8, &error);
+    QVariant result = PropertyList::fromXml(utf8.data() + start, utf8.size() - start, &error, rootKeys);
     if (!result.isValid())
         throw PropertyList::ParseError(error.toStdString());
     return result;

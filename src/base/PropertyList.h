@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <stdexcept>
@@ -20,8 +21,10 @@ public:
 
 // Parses an XML property list. On failure returns an invalid QVariant and
 // describes the problem in `error`; a list nested more than a few hundred
-// levels deep is refused the same way.
-QVariant fromXml(const char *data, qsizetype size, QString *error = nullptr);
+// levels deep is refused the same way. With `rootKeys`, the keys of a
+// dictionary at the root are appended to it in the document's order, which
+// the returned map does not keep.
+QVariant fromXml(const char *data, qsizetype size, QString *error = nullptr, QStringList *rootKeys = nullptr);
 inline QVariant fromXml(const QByteArray &xml, QString *error = nullptr)
 {
     return fromXml(xml.constData(), xml.size(), error);
@@ -47,3 +50,6 @@ bool writeFile(const QString &path, const QVariant &value, bool atomic, QString 
 // Throws PropertyList::ParseError when there is no marker or what follows it
 // is not a property list.
 QVariant findPropertyList(const QString &text);
+// The same on UTF-8 text, without decoding it first; with `rootKeys` as in
+// PropertyList::fromXml.
+QVariant findPropertyListInUtf8(QByteArrayView utf8, QStringList *rootKeys = nullptr);

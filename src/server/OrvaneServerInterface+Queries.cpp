@@ -104,7 +104,7 @@ void OrvaneServerInterface::requestPreviewUpdateInThreadForCamera(const QString 
             { status, cameraName });
 }
 
-std::optional<QVariantMap> OrvaneServerInterface::transferStatuses()
+std::optional<OrvaneServerInterface::TransferStatuses> OrvaneServerInterface::transferStatuses()
 {
     QByteArray output;
     const int32_t status = runExecutable(
@@ -114,10 +114,18 @@ std::optional<QVariantMap> OrvaneServerInterface::transferStatuses()
         return std::nullopt;
     }
     try {
-        const QVariant root = findPropertyList(QString::fromUtf8(output));
+        // Parsed as it came: a long queue's listing is large, and decoding
+        // it to text first would only be undone by the parser.
+        QStringList order;
+        const QVariant root = findPropertyListInUtf8(output, &order);
         if (root.typeId() != QMetaType::QVariantMap)
             return std::nullopt;
-        return root.toMap();
+        const QVariantMap records = root.toMap();
+        TransferStatuses result;
+        result.reserve(order.size());
+        for (const QString &key : std::as_const(order))
+            result.append({ key, records.value(key) });
+        return result;
     } catch (const PropertyList::ParseError &e) {
         Log::format(QStringLiteral("OrvaneServerInterface error. Could not parse uploads plist data. Reason: %@"),
             { e.what() });

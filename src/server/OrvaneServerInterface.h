@@ -82,7 +82,10 @@ public:
     void requestPreviewUpdateForCameraName(const QString &cameraName);
     // The blocking body of the preview request: "--status CAMERA --update_preview".
     void requestPreviewUpdateInThreadForCamera(const QString &cameraName);
-    static std::optional<QVariantMap> transferStatuses();
+    // The upload list's root dictionary as (key, record) pairs in the tool's
+    // own order, which a map would lose.
+    using TransferStatuses = QList<std::pair<QString, QVariant>>;
+    static std::optional<TransferStatuses> transferStatuses();
     static void clearCompletedTransferStatuses();
 
     // Remote job control.

@@ -2,7 +2,6 @@
 
 #include "TransfersControllerDelegate.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QSet>
@@ -72,9 +71,16 @@ signals:
 private:
     struct CachedMetadata
     {
-        QDateTime modified;
+        qint64 modified = -1; // nanoseconds since the epoch
         qint64 size = -1;
         QVariant metadata;
+    };
+    // A row as made from one upload record and its metadata.
+    struct CachedRow
+    {
+        QVariant record;
+        QVariant metadata;
+        QVariant row;
     };
 
     void windowAboutToClose();
@@ -94,6 +100,7 @@ private:
     std::optional<QVariantList> m_transfers;
     bool m_isTransfersWindowAboutToClose = false;
     QHash<QString, CachedMetadata> m_metadataCache;
+    QHash<QString, CachedRow> m_rows; // by upload key, from the last poll
     QHash<QString, QString> m_iconNames;
     // Failed uploads queued again, or being queued: no second retry.
     QSet<QString> m_retriedUploads;

@@ -220,7 +220,7 @@ private slots:
     {
         m_sim.installRecordingTool();
         m_sim.setReply(PropertyList::toXml(QVariantMap {}), "", 0);
-        QCOMPARE(OrvaneServerInterface::transferStatuses(), QVariantMap {});
+        QCOMPARE(OrvaneServerInterface::transferStatuses(), std::optional(OrvaneServerInterface::TransferStatuses {}));
         QCOMPARE(m_sim.recordedArguments(), QStringList { QStringLiteral("--list_uploads") });
         QCOMPARE(m_sim.recordedStdinKind(), QStringLiteral("/dev/null"));
         OrvaneServerInterface::clearCompletedTransferStatuses();

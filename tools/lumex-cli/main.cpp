@@ -174,7 +174,10 @@ int run(const QStringList &all)
             std::fputs("error: no result\n", stderr);
             return 1;
         }
-        return printPropertyList(*uploads);
+        QVariantMap root;
+        for (const auto &[uuid, record] : *uploads)
+            root.insert(uuid, record);
+        return printPropertyList(root);
     }
     if (command == QLatin1String("clear-uploads")) {
         OrvaneServerInterface::clearCompletedTransferStatuses();

@@ -12,6 +12,9 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -116,8 +119,8 @@ int AgentRecorder::run(const QStringList &arguments)
     }
     const QString moviePath = arguments[1];
 
+    const StateStore store(m_environment.stateFolder());
     try {
-        const StateStore store(m_environment.stateFolder());
         const Fault fault = FaultFile(store).take(QStringLiteral("orvxagentd"), FaultFile::Phase::Any);
         if (!fault.isNull()) {
             fault.perform();
@@ -228,6 +231,18 @@ int AgentRecorder::run(const QStringList &arguments)
                 connection);
         }
     }
+
+    // When the recording really began, for whoever measures start-up: the
+    // monotonic clock is the same in every process.
+    const QString firstSampleFile = store.filePath(StateStore::kAgentFirstSample);
+    QFile::remove(firstSampleFile);
+    QObject::connect(output.get(), &CaptureMovieFileOutput::firstSampleRecorded, [&](const QString &, qint64 ns) {
+        QSaveFile file(firstSampleFile);
+        if (!QFileInfo::exists(firstSampleFile) && file.open(QIODevice::WriteOnly)) {
+            file.write(QByteArray::number(ns) + '\n');
+            file.commit();
+        }
+    });
 
     int failed = 0;
     QObject::connect(session.get(), &CaptureSession::runtimeError, [&failed](const Error &error) {

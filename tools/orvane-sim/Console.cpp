@@ -8,6 +8,11 @@ void Console::out(const QString &text)
     writeAll(STDOUT_FILENO, text.toUtf8());
 }
 
+void Console::outUtf8(const QByteArray &text)
+{
+    writeAll(STDOUT_FILENO, text);
+}
+
 void Console::err(const QString &text)
 {
     writeAll(STDERR_FILENO, text.toUtf8());

@@ -11,6 +11,8 @@ class Console final
 public:
     static void out(const QString &text);
     static void err(const QString &text);
+    // Text that is already UTF-8, such as a property list.
+    static void outUtf8(const QByteArray &text);
 
     // Writes `bytes` bytes of 'x' lines to `fd`, blocking while the reader
     // does not drain the pipe.

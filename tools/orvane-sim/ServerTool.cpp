@@ -4,6 +4,7 @@
 #include "Console.h"
 #include "FaultFile.h"
 #include "Paths.h"
+#include "PlistWriter.h"
 #include "PropertyList.h"
 #include "RemoteCameras.h"
 #include "StateLock.h"
@@ -156,7 +157,7 @@ void ServerTool::printPropertyList(const QVariantMap &root) const
 {
     if (m_fault.suppressesPropertyList())
         return;
-    Console::out(QString::fromUtf8(PropertyList::toXml(root)));
+    Console::outUtf8(PropertyList::toXml(root));
 }
 
 void ServerTool::listWorkflows()
@@ -334,7 +335,8 @@ void ServerTool::setConfig(const ServerCommandLine &line)
 void ServerTool::listUploads()
 {
     const UploadQueue queue(m_store);
-    printPropertyList(queue.listing(QDateTime::currentDateTimeUtc()));
+    if (!m_fault.suppressesPropertyList())
+        Console::outUtf8(PlistWriter::dictionaryDocument(queue.listing(QDateTime::currentDateTimeUtc())));
 }
 
 void ServerTool::clearCompletedUploads()

@@ -17,6 +17,9 @@ public:
     static inline const QString kFaults = QStringLiteral("faults.plist");
     // The snapshot host's port, written by orvxpreviewd (plain text).
     static inline const QString kPreviewPort = QStringLiteral("preview-port");
+    // CLOCK_MONOTONIC nanoseconds of the agent's first recorded sample,
+    // written by orvxagentd for each recording (plain text).
+    static inline const QString kAgentFirstSample = QStringLiteral("agent-first-sample");
     // One line per request to the snapshot host (plain text).
     static inline const QString kPreviewRequests = QStringLiteral("preview-requests.log");
 

@@ -1,5 +1,6 @@
 #include "UploadQueue.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -26,11 +27,18 @@ void UploadQueue::add(const QVariantMap &record)
     m_uploads.insert(record.value(QStringLiteral("upload_uuid")).toString(), record);
 }
 
-QVariantMap UploadQueue::listing(const QDateTime &now) const
+QList<std::pair<QString, QVariant>> UploadQueue::listing(const QDateTime &now) const
 {
-    QVariantMap result;
+    QList<std::pair<QDateTime, QString>> order;
+    order.reserve(m_uploads.size());
     for (auto it = m_uploads.cbegin(); it != m_uploads.cend(); ++it)
-        result.insert(it.key(), withProgress(it.value().toMap(), now));
+        order.append({ it.value().toMap().value(kSubmittedAt).toDateTime(), it.key() });
+    // The map's own order already breaks ties by uuid.
+    std::stable_sort(order.begin(), order.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    QList<std::pair<QString, QVariant>> result;
+    result.reserve(order.size());
+    for (const auto &[submitted, uuid] : std::as_const(order))
+        result.append({ uuid, withProgress(m_uploads.value(uuid).toMap(), now) });
     return result;
 }
 

@@ -21,9 +21,10 @@ public:
     // "total_bytes"; everything else is passed through to the listing.
     void add(const QVariantMap &record);
 
-    // The root dictionary of "--list_uploads": uuid to record, each with
-    // its "status", "percent_done" and "estimated_time_left" as of `now`.
-    QVariantMap listing(const QDateTime &now) const;
+    // The entries of "--list_uploads": uuid and record, each with its
+    // "status", "percent_done" and "estimated_time_left" as of `now`, in
+    // the order they were submitted (equal times by uuid).
+    QList<std::pair<QString, QVariant>> listing(const QDateTime &now) const;
 
     // Removes the uploads that are completed as of `now`; returns how many.
     int clearCompleted(const QDateTime &now);

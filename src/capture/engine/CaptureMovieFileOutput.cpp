@@ -6,10 +6,12 @@
 #include "TeeBranch.h"
 #include "Threads.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
 
+#include <ctime>
 #include <vector>
 
 namespace {
@@ -304,6 +306,7 @@ bool CaptureMovieFileOutput::buildRecordingBin(const RecordingPtr &recording, Er
                 GST_CORE_ERROR_NEGOTIATION, QStringLiteral("The encoder does not fit the QuickTime muxer."));
             return false;
         }
+        watchFirstSample(muxPad.get(), connection->mediaType());
         Gst::PadRef queueSink(gst_element_get_static_pad(queue.element(), "sink"), Gst::Ref::Adopt);
         GstPad *ghost = gst_ghost_pad_new(video ? "video" : "audio", queueSink.get());
         gst_element_add_pad(bin, ghost);
@@ -325,6 +328,34 @@ bool CaptureMovieFileOutput::buildRecordingBin(const RecordingPtr &recording, Er
         recording->binPads.append(Gst::PadRef(ghost, Gst::Ref::Add));
     }
     return true;
+}
+
+void CaptureMovieFileOutput::watchFirstSample(GstPad *muxPad, const QString &mediaType)
+{
+    struct Watch
+    {
+        QPointer<CaptureMovieFileOutput> output;
+        QString mediaType;
+    };
+    gst_pad_add_probe(
+        muxPad, GST_PAD_PROBE_TYPE_BUFFER,
+        [](GstPad *, GstPadProbeInfo *, gpointer data) {
+            timespec now {};
+            clock_gettime(CLOCK_MONOTONIC, &now);
+            const qint64 ns = qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
+            const auto *watch = static_cast<Watch *>(data);
+            // The application object, not the output, carries the call: the
+            // output may be gone by the time this thread gets here.
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [output = watch->output, type = watch->mediaType, ns] {
+                    if (output)
+                        emit output->firstSampleRecorded(type, ns);
+                },
+                Qt::QueuedConnection);
+            return GST_PAD_PROBE_REMOVE;
+        },
+        new Watch { this, mediaType }, [](gpointer data) { delete static_cast<Watch *>(data); });
 }
 
 void CaptureMovieFileOutput::finishRecording(const RecordingPtr &recording)

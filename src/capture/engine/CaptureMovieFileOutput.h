@@ -80,6 +80,12 @@ public:
     // index while recording, nothing after a clean finish.
     void setFragmentDuration(std::chrono::milliseconds duration) { m_fragmentDuration = duration; }
 
+signals:
+    // The first buffer of a file's stream reached the muxer, at `monotonicNs`
+    // on CLOCK_MONOTONIC (the clock every process shares), read on the
+    // streaming thread; delivered queued, once per stream and file.
+    void firstSampleRecorded(const QString &mediaType, qint64 monotonicNs);
+
 protected:
     void sessionDidStartRunning() override;
     void sessionWillStopRunning() override;
@@ -93,6 +99,7 @@ private:
     void startRecording(const QUrl &url);
     // The recording's bin, not yet in the pipeline, and its tee branches.
     bool buildRecordingBin(const RecordingPtr &recording, Error *error);
+    void watchFirstSample(GstPad *muxPad, const QString &mediaType);
     void finishRecording(const RecordingPtr &recording);
     void finishUnstartedRecording(const QUrl &url, const Error &error);
     void abandonRecording(const RecordingPtr &recording, const Error &error);
