@@ -209,7 +209,10 @@
     </message>
     <message numerus="yes">
         <source>Recording starts in %n seconds</source>
-        <translation><numerusform>Aufnahme beginnt in %n Sekunde</numerusform><numerusform>Aufnahme beginnt in %n Sekunden</numerusform></translation>
+        <translation>
+            <numerusform>Aufnahme beginnt in %n Sekunde</numerusform>
+            <numerusform>Aufnahme beginnt in %n Sekunden</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -348,6 +351,42 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
         <translation>Starten oder pausieren Sie die Aufnahme über das Menü „Aufnahme“: Dieser Desktop bietet keine Taste, die in jedem Programm wirkt.</translation>
+    </message>
+    <message>
+        <source>Recording Paused</source>
+        <translation>Aufnahme angehalten</translation>
+    </message>
+    <message>
+        <source>Not enough disk space available</source>
+        <translation>Nicht genügend Speicherplatz verfügbar</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
+        <translation>Auf dem Volume %@ ist nicht genügend Speicherplatz verfügbar, um einen Podcast aufzunehmen.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
+        <translation>Auf dem Volume %@ ist nicht genügend Speicherplatz verfügbar, um die Aufnahme des Podcasts fortzusetzen. Ihre Aufnahme wurde angehalten.</translation>
+    </message>
+    <message>
+        <source>Your podcast is being submitted.</source>
+        <translation>Ihr Podcast wird übermittelt.</translation>
+    </message>
+    <message>
+        <source>Your podcast has been successfully submitted.</source>
+        <translation>Ihr Podcast wurde erfolgreich übermittelt.</translation>
+    </message>
+    <message>
+        <source>There was an error submitting your podcast.</source>
+        <translation>Beim Übermitteln Ihres Podcasts ist ein Fehler aufgetreten.</translation>
+    </message>
+    <message>
+        <source>Delete recording and Start Over?</source>
+        <translation>Aufnahme löschen und neu beginnen?</translation>
+    </message>
+    <message>
+        <source>Start Over</source>
+        <translation>Neu beginnen</translation>
     </message>
 </context>
 <context>
