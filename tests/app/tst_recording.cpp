@@ -211,6 +211,8 @@ private slots:
         const MovieInspection movie = inspectMovie(entry + "/" + movies.first());
         const double duration = std::max(movie.videoEnd, movie.audioEnd);
         QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
+        // The upload took the finished movie, not the one still being written.
+        QVERIFY2(!movie.topLevelAtoms.contains("moof"), qPrintable(movie.topLevelAtoms.join(' ')));
         click("newPodcastButton"); // every new recording starts at the login panel
         QVERIFY(!m_c->window()->isVisible() && m_c->loginPanel()->loginPanel()->isVisible());
     }
