@@ -6,8 +6,8 @@
 //
 // Usage: bench_capture [SECONDS]   (default 10)
 
+#include "BenchCaptureDelegate.h"
 #include "CaptureDevicesController.h"
-#include "CaptureDevicesControllerDelegate.h"
 #include "CaptureMovieFileOutput.h"
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
@@ -73,20 +73,6 @@ int countVideoFrames(const QString &path)
     gst_object_unref(pipeline);
     return frames;
 }
-
-class BenchController final : public CaptureDevicesControllerDelegate
-{
-public:
-    std::shared_ptr<PodcastJob> theJob = std::make_shared<PodcastJob>();
-    bool stopped = false;
-    std::shared_ptr<PodcastJob> job() override { return theJob; }
-    void rebuildInputDevicesList() override { }
-    void alertUserToError(const Error &error) override
-    {
-        std::fprintf(stderr, "alert: %s\n", qPrintable(error.localizedDescription));
-    }
-    void localJobDidStop(const std::optional<Error> &) override { stopped = true; }
-};
 
 } // namespace
 

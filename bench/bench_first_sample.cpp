@@ -7,8 +7,8 @@
 //
 // Usage: bench_first_sample [RUNS]   (default 5)
 
+#include "BenchCaptureDelegate.h"
 #include "CaptureDevicesController.h"
-#include "CaptureDevicesControllerDelegate.h"
 #include "CaptureMovieFileOutput.h"
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
@@ -36,20 +36,6 @@ qint64 monotonicNs()
     clock_gettime(CLOCK_MONOTONIC, &now);
     return qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
 }
-
-class BenchController final : public CaptureDevicesControllerDelegate
-{
-public:
-    std::shared_ptr<PodcastJob> theJob = std::make_shared<PodcastJob>();
-    bool stopped = false;
-    std::shared_ptr<PodcastJob> job() override { return theJob; }
-    void rebuildInputDevicesList() override { }
-    void alertUserToError(const Error &error) override
-    {
-        std::fprintf(stderr, "alert: %s\n", qPrintable(error.localizedDescription));
-    }
-    void localJobDidStop(const std::optional<Error> &) override { stopped = true; }
-};
 
 void report(const char *what, std::vector<double> ms)
 {
