@@ -210,6 +210,7 @@ void LXController::interruptedRecordingQuestionDidEnd(const QString &path, bool 
         return;
     m_interruptedRecordingsAnswered.insert(path);
     prepareToSubmitFiles({ path });
+    m_recoveredRecording = path;
     // What is known of the recording's time travels with it: its name holds
     // the start, its last write the interruption.
     const QDateTime started = QDateTime::fromString(

@@ -91,7 +91,15 @@ void LXController::submitClicked()
     }
 
     if (m_mode == Mode::File) {
-        askServer(&OrvaneServerInterface::submitJobFilesWithDelegate, &LXController::jobDidStop);
+        // An interrupted recording is ours, as a finished one is: it leaves
+        // the spool folder once queued, or every later login would offer it
+        // again. Files the user chose stay where they are.
+        const bool recovered = !m_recoveredRecording.isEmpty()
+            && m_job->movieFilePaths().value_or(QStringList()) == QStringList { m_recoveredRecording };
+        m_recoveredRecording.clear();
+        askServer(recovered ? &OrvaneServerInterface::submitAndDeleteJobFilesWithDelegate
+                            : &OrvaneServerInterface::submitJobFilesWithDelegate,
+            &LXController::jobDidStop);
     } else if (m_localRecordingChosen && m_mode == Mode::Video) {
         // The recorder calls localJobDidStop once the movie is finished.
         if (m_captureDevicesController)

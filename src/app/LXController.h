@@ -322,6 +322,8 @@ private:
     QStringList m_interruptedRecordings;
     // Asked about in this run, whatever the answer.
     QSet<QString> m_interruptedRecordingsAnswered;
+    // The interrupted recording now on the metadata page, if any.
+    QString m_recoveredRecording;
     QPointer<QMessageBox> m_interruptedRecordingQuestion;
     bool m_lookingForInterruptedRecordings = false;
 
