@@ -6,6 +6,7 @@
 #include "LXUserDefaults.h"
 
 #include "SimSandbox.h"
+#include "app/SignIn.h"
 #include "capture/MovieInspection.h"
 
 #include <QLabel>
@@ -59,11 +60,7 @@ class TestRecording : public QObject
         LXUserDefaults::standard().setValue(saved, LXDefaultsKeys::lastDeviceSelectionFor(QString::fromLatin1(tile)));
         m_c = std::make_unique<LXController>();
         m_c->awakeFromNib();
-        LXUserLoginPanelController *panel = m_c->loginPanel();
-        panel->hostnameField()->setText(SimSandbox::kServerHost);
-        panel->usernameField()->setText(SimSandbox::kUser);
-        panel->passwordField()->setText(SimSandbox::kPassword);
-        QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
+        signInAsDemo(m_c->loginPanel());
         QTRY_VERIFY_WITH_TIMEOUT(m_c->remoteCameraSnapshotRefreshTimer(), 10000);
         if (!tile.isEmpty())
             click((tile.toLower() + "Tile").constData());

@@ -1,6 +1,7 @@
 #include "LXController.h"
 #include "LXMainWindow.h"
 #include "SimSandbox.h"
+#include "app/SignIn.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -27,11 +28,7 @@ private slots:
         QFile::remove(m_sim.state("users.plist")); // seeded again
         m_controller = std::make_unique<LXController>();
         m_controller->awakeFromNib();
-        LXUserLoginPanelController *panel = m_controller->loginPanel();
-        panel->hostnameField()->setText(SimSandbox::kServerHost);
-        panel->usernameField()->setText(SimSandbox::kUser);
-        panel->passwordField()->setText(SimSandbox::kPassword);
-        m_controller->loginPanelDidClickConnect(panel);
+        signInAsDemo(m_controller->loginPanel());
         // Signing in fetches every camera of the server's list.
         QTRY_VERIFY_WITH_TIMEOUT(hasSnapshot(0) && hasSnapshot(1) && hasSnapshot(2), 20000);
         m_controller->remoteCameraSnapshotRefreshTimer()->stop();

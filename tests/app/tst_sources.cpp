@@ -9,6 +9,7 @@
 #include "VKPopUpButton.h"
 
 #include "SimSandbox.h"
+#include "app/SignIn.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -64,11 +65,7 @@ class TestSources : public QObject
             m_devices << CaptureDeviceRegistry::instance().addTestDevice(entry)->uniqueID();
         m_controller = std::make_unique<LXController>();
         m_controller->awakeFromNib();
-        LXUserLoginPanelController *panel = m_controller->loginPanel();
-        panel->hostnameField()->setText(SimSandbox::kServerHost);
-        panel->usernameField()->setText(SimSandbox::kUser);
-        panel->passwordField()->setText(SimSandbox::kPassword);
-        QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
+        signInAsDemo(m_controller->loginPanel());
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->remoteCameraSnapshotRefreshTimer(), 10000);
     }
 

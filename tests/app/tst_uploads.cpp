@@ -4,6 +4,7 @@
 #include "TransferCell.h"
 
 #include "SimSandbox.h"
+#include "app/SignIn.h"
 #include "capture/MovieInspection.h"
 
 #include <QDBusConnection>
@@ -36,11 +37,7 @@ class TestUploads : public QObject
 
     void signIn()
     {
-        LXUserLoginPanelController *panel = m_controller->loginPanel();
-        panel->hostnameField()->setText(SimSandbox::kServerHost);
-        panel->usernameField()->setText(SimSandbox::kUser);
-        panel->passwordField()->setText(SimSandbox::kPassword);
-        QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
+        signInAsDemo(m_controller->loginPanel());
         QTRY_VERIFY_WITH_TIMEOUT(m_controller->signedInServer(), 10000);
     }
 
