@@ -55,8 +55,7 @@ int main(int argc, char *argv[])
     qputenv("HOME", root.path().toUtf8());
 
     auto interface = OrvaneServerInterface::create(
-        { { QStringLiteral("server"), QStringLiteral("localhost") }, { QStringLiteral("user"), QStringLiteral("demo") },
-            { QStringLiteral("password"), QStringLiteral("lumex") } },
+        Credentials { QStringLiteral("demo"), QStringLiteral("lumex"), QStringLiteral("localhost") },
         std::make_shared<PodcastJob>());
 
     const int iterations = 2000;

@@ -58,10 +58,8 @@ public:
     static std::shared_ptr<OrvaneServerInterface> makeInterface(
         const QVariant &password = kPassword, const QString &user = kUser)
     {
-        QVariantMap credentials { { QStringLiteral("server"), kServerHost }, { QStringLiteral("user"), user } };
-        if (password.isValid())
-            credentials.insert(QStringLiteral("password"), password);
-        return OrvaneServerInterface::create(credentials, std::make_shared<PodcastJob>());
+        return OrvaneServerInterface::create(Credentials { user, password.isValid() ? password.toString() : QString(), kServerHost },
+            std::make_shared<PodcastJob>());
     }
     // The tool's first line of output for every server command.
     static QString progressLine() { return QStringLiteral("Connecting to %1 ...\n").arg(kServerURL); }

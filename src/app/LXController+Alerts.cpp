@@ -4,6 +4,7 @@
 #include "LXProgressSpinner.h"
 #include "Log.h"
 
+#include <QMessageBox>
 #include <QPushButton>
 
 namespace {
@@ -51,18 +52,7 @@ void LXController::alertUserToError(const Error &error)
     alert->setAccessibleName(alert->text());
     alert->setAccessibleDescription(alert->informativeText());
     alert->button(QMessageBox::Ok)->setAccessibleDescription(tr("Closes this message"));
-    const bool onMainWindow = alert->parentWidget() == m_window.get();
-    if (onMainWindow) {
-        ++m_sheetsOnMainWindow;
-        emit canRecordOrPauseChanged();
-    }
-    connect(alert, &QMessageBox::finished, this, [this, onMainWindow] {
-        if (onMainWindow) {
-            --m_sheetsOnMainWindow;
-            emit canRecordOrPauseChanged();
-        }
-        alertDidEnd();
-    });
+    connect(alert, &QMessageBox::finished, this, &LXController::alertDidEnd);
     Log::format(QStringLiteral("Showing error to the user: %@"), { describeError(error) });
     alert->open();
 }

@@ -1,9 +1,28 @@
 #include "LXController.h"
 
+#include "DeviceChooser.h"
 #include "Format.h"
 #include "LXMainWindow.h"
+#include "LXNotificationCenter.h"
+#include "MetadataPage.h"
+#include "RecordPage.h"
+#include "RemoteCameraPreviews.h"
 
 #include <QLineEdit>
+#include <QTimer>
+
+namespace {
+
+QTimer *repeatingTimer(LXController *owner, int milliseconds, void (LXController::*tick)())
+{
+    auto *timer = new QTimer(owner);
+    timer->setInterval(milliseconds);
+    QObject::connect(timer, &QTimer::timeout, owner, tick);
+    timer->start();
+    return timer;
+}
+
+} // namespace
 
 void LXController::showLoginPanel()
 {
@@ -22,17 +41,16 @@ void LXController::loginPanelDidClickConnect(LXLoginPanelController *panel)
     const QString password = panel->passwordField()->text();
     if (user.isNull() || host.isNull() || password.isNull())
         return;
-    m_currentCredentials = QVariantMap {
-        { QStringLiteral("user"), user },
-        { QStringLiteral("password"), password },
-        { QStringLiteral("server"), host },
-    };
+    m_credentials = Credentials { user, password, host };
+    m_workflows.clear();
     loginToServer();
 }
 
 void LXController::loginToServer()
 {
-    m_server = OrvaneServerInterface::create(m_currentCredentials, m_job);
+    m_server = OrvaneServerInterface::create(m_credentials, m_job);
+    // The server cameras' snapshots answer with this sign-in's credentials.
+    m_previews->setSession(m_server);
     QPointer<LXController> self(this);
     m_server->getWorkflowsForDelegate(
         this, [self](const std::optional<QVariantList> &workflows, const std::optional<Error> &error) {
@@ -53,17 +71,19 @@ void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows,
             Error { kServerInterfaceErrorDomain, -1, tr("The server's list of workflows could not be read.") });
         return;
     }
-    QVariantList prepared;
-    prepared.reserve(workflows->size());
+    m_workflows.clear();
+    m_workflows.reserve(workflows->size());
+    QStringList titles;
     for (const QVariant &entry : *workflows) {
         QVariantMap workflow = entry.toMap();
-        workflow.insert(QStringLiteral("titleAndDescription"),
-            lxFormat(QStringLiteral("%@\n$$$$\n%@"),
-                { workflow.value(QStringLiteral("title")), workflow.value(QStringLiteral("description")) }));
-        prepared.append(workflow);
+        const QString titleAndDescription = lxFormat(QStringLiteral("%@\n$$$$\n%@"),
+            { workflow.value(QStringLiteral("title")), workflow.value(QStringLiteral("description")) });
+        workflow.insert(QStringLiteral("titleAndDescription"), titleAndDescription);
+        m_workflows.append(workflow);
+        titles << titleAndDescription;
     }
-    m_currentCredentials.insert(QStringLiteral("workflows"), prepared);
-    fillWorkflowMenu();
+    m_window->metadataPage()->setWorkflows(titles);
+    updateWorkflowPopUp();
 
     QPointer<LXController> self(this);
     m_server->getCamerasForDelegate(
@@ -73,38 +93,89 @@ void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows,
         });
 }
 
-QVariantList LXController::workflows() const
-{
-    return m_currentCredentials.value(QStringLiteral("workflows")).toList();
-}
-
-void LXController::fillWorkflowMenu()
-{
-    if (!m_window)
-        return;
-    QStringList titles;
-    for (const QVariant &workflow : workflows())
-        titles << workflow.toMap().value(QStringLiteral("titleAndDescription")).toString();
-    m_window->setWorkflows(titles);
-    updateWorkflowPopUp();
-}
-
 void LXController::chooseWorkflow(int index)
 {
-    const QVariantList list = workflows();
-    if (m_job && index >= 0 && index < list.size())
-        m_job->setWorkflow(list.at(index).toMap());
+    if (m_job && index >= 0 && index < m_workflows.size())
+        m_job->setWorkflow(m_workflows.at(index).toMap());
     updateWorkflowPopUp();
 }
 
-void LXController::userDidConnectWithNotice(const QVariant &)
+void LXController::didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error)
+{
+    if (m_loginPanel) {
+        m_loginPanel->endLoginSheet();
+        m_loginPanel->deleteLater();
+        m_loginPanel = nullptr;
+    }
+    if (error) {
+        alertUserToError(*error);
+        return;
+    }
+    setRemoteCameras(cameras.value_or(QVariantList()));
+    rebuildInputDevicesList();
+    // The notice tells who listens that a sign-in succeeded; what it means
+    // for this window is done here, in order, and carries no credentials.
+    LXNotificationCenter::defaultCenter().post(kUserDidConnectNotice);
+    userDidConnect();
+
+    refreshAllCameraPreviewImages();
+    m_remoteCameraSnapshotRefreshTimer = repeatingTimer(this, 2000, &LXController::refreshAllCameraPreviewImages);
+    requestPreviewUpdateOfSelectedRemoteCamera();
+    m_selectedRemoteCameraPreviewUpdateTimer
+        = repeatingTimer(this, 5000, &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
+    showChosenRemoteCameraPreview();
+}
+
+void LXController::userDidConnect()
 {
     m_connected = true;
-    m_window->setConnected(true, m_currentCredentials.value(QStringLiteral("user")).toString(),
-        m_currentCredentials.value(QStringLiteral("server")).toString());
+    m_window->setConnected(true, m_credentials.user, m_credentials.server);
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
     resetJobAndRecordingState();
     lookForInterruptedRecordings();
+}
+
+QVariantList LXController::remoteCameras() const
+{
+    return m_previews->remoteCameras();
+}
+
+void LXController::setRemoteCameras(const QVariantList &cameras)
+{
+    // A list of values: the copy is as deep as the records the downloads
+    // write into.
+    m_previews->setRemoteCameras(cameras);
+}
+
+void LXController::refreshAllCameraPreviewImages()
+{
+    if (!m_localRecordingChosen)
+        m_previews->refreshAllCameraPreviewImages();
+}
+
+void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
+{
+    if (m_localRecordingChosen || !m_job || !m_server)
+        return;
+    const QVariantMap camera = m_job->camera();
+    if (camera.value(QStringLiteral("isLocalDevice")).toBool())
+        return;
+    const QString name = camera.value(QStringLiteral("name")).toString();
+    if (!name.isNull())
+        m_server->requestPreviewUpdateForCameraName(name);
+}
+
+void LXController::showChosenRemoteCameraPreview()
+{
+    // Only the video page shows a server camera's picture; audio and screen
+    // show their own.
+    QImage image;
+    if (m_job && !m_localRecordingChosen && m_mode == Mode::Video) {
+        const QVariantMap chosen = m_job->camera();
+        if (!chosen.value(QStringLiteral("isLocalDevice")).toBool())
+            image = m_previews->snapshotOfCameraNamed(chosen.value(QStringLiteral("name")).toString());
+    }
+    m_window->recordPage()->setRemotePreview(image);
 }

@@ -4,6 +4,7 @@
 #include "Log.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 
@@ -56,11 +57,7 @@ LXController::TerminateReply LXController::applicationShouldTerminate()
     quit->setAccessibleDescription(tr("Deletes the recording and quits Lumex"));
     sheet->setDefaultButton(cancel);
     sheet->setEscapeButton(cancel);
-    ++m_sheetsOnMainWindow;
-    emit canRecordOrPauseChanged();
     connect(sheet, &QMessageBox::finished, this, [this, sheet, quit] {
-        --m_sheetsOnMainWindow;
-        emit canRecordOrPauseChanged();
         // The alternate button answers 0, as the platform's sheets did.
         quitWarningSheetDidEnd(sheet->clickedButton() == quit ? 0 : 1);
     });
@@ -72,13 +69,13 @@ void LXController::quitWarningSheetDidEnd(int returnCode)
 {
     if (returnCode != 0)
         return; // Cancel: keep running, the recording stays as it is
-    if (!m_server) {
+    if (!m_route) {
         emit terminateRequested();
         return;
     }
-    // Ending the process at once would kill the worker before the agent or
-    // the server heard of the cancel, leaving a recording running nobody
-    // owns; so the quit follows the cancel's answer, or a few seconds.
+    // Ending the process at once would end the recording before the agent,
+    // the recorder or the server heard of the cancel, leaving a recording
+    // nobody owns; so the quit follows the cancel's answer, or a few seconds.
     auto done = std::make_shared<bool>(false);
     QPointer<LXController> self(this);
     auto finish = [self, done] {
@@ -87,16 +84,12 @@ void LXController::quitWarningSheetDidEnd(int returnCode)
         *done = true;
         emit self->terminateRequested();
     };
-    auto didStop = [self, finish](const std::optional<Error> &error) {
+    m_route->discardForQuit([self, finish](const std::optional<Error> &error) {
         if (self && error)
             Log::format(
                 QStringLiteral("Cancelling the recording while quitting failed: %@"), { describeError(*error) });
         finish();
-    };
-    if (m_localRecordingChosen)
-        m_server->cancelLocalJobWithDelegate(this, didStop);
-    else
-        m_server->cancelRemoteJobWithDelegate(this, didStop);
+    });
     QTimer::singleShot(kQuitCancelTimeoutMs, this, finish);
 }
 

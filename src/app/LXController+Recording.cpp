@@ -1,87 +1,33 @@
 #include "LXController.h"
 
+#include "CountdownView.h"
 #include "Format.h"
 #include "LXMainWindow.h"
-#include "Log.h"
-#include "Paths.h"
-#include "PropertyList.h"
+#include "RecordPage.h"
+#include "RecordingDiskSpace.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QStorageInfo>
+#include <QMessageBox>
 #include <QTimer>
 
 namespace {
 
-const QString kCutoffKey = QStringLiteral("RecordingDiskSpaceCutoffInMB");
-constexpr double kCutoffMargin = 100;
-constexpr double kDefaultCutoff = 1024;
 constexpr int kCountdownSeconds = 3;
 constexpr int kFlashMsec = 900;
 
-// The home folder's file system, as the free-space check and the cutoff
-// warning see it.
-QStorageInfo homeVolume()
-{
-    return QStorageInfo(QDir::homePath());
-}
-
-// The agent's cutoff setting in `configuration`, if it has one.
-std::optional<double> cutoffIn(const QVariant &configuration)
-{
-    const QVariant value = configuration.toMap().value(kCutoffKey);
-    if (!value.isValid())
-        return std::nullopt;
-    return value.toDouble();
-}
-
 } // namespace
-
-void LXController::connectRecordingAndSubmission()
-{
-    LXMainWindow *w = m_window.get();
-    connect(w, &LXMainWindow::recordPauseClicked, this, &LXController::recordPauseButtonClicked);
-    connect(w, &LXMainWindow::recordPauseMenuItemInvoked, this, &LXController::recordPauseResumeMenuItemInvoked);
-    connect(w, &LXMainWindow::publishClicked, this, &LXController::publishClicked);
-    connect(w, &LXMainWindow::submitClicked, this, &LXController::submitClicked);
-    connect(w, &LXMainWindow::cancelClicked, this, &LXController::cancelClicked);
-    connect(w, &LXMainWindow::startOverClicked, this, &LXController::startOverClicked);
-    connect(
-        w, &LXMainWindow::newPodcastClicked, this, [this] { newPodcastClicked(QGuiApplication::keyboardModifiers()); });
-    connect(w, &LXMainWindow::titleEdited, this, [this](const QString &title) {
-        if (m_job)
-            m_job->setTitle(title);
-    });
-    connect(w, &LXMainWindow::descriptionEdited, this, [this](const QString &description) {
-        if (m_job)
-            m_job->setJobDescription(description);
-    });
-    // A record or pause request in flight keeps the button from asking twice.
-    connect(this, &LXController::waitingOnRecordOrPauseResponseChanged, this, &LXController::updateBoundControls);
-}
-
-void LXController::askServer(void (OrvaneServerInterface::*operation)(QObject *, OrvaneServerInterface::JobCallback),
-    void (LXController::*didEnd)(const std::optional<Error> &))
-{
-    if (!m_server)
-        return;
-    // The answer is dropped if the controller is gone by then.
-    (m_server.get()->*operation)(this, [this, didEnd](const std::optional<Error> &error) { (this->*didEnd)(error); });
-}
 
 void LXController::setTimerValue(const QString &value)
 {
     m_timerValue = value;
-    if (m_window)
-        m_window->setTimerText(value);
+    m_window->recordPage()->setTimerText(value);
     emit timerValueChanged();
 }
 
 void LXController::setTimerTextHidden(bool hidden)
 {
     m_timerTextHidden = hidden;
-    if (m_window)
-        m_window->setTimerTextHidden(hidden);
+    m_window->recordPage()->setTimerTextHidden(hidden);
     emit timerTextHiddenChanged();
 }
 
@@ -117,21 +63,18 @@ void LXController::restartEverySecondTimer(int msec, void (LXController::*target
 
 void LXController::recordClicked()
 {
+    if (!m_route) {
+        QApplication::beep();
+        return;
+    }
     // Only this machine's disk fills up with the recording.
-    if (m_localRecordingChosen && !enoughDiskSpaceForRecording()) {
+    if (m_localRecordingChosen && !RecordingDiskSpace::enoughForRecording()) {
         showCutoffWarningAndPauseRecordingIfApplicable();
         return;
     }
     writeSelectedDevicesToDefaults();
     setWaitingOnRecordOrPauseResponse(true);
-    // A remote job already runs on the server while the countdown is shown;
-    // a local one starts only once it is over.
-    if (m_localRecordingChosen)
-        jobDidStart(std::nullopt);
-    else if (m_mode == Mode::Audio)
-        askServer(&OrvaneServerInterface::startRemoteAudioJobWithDelegate, &LXController::jobDidStart);
-    else
-        askServer(&OrvaneServerInterface::startRemoteVideoJobWithDelegate, &LXController::jobDidStart);
+    m_route->prepare();
 }
 
 void LXController::jobDidStart(const std::optional<Error> &error)
@@ -141,47 +84,24 @@ void LXController::jobDidStart(const std::optional<Error> &error)
         alertUserToError(*error);
         return;
     }
-    if (m_window) {
-        m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-        m_window->setRecordPauseButtonVisible(false);
-    }
+    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
+    m_window->setRecordPauseButtonVisible(false);
     setState(State::Starting);
 
     delete m_countdownView;
-    auto *countdown = new CountdownView(nullptr, m_countdownScheduler);
+    auto *countdown = new CountdownView;
     m_countdownView = countdown;
     countdown->setObjectName(QStringLiteral("countdownView"));
     countdown->setCountdownTime(kCountdownSeconds);
     connect(countdown, &CountdownView::countdownTimerDidClose, this, &LXController::countdownTimerDidClose);
-    if (m_window) {
-        m_window->placeOverButtonStrip(countdown);
-        QRect frame(QPoint(0, 0), m_window->buttonStripSize());
-        countdown->setGeometry(frame);
-        countdown->contentRectForString(); // fixes the numbers that fit
-        frame.translate(-1, 0);
-        frame.setWidth(frame.width() + 1);
-        countdown->setGeometry(frame);
-    }
+    m_window->showCountdown(countdown);
     countdown->startCountdown();
 }
 
 void LXController::countdownTimerDidClose()
 {
-    if (!m_localRecordingChosen) {
-        updateToRecordingView(std::nullopt);
-        return;
-    }
-    if (m_job)
-        m_job->setStartedAt(QDateTime::currentDateTime());
-    if (m_mode == Mode::Screen) {
-        askServer(&OrvaneServerInterface::startLocalScreenCapJobWithDelegate, &LXController::updateToRecordingView);
-    } else if (m_mode == Mode::Audio) {
-        askServer(&OrvaneServerInterface::startLocalAudioJobWithDelegate, &LXController::updateToRecordingView);
-    } else {
-        if (m_captureDevicesController)
-            m_captureDevicesController->beginRecording();
-        updateToRecordingView(std::nullopt);
-    }
+    if (m_route)
+        m_route->start();
 }
 
 void LXController::updateToRecordingView(const std::optional<Error> &error)
@@ -193,11 +113,9 @@ void LXController::updateToRecordingView(const std::optional<Error> &error)
         return;
     }
     setState(State::Recording);
-    if (m_window)
-        m_window->setRecordPauseButtonVisible(true);
-    setRecordPauseAction(RecordPauseAction::Pause);
-    delete m_everySecondTimer;
-    m_everySecondTimer = nullptr;
+    m_window->setRecordPauseButtonVisible(true);
+    m_recordPauseAction = RecordPauseAction::Pause;
+    dropTimer(m_everySecondTimer);
     m_recordingTime->start();
     updateTimer();
     // Named for a second, yet ticks frameRate/2 times a second.
@@ -211,38 +129,23 @@ void LXController::updateTimer()
         return;
     // Every tick of every third second checks; the first failing one pauses.
     const qint64 seconds = qint64(m_recordingTime->elapsedTime());
-    if (seconds % 3 == 0 && !enoughDiskSpaceForRecording())
+    if (seconds % 3 == 0 && !RecordingDiskSpace::enoughForRecording())
         showCutoffWarningAndPauseRecordingIfApplicable();
 }
 
 void LXController::pauseClicked()
 {
     setState(State::Paused);
-    if (m_window) {
-        m_window->setRecordingStateText(tr("Recording Paused"));
-        m_window->setRecordingStateVisible(true);
-    }
+    m_window->recordPage()->setRecordingStateText(tr("Recording Paused"));
+    m_window->recordPage()->setRecordingStateVisible(true);
     if (m_countdownView)
         m_countdownView->hide();
-    if (m_localRecordingChosen) {
-        if (m_job)
-            m_job->setStoppedAt(QDateTime::currentDateTime());
-        if (m_mode == Mode::Video) {
-            if (m_captureDevicesController)
-                m_captureDevicesController->pauseRecording();
-        } else {
-            askServer(&OrvaneServerInterface::pauseLocalJobWithDelegate, &LXController::jobDidPause);
-        }
-    } else {
-        askServer(&OrvaneServerInterface::pauseRemoteJobWithDelegate, &LXController::jobDidPause);
-    }
-    setRecordPauseAction(RecordPauseAction::Resume);
-    if (m_window) {
-        m_window->setStartOverOffer(LXMainWindow::StartOverOffer::StartOver);
-        m_window->setPublishOffer(LXMainWindow::PublishOffer::Publish);
-    }
-    delete m_everySecondTimer;
-    m_everySecondTimer = nullptr;
+    if (m_route)
+        m_route->pause();
+    m_recordPauseAction = RecordPauseAction::Resume;
+    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::StartOver);
+    m_window->setPublishOffer(LXMainWindow::PublishOffer::Publish);
+    dropTimer(m_everySecondTimer);
     m_recordingTime->stop();
     updateTimer();
     setTimerTextHidden(true);
@@ -260,58 +163,29 @@ void LXController::flashPause()
 
 void LXController::resumeClicked()
 {
-    if (m_localRecordingChosen && !enoughDiskSpaceForRecording()) {
+    if (m_localRecordingChosen && !RecordingDiskSpace::enoughForRecording()) {
         showCutoffWarningAndPauseRecordingIfApplicable();
         return;
     }
     setState(State::Recording);
     if (m_countdownView)
         m_countdownView->show();
-    if (m_localRecordingChosen) {
-        if (m_mode == Mode::Video) {
-            if (m_captureDevicesController)
-                m_captureDevicesController->resumeRecording();
-        } else {
-            askServer(&OrvaneServerInterface::resumeLocalJobWithDelegate, &LXController::jobDidResume);
-        }
-    } else {
-        askServer(&OrvaneServerInterface::resumeRemoteJobWithDelegate, &LXController::jobDidResume);
-    }
-    setRecordPauseAction(RecordPauseAction::Pause);
-    if (m_window) {
-        m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-        m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
-        m_window->setRecordingStateVisible(false, true);
-    }
-    delete m_everySecondTimer;
-    m_everySecondTimer = nullptr;
+    if (m_route)
+        m_route->resume();
+    m_recordPauseAction = RecordPauseAction::Pause;
+    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
+    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
+    m_window->recordPage()->setRecordingStateVisible(false, true);
+    dropTimer(m_everySecondTimer);
     m_recordingTime->start(); // continues from the time before the pause
     updateTimer();
     setTimerTextHidden(false);
     restartEverySecondTimer(qRound(2000.0 / m_recordingTime->frameRate()), &LXController::updateTimer);
 }
 
-bool LXController::enoughDiskSpaceForRecording() const
-{
-    const double available = double(homeVolume().bytesAvailable()) / 1024 / 1024;
-    // The agent's own setting wins; then the machine's ad-hoc default.
-    std::optional<double> cutoff = cutoffIn(PropertyList::readFile(Paths::userAgentConfig()));
-    if (!cutoff)
-        cutoff = cutoffIn(PropertyList::readFile(Paths::agentAdHocDefaults()));
-    const double limit = cutoff.value_or(kDefaultCutoff) + kCutoffMargin;
-    if (available > limit)
-        return true;
-    // Names "/" whatever volume holds the home folder; the line stays as it is.
-    Log::format(QStringLiteral("Not enough space for recording: %.1f MB available on /, but cutoff is %.1f MB"),
-        { available, limit });
-    return false;
-}
-
 void LXController::showCutoffWarningAndPauseRecordingIfApplicable()
 {
-    // The file system's label; none, or a failed query, names no volume.
-    const QStorageInfo volume = homeVolume();
-    const QString name = volume.isValid() ? volume.name() : QString();
+    const QString name = RecordingDiskSpace::volumeName();
     auto *alert = new QMessageBox(m_window.get());
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
@@ -328,23 +202,12 @@ void LXController::showCutoffWarningAndPauseRecordingIfApplicable()
         pauseClicked();
     }
     QApplication::beep();
-    trackSheetOnMainWindow(alert);
     alert->open();
-}
-
-void LXController::trackSheetOnMainWindow(QMessageBox *sheet)
-{
-    ++m_sheetsOnMainWindow;
-    emit canRecordOrPauseChanged();
-    connect(sheet, &QMessageBox::finished, this, [this] {
-        --m_sheetsOnMainWindow;
-        emit canRecordOrPauseChanged();
-    });
 }
 
 void LXController::recordPauseKeyTriggered()
 {
-    if (!m_window || m_window->currentPage() != LXMainWindow::Page::Record) {
+    if (m_window->currentPage() != LXMainWindow::Page::Record) {
         QApplication::beep();
         return;
     }
@@ -391,10 +254,13 @@ void LXController::jobDidStop(const std::optional<Error> &error)
 
 void LXController::localJobDidStop(const std::optional<Error> &error)
 {
-    if (!error)
-        askServer(&OrvaneServerInterface::submitAndDeleteJobFilesWithDelegate, &LXController::jobDidStop);
-    else
+    if (!error) {
+        if (m_server)
+            m_server->submitAndDeleteJobFilesWithDelegate(
+                this, [this](const std::optional<Error> &submitError) { jobDidStop(submitError); });
+    } else {
         alertUserToError(*error);
+    }
     if (m_state == State::Submitted)
         tearDownLocalCameraAndMicrophone();
 }

@@ -1,71 +1,37 @@
 #include "LXController.h"
 
+#include "DonePage.h"
 #include "LXDefaultsKeys.h"
-#include "LXGlyphs.h"
 #include "LXMainWindow.h"
 #include "LXUserDefaults.h"
+#include "MetadataPage.h"
+#include "RecordPage.h"
+#include "TransfersController.h"
 
 #include <QApplication>
-#include <QPainter>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 
-namespace {
-
-int pageDuration(Qt::KeyboardModifiers modifiers)
-{
-    // Shift slows the page down, to watch it go.
-    return modifiers.testFlag(Qt::ShiftModifier) ? 2000 : 400;
-}
-
-QPixmap applicationIcon()
-{
-    QPixmap pixmap(128, 128);
-    pixmap.fill(Qt::transparent);
-    QPainter p(&pixmap);
-    LXGlyphs::draw(p, LXGlyphs::Glyph::Lumex, QRectF(4, 4, 120, 120), Qt::white);
-    return pixmap;
-}
-
-// The red dot that marks a recording in progress.
-QPixmap recordingBadge()
-{
-    QPixmap pixmap(48, 48);
-    pixmap.fill(Qt::transparent);
-    QPainter p(&pixmap);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setPen(QPen(Qt::white, 5));
-    p.setBrush(QColor(230, 30, 40));
-    p.drawEllipse(QRectF(3, 3, 42, 42));
-    return pixmap;
-}
-
-} // namespace
-
 void LXController::setSubmittedStatus(const QString &text)
 {
-    if (m_window)
-        m_window->setSubmittedStatus(text);
+    m_window->donePage()->setSubmittedStatus(text);
 }
 
 void LXController::publishClicked()
 {
-    if (!m_window)
-        return;
     // Nothing stops yet: the user may go back and resume.
     m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
     m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
     m_window->setRecordPauseButtonVisible(false);
     m_window->showMetadataPage();
-    m_window->focusTitle();
+    m_window->metadataPage()->focusTitle();
     m_window->setPublishOffer(LXMainWindow::PublishOffer::Done);
     m_window->setStartOverOffer(LXMainWindow::StartOverOffer::BackToRecording);
 }
 
 void LXController::cancelClicked()
 {
-    if (!m_window)
-        return;
     m_window->showRecordPage();
     m_window->setPublishOffer(LXMainWindow::PublishOffer::Publish);
     m_window->setStartOverOffer(LXMainWindow::StartOverOffer::StartOver);
@@ -78,18 +44,14 @@ void LXController::submitClicked()
         return;
     if (m_job->title().isEmpty()) {
         QApplication::beep();
-        if (m_window)
-            m_window->setTitlePlaceholderImageVisible(true);
+        m_window->metadataPage()->setTitlePlaceholderImageVisible(true);
         return;
     }
-    for (QTimer **timer : { &m_remoteCameraSnapshotRefreshTimer, &m_selectedRemoteCameraPreviewUpdateTimer }) {
-        if (*timer) {
-            (*timer)->stop();
-            (*timer)->deleteLater();
-            *timer = nullptr;
-        }
-    }
+    dropTimer(m_remoteCameraSnapshotRefreshTimer);
+    dropTimer(m_selectedRemoteCameraPreviewUpdateTimer);
 
+    // Files chosen on disk have no route: they are handed over as they are.
+    const bool uploadFollows = m_mode == Mode::File || (m_route && m_route->recordsOnThisComputer());
     if (m_mode == Mode::File) {
         // An interrupted recording is ours, as a finished one is: it leaves
         // the spool folder once queued, or every later login would offer it
@@ -97,18 +59,12 @@ void LXController::submitClicked()
         const bool recovered = !m_recoveredRecording.isEmpty()
             && m_job->movieFilePaths().value_or(QStringList()) == QStringList { m_recoveredRecording };
         m_recoveredRecording.clear();
-        askServer(recovered ? &OrvaneServerInterface::submitAndDeleteJobFilesWithDelegate
-                            : &OrvaneServerInterface::submitJobFilesWithDelegate,
-            &LXController::jobDidStop);
-    } else if (m_localRecordingChosen && m_mode == Mode::Video) {
-        // The recorder calls localJobDidStop once the movie is finished.
-        if (m_captureDevicesController)
-            m_captureDevicesController->stopRecording();
-    } else if (m_localRecordingChosen) {
-        askServer(&OrvaneServerInterface::stopLocalJobWithDelegate, &LXController::localJobDidStop);
-    } else {
-        // The server publishes what its camera recorded.
-        askServer(&OrvaneServerInterface::stopRemoteJobWithDelegate, &LXController::jobDidStop);
+        if (m_server)
+            (m_server.get()->*(recovered ? &OrvaneServerInterface::submitAndDeleteJobFilesWithDelegate
+                                         : &OrvaneServerInterface::submitJobFilesWithDelegate))(
+                this, [this](const std::optional<Error> &error) { jobDidStop(error); });
+    } else if (m_route) {
+        m_route->stopAndHandOver();
     }
 
     LXUserDefaults &defaults = LXUserDefaults::standard();
@@ -116,15 +72,13 @@ void LXController::submitClicked()
         m_job->workflow().value(QStringLiteral("title")).toString(), LXDefaultsKeys::PreviousWorkflowChosen);
     defaults.synchronize();
 
-    if (m_window) {
-        m_window->showDonePage();
-        m_window->setRecordingStateVisible(false);
-        m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
-        m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-        m_window->setNewPodcastButtonVisible(true);
-    }
+    m_window->showDonePage();
+    m_window->recordPage()->setRecordingStateVisible(false);
+    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
+    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
+    m_window->donePage()->setNewPodcastButtonVisible(true);
     // Said before the server answers; a failure comes later as an alert.
-    if (m_localRecordingChosen || m_mode == Mode::File) {
+    if (uploadFollows) {
         if (m_transfersController)
             m_transfersController->startPollingSubmissions();
         setSubmittedStatus(tr("Your podcast is being submitted."));
@@ -158,16 +112,14 @@ void LXController::updateSubmissionStatus()
 
 void LXController::newPodcastClicked(Qt::KeyboardModifiers modifiers)
 {
-    if (m_window)
-        m_window->hide();
+    m_window->hide();
     if (m_transfersController)
         m_transfersController->stopPollingSubmissions();
-    if (m_window) {
-        m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-        m_window->setNewPodcastButtonVisible(false);
-        m_window->setRecordPauseButtonVisible(false);
-        m_window->showSourceChooser(pageDuration(modifiers));
-    }
+    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
+    m_window->donePage()->setNewPodcastButtonVisible(false);
+    m_window->setRecordPauseButtonVisible(false);
+    // Shift slows the page down, to watch it go.
+    m_window->showSourceChooser(modifiers.testFlag(Qt::ShiftModifier) ? 2000 : 400);
     // Every new recording begins with signing in again.
     m_inBetweenMainWindowAndLoginPanel = true;
     showLoginPanel();
@@ -189,7 +141,6 @@ void LXController::startOverClicked()
     QPushButton *cancel = sheet->addButton(tr("Cancel"), QMessageBox::RejectRole);
     sheet->setDefaultButton(startOver);
     sheet->setEscapeButton(cancel);
-    trackSheetOnMainWindow(sheet);
     connect(sheet, &QMessageBox::finished, this, [this, sheet, startOver] {
         // The default button answers 1, as the platform's sheets did.
         startOverSheetDidEnd(sheet->clickedButton() == startOver ? 1 : 0);
@@ -201,36 +152,13 @@ void LXController::startOverSheetDidEnd(int returnCode)
 {
     if (returnCode != 1)
         return;
-    if (isLocalVideo()) {
-        // The recorder deletes the movie itself.
-        if (m_captureDevicesController)
-            m_captureDevicesController->cancelRecording();
-    } else if (m_localRecordingChosen) {
-        askServer(&OrvaneServerInterface::cancelLocalJobWithDelegate, &LXController::jobDidStop);
-    } else {
-        askServer(&OrvaneServerInterface::cancelRemoteJobWithDelegate, &LXController::jobDidStop);
-    }
-    if (m_window) {
-        m_window->showSourceChooser();
-        m_window->setRecordingStateVisible(false);
-        m_window->setRecordPauseButtonVisible(false);
-        m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
-        m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-    }
-    setRecordPauseAction(RecordPauseAction::Record);
+    if (m_route)
+        m_route->discard();
+    m_window->showSourceChooser();
+    m_window->recordPage()->setRecordingStateVisible(false);
+    m_window->setRecordPauseButtonVisible(false);
+    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
+    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
+    m_recordPauseAction = RecordPauseAction::Record;
     resetJobAndRecordingState();
-}
-
-void LXController::updateDockIcon()
-{
-    // The window icon stands in for the dock icon: badged while recording
-    // only, not while counting down or paused.
-    QPixmap icon = applicationIcon();
-    if (m_state == State::Recording) {
-        const QPixmap badge = recordingBadge();
-        QPainter p(&icon);
-        p.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        p.drawPixmap(icon.width() - badge.width(), 0, badge);
-    }
-    QApplication::setWindowIcon(QIcon(icon));
 }

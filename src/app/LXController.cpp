@@ -1,9 +1,20 @@
 #include "LXController.h"
 
+#include "CaptureDevicesController.h"
+#include "CountdownView.h"
+#include "DeviceChooser.h"
+#include "GLScreenGrabController.h"
+#include "InterruptedRecordings.h"
+#include "LXApplicationIcon.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXUserDefaults.h"
+#include "MetadataPage.h"
+#include "PreferencesController.h"
+#include "RecordPage.h"
+#include "RemoteCameraPreviews.h"
+#include "TransfersController.h"
 
 #include <QApplication>
 #include <QHash>
@@ -39,76 +50,45 @@ LXController::LXController()
     m_transfersController = new TransfersController(this);
     m_transfersController->setController(this);
     m_localRecordingChosen = false;
+
+    m_window = std::make_unique<LXMainWindow>();
+    m_devices = new DeviceChooser(m_captureDevicesController, this);
+    m_previews = new RemoteCameraPreviews(this);
+    m_interruptedRecordings = new InterruptedRecordings(
+        m_window.get(), [this] { return m_state == State::Idle && m_mode == Mode::NoSource; }, this);
+    connectWindow();
 }
 
 LXController::~LXController()
 {
     LXNotificationCenter::defaultCenter().removeObserver(this);
-    stopMonitoringMicrophone();
     delete m_preferencesController;
     if (m_captureDevicesController)
         m_captureDevicesController->setController(nullptr);
+    m_route.reset();
     m_recordingTime.reset();
     m_job.reset();
     m_server.reset();
-    m_currentCredentials.clear();
     if (m_loginPanel)
         delete m_loginPanel;
 }
 
 void LXController::awakeFromNib()
 {
-    m_window = std::make_unique<LXMainWindow>();
-    LXMainWindow *w = m_window.get();
     m_state = State::Idle;
     m_mode = Mode::NoSource;
     m_recordingTime = std::make_unique<StopWatch>();
 
     LXUserDefaults::standard().registerDefaults(LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::GlobalKeyModifiers);
     PreferencesController::registerRecordPauseShortcutKey();
-
-    LXNotificationCenter &center = LXNotificationCenter::defaultCenter();
-    center.addObserver(
-        this, kUserDidConnectNotice, [this](const QVariant &object) { userDidConnectWithNotice(object); });
-    center.addObserver(this, kRecordPauseKeyShortcutTriggered, [this](const QVariant &) { recordPauseKeyTriggered(); });
-
-    w->setMetadataLengthLimits(220, 1000);
-
-    // Bindings of the window to the derived properties.
-    for (auto changed : { &LXController::recordPauseMenuTitleChanged, &LXController::recordOrPauseImageChanged,
-             &LXController::canRecordOrPauseChanged, &LXController::microphoneListShouldBeHiddenChanged })
-        connect(this, changed, this, &LXController::updateBoundControls);
-    // The page decides whether recording is possible.
-    connect(w, &LXMainWindow::pageChanged, this, &LXController::canRecordOrPauseChanged);
-
-    // Closing the main window only hides it; whether that was the last
-    // window, and whether the application may end with it, is decided once
-    // the hiding is done (see eventFilter).
-    connect(w, &LXMainWindow::closeRequested, this, [this] { m_window->hide(); });
-    qApp->installEventFilter(this);
-    connect(w, &LXMainWindow::quitRequested, this, &LXController::requestQuit);
-    connect(w, &LXMainWindow::preferencesRequested, this, &LXController::showPreferencesWindow);
-    connect(w, &LXMainWindow::transfersRequested, this, &LXController::showTransfersWindow);
-    connect(w, &LXMainWindow::cameraConfigurationRequested, this, &LXController::configureLocalCamera);
-    connect(w, &LXMainWindow::signInRequested, this, [this] {
-        if (!m_loginPanel)
-            showLoginPanel();
-        else
-            m_loginPanel->beginLoginSheet();
-    });
-    connect(w, &LXMainWindow::sourceClicked, this, [this](LXMainWindow::Source source) {
-        static constexpr Mode modes[] = { Mode::Video, Mode::Audio, Mode::Screen, Mode::File };
-        sourceClicked(modes[int(source)], QGuiApplication::keyboardModifiers());
-    });
-    connect(w, &LXMainWindow::backClicked, this, [this] { backClicked(QGuiApplication::keyboardModifiers()); });
-    connect(w, &LXMainWindow::filesDropped, this, &LXController::prepareToSubmitFiles);
-    connect(w, &LXMainWindow::workflowChosen, this, &LXController::chooseWorkflow);
-    connectRecordingAndSubmission();
+    LXNotificationCenter::defaultCenter().addObserver(
+        this, kRecordPauseKeyShortcutTriggered, [this](const QVariant &) { recordPauseKeyTriggered(); });
+    m_window->metadataPage()->setLengthLimits(220, 1000);
 
     updateBoundControls();
     updateDockIcon();
-    w->setConnected(false);
-    w->show();
+    m_window->setConnected(false);
+    m_window->show();
     showLoginPanel();
 }
 
@@ -157,6 +137,13 @@ void LXController::setLocalRecordingChosen(bool chosen)
     announceDependents("localRecordingChosen");
 }
 
+void LXController::setRoute(std::unique_ptr<RecordingRoute> route)
+{
+    m_route = std::move(route);
+    if (m_route)
+        setLocalRecordingChosen(m_route->recordsOnThisComputer());
+}
+
 void LXController::setJob(const std::shared_ptr<PodcastJob> &job)
 {
     m_job = job;
@@ -197,7 +184,7 @@ bool LXController::canRecordOrPause() const
 {
     if (m_mode == Mode::NoSource || m_state == State::Starting)
         return false;
-    return m_window && m_window->currentPage() == LXMainWindow::Page::Record && m_sheetsOnMainWindow == 0;
+    return m_window->currentPage() == LXMainWindow::Page::Record && !m_window->hasSheet();
 }
 
 bool LXController::hasBegunRecording() const
@@ -256,19 +243,21 @@ QString LXController::currentModeString() const
 
 void LXController::updateBoundControls()
 {
-    if (!m_window)
-        return;
-    m_window->setRecordControls(
-        recordPauseMenuTitle(), recordOrPauseImage(), canRecordOrPause() && !m_waitingOnRecordOrPauseResponse);
+    // A recording begun can always be paused or resumed; a new one needs a
+    // device that can record, or the countdown would run for nothing.
+    const bool enabled = canRecordOrPause() && !m_waitingOnRecordOrPauseResponse
+        && (hasBegunRecording() || canBeginRecording());
+    m_window->setRecordControls(recordPauseMenuTitle(), recordOrPauseImage(), enabled);
     // Sound-only sources pick from the microphone menu; video picks a camera
     // and, in its submenu, the microphone.
-    m_window->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
+    m_window->recordPage()->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
     m_window->setAcceptsFileDrops(m_state == State::Idle);
 }
 
 void LXController::resetJobAndRecordingState()
 {
     setLocalRecordingChosen(false);
+    m_route.reset();
     setMode(Mode::NoSource);
     setState(State::Idle);
 
@@ -278,12 +267,11 @@ void LXController::resetJobAndRecordingState()
         m_server->setJob(job);
     m_currentJobCompletedUploading = false;
 
-    const QVariantList workflows = this->workflows();
-    if (!workflows.isEmpty()) {
+    if (!m_workflows.isEmpty()) {
         const QString previous = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::PreviousWorkflowChosen);
         bool chosen = false;
         // Every match is taken, so the last workflow of that title wins.
-        for (const QVariant &workflow : workflows) {
+        for (const QVariant &workflow : std::as_const(m_workflows)) {
             const QVariantMap map = workflow.toMap();
             if (!previous.isNull() && map.value(QStringLiteral("title")).toString() == previous) {
                 job->setWorkflow(map);
@@ -291,35 +279,41 @@ void LXController::resetJobAndRecordingState()
             }
         }
         if (!chosen)
-            job->setWorkflow(workflows.first().toMap());
+            job->setWorkflow(m_workflows.first().toMap());
     }
 
-    setRecordPauseAction(RecordPauseAction::Record);
-
+    m_recordPauseAction = RecordPauseAction::Record;
     if (m_recordingTime)
         m_recordingTime->reset();
     setTimerTextHidden(false);
     setTimerValue(QString());
     for (QTimer **timer :
-        { &m_everySecondTimer, &m_remoteCameraSnapshotRefreshTimer, &m_selectedRemoteCameraPreviewUpdateTimer }) {
-        if (*timer) {
-            (*timer)->stop();
-            (*timer)->deleteLater();
-            *timer = nullptr;
-        }
-    }
+        { &m_everySecondTimer, &m_remoteCameraSnapshotRefreshTimer, &m_selectedRemoteCameraPreviewUpdateTimer })
+        dropTimer(*timer);
     delete m_countdownView;
-    if (m_window) {
-        m_window->setTitlePlaceholderImageVisible(false);
-        m_window->setMetadata(job->title(), job->jobDescription());
-    }
+    m_window->metadataPage()->setTitlePlaceholderImageVisible(false);
+    m_window->metadataPage()->setMetadata(job->title(), job->jobDescription());
     updateWorkflowPopUp();
+}
+
+void LXController::dropTimer(QTimer *&timer)
+{
+    if (!timer)
+        return;
+    timer->stop();
+    timer->deleteLater();
+    timer = nullptr;
 }
 
 void LXController::updateWorkflowPopUp()
 {
-    if (!m_window)
-        return;
     const QVariantMap workflow = m_job ? m_job->workflow() : QVariantMap();
-    m_window->setChosenWorkflowTitle(workflow.value(QStringLiteral("title")).toString());
+    m_window->metadataPage()->setChosenWorkflowTitle(workflow.value(QStringLiteral("title")).toString());
+}
+
+void LXController::updateDockIcon()
+{
+    // The window icon stands in for the dock icon: badged while recording
+    // only, not while counting down or paused.
+    QApplication::setWindowIcon(LXApplicationIcon::icon(m_state == State::Recording));
 }

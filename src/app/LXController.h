@@ -2,18 +2,16 @@
 
 #include "CameraConfigController.h"
 #include "CaptureDevicesController.h"
-#include "CaptureDevicesControllerDelegate.h"
 #include "CountdownView.h"
+#include "Credentials.h"
 #include "Error.h"
-#include "GLScreenGrabController.h"
-#include "InputDeviceMenu.h"
 #include "LXLoginPanelController.h"
 #include "OrvaneServerInterface.h"
 #include "PodcastJob.h"
 #include "PreferencesController.h"
+#include "RecordingRoute.h"
 #include "StopWatch.h"
 #include "TransfersController.h"
-#include "TransfersControllerDelegate.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
@@ -25,25 +23,34 @@
 #include <memory>
 #include <optional>
 
-class QAction;
-
-class QTimer;
+class DeviceChooser;
+class GLScreenGrabController;
+class InputDeviceMenu;
+class InterruptedRecordings;
 class LXMainWindow;
+class QAction;
+class QTimer;
+class RemoteCameraPreviews;
 
 // The spine of the application: the main window's controller and the
-// application's delegate. It owns the current job, the server interface, the
-// credentials, the stop-watch and the secondary windows, and keeps the two
-// values everything else is derived from: the controller state and the
-// source mode. Main thread only.
+// application's delegate. It keeps the two values everything else is derived
+// from, the controller state and the source mode, with the properties
+// derived from them; the current job and the signed-in session; and the
+// flows from signing in through recording to publishing. The rest is done by
+// collaborators with state of their own: the recording route (how the chosen
+// device records), the device chooser, the server cameras' snapshots, the
+// interrupted recordings and the window's pages. Main thread only.
 //
 // One class over several files, each holding one area of behaviour:
 // LXController.cpp (construction, state and mode, the derived properties and
 // the table of what they depend on, the job reset), +Login, +Sources,
-// +Recording, +Submission, +Alerts, +Windows (secondary windows) and +Quit.
+// +Recording, +Submission, +Alerts, +Windows (secondary windows, uploads)
+// and +Quit.
 class LXController final : public QObject,
                            public LXLoginPanelDelegate,
                            public CaptureDevicesControllerDelegate,
-                           public TransfersControllerDelegate
+                           public TransfersControllerDelegate,
+                           public RecordingRouteDelegate
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(LXController)
@@ -64,19 +71,23 @@ class LXController final : public QObject,
     Q_PROPERTY(
         bool microphoneListShouldBeHidden READ microphoneListShouldBeHidden NOTIFY microphoneListShouldBeHiddenChanged)
     Q_PROPERTY(QString currentModeString READ currentModeString)
+    Q_PROPERTY(QString timerValue READ timerValue NOTIFY timerValueChanged)
+    Q_PROPERTY(bool timerTextHidden READ timerTextHidden NOTIFY timerTextHiddenChanged)
+    Q_PROPERTY(bool waitingOnRecordOrPauseResponse READ waitingOnRecordOrPauseResponse NOTIFY
+            waitingOnRecordOrPauseResponseChanged)
 
 public:
     enum class State : qint32 { Idle = 0, Starting = 1, Recording = 2, Paused = 3, Submitted = 4 };
     Q_ENUM(State)
     enum class Mode : qint32 { Video = 0, Audio = 1, Screen = 2, File = 3, NoSource = 4 };
     Q_ENUM(Mode)
-    enum class TerminateReply { Now, Later, Cancel };
+    enum class TerminateReply { Now, Later };
 
     LXController();
     ~LXController() override;
 
-    // Loads the main window and starts the application: state Idle, mode
-    // NoSource, defaults registered, notices observed, login panel shown.
+    // Starts the application: state Idle, mode NoSource, defaults
+    // registered, notices observed, the window and the login panel shown.
     void awakeFromNib();
 
     // State, mode and what is derived from them.
@@ -86,7 +97,6 @@ public:
     void setMode(Mode mode);
     bool localRecordingChosen() const { return m_localRecordingChosen; }
     void setLocalRecordingChosen(bool chosen);
-
     QString recordPauseMenuTitle() const;
     bool canRecordOrPause() const;
     bool hasBegunRecording() const;
@@ -108,11 +118,14 @@ public:
     void setJobLocalAudioDeviceName(const QString &name);
     void resetJobAndRecordingState();
     void updateDockIcon();
+    // How the chosen device records; none before a device is chosen.
+    RecordingRoute *route() const { return m_route.get(); }
 
-    std::shared_ptr<OrvaneServerInterface> server() const { return m_server; }
-    QVariantMap currentCredentials() const { return m_currentCredentials; }
-    QVariantList remoteCameras() const { return m_remoteCameras; }
-    void setRemoteCameras(const QVariantList &cameras) { m_remoteCameras = cameras; }
+    std::shared_ptr<OrvaneServerInterface> server() const override { return m_server; }
+    const Credentials &credentials() const { return m_credentials; }
+    QVariantList workflows() const { return m_workflows; }
+    QVariantList remoteCameras() const;
+    void setRemoteCameras(const QVariantList &cameras);
     StopWatch *recordingTime() const { return m_recordingTime.get(); }
     QString timerValue() const { return m_timerValue; }
     bool timerTextHidden() const { return m_timerTextHidden; }
@@ -124,8 +137,8 @@ public:
     TransfersController *transfersController() const { return m_transfersController; }
     PreferencesController *preferencesController() const { return m_preferencesController; }
     CameraConfigController *cameraConfigController() const { return m_cameraConfigController; }
-    CaptureDevicesController *captureDevicesController() const { return m_captureDevicesController; }
-    GLScreenGrabController *screenGrabController() const { return m_screenGrabController.get(); }
+    CaptureDevicesController *captureDevicesController() const override { return m_captureDevicesController; }
+    DeviceChooser *deviceChooser() const { return m_devices; }
 
     // Login (+Login).
     void showLoginPanel();
@@ -133,8 +146,7 @@ public:
     void loginToServer();
     void didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error);
     void didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error);
-    void userDidConnectWithNotice(const QVariant &credentials);
-    QVariantList workflows() const;
+    void userDidConnect();
     void refreshAllCameraPreviewImages();
     void requestPreviewUpdateOfSelectedRemoteCamera();
 
@@ -144,15 +156,16 @@ public:
     void backClicked(Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void rebuildInputDevicesList() override;
     void selectAppropriateRecordingDevice();
-    // The device menus' item handlers; each item holds its device entry.
+    // What choosing a device item means for the recording; each item holds
+    // its device entry.
     void localMicrophoneSelected(QAction *item);
     void remoteMicrophoneSelected(QAction *item);
     void remoteCameraSelected(QAction *item);
     void localCameraAndMicrophoneSelected(QAction *item);
     void tearDownLocalCameraAndMicrophone();
     void writeSelectedDevicesToDefaults();
-    InputDeviceMenu *cameraMenu() const { return m_cameraMenu.get(); }
-    InputDeviceMenu *microphoneMenu() const { return m_microphoneMenu.get(); }
+    InputDeviceMenu *cameraMenu() const;
+    InputDeviceMenu *microphoneMenu() const;
     QFileDialog *openPanel() const { return m_openPanel; }
     void openPanelDidEnd(int returnCode);
 
@@ -165,11 +178,39 @@ public:
     // the front and one file or several are opened as the desktop asks.
     void openFilesFromDesktop(const QStringList &paths);
 
-    // The job's answers (+Recording).
-    void jobDidPause(const std::optional<Error> &error);
-    void jobDidResume(const std::optional<Error> &error);
-    void jobDidStop(const std::optional<Error> &error);
+    // The recording flow (+Recording), from the record button to the paused
+    // recording that is published. The button takes the action the state
+    // calls for.
+    void recordClicked();
+    void pauseClicked();
+    void resumeClicked();
+    void recordPauseResumeMenuItemInvoked();
+    void recordPauseKeyTriggered();
+    void countdownTimerDidClose();
+    void updateTimer();
+    void flashPause();
+    void showCutoffWarningAndPauseRecordingIfApplicable();
+    bool waitingOnRecordOrPauseResponse() const { return m_waitingOnRecordOrPauseResponse; }
+    CountdownView *countdownView() const { return m_countdownView; }
+
+    // The completions of the recording route.
+    QObject *routeContext() override { return this; }
+    void jobDidStart(const std::optional<Error> &error) override;
+    void updateToRecordingView(const std::optional<Error> &error) override;
+    void jobDidPause(const std::optional<Error> &error) override;
+    void jobDidResume(const std::optional<Error> &error) override;
+    void jobDidStop(const std::optional<Error> &error) override;
     void localJobDidStop(const std::optional<Error> &error) override;
+
+    // The submission flow (+Submission): the metadata page, the hand-over,
+    // the done page and the ways back.
+    void publishClicked();
+    void cancelClicked();
+    void submitClicked();
+    void newPodcastClicked(Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void startOverClicked();
+    void startOverSheetDidEnd(int returnCode);
+    QMessageBox *startOverSheet() const { return m_startOverSheet; }
     // Follows the upload of the current job after each poll of the queue.
     void updateSubmissionStatus() override;
 
@@ -177,12 +218,22 @@ public:
     void alertUserToError(const Error &error) override;
     void alertDidEnd();
 
-    // Secondary windows (+Windows).
+    // Secondary windows and uploads (+Windows).
     void configureLocalCamera();
     void cameraConfigWindowClosed();
     void showPreferencesWindow();
     void showTransfersWindow();
     void transfersWindowClosed();
+    // Notifies once per upload when `upload` (a row of the transfers list)
+    // has completed or failed.
+    void notifyIfWatchedUploadEnded(const QVariantMap &upload);
+    std::shared_ptr<OrvaneServerInterface> signedInServer() override;
+    void transferWasRetried(const QString &failedUUID, const QString &newUUID) override;
+    // After a login: looks, off the main thread, for movies in the spool
+    // folder that no job and no upload owns, and asks about each in turn.
+    void lookForInterruptedRecordings();
+    bool isLookingForInterruptedRecordings() const;
+    QMessageBox *interruptedRecordingQuestion() const;
 
     // Quitting (+Quit).
     bool applicationShouldTerminateAfterLastWindowClosed() const;
@@ -208,6 +259,9 @@ signals:
     void isSmallerPreviewHiddenChanged();
     void recordOrPauseImageChanged();
     void microphoneListShouldBeHiddenChanged();
+    void timerValueChanged();
+    void timerTextHiddenChanged();
+    void waitingOnRecordOrPauseResponseChanged();
     // The application should end now (the quit flow has agreed).
     void terminateRequested();
 
@@ -215,32 +269,34 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    enum class RecordPauseAction { Record, Pause, Resume };
+
     // Emits the change signal of every derived property that depends on `key`.
     void announceDependents(const char *key);
     void observeValueForKeyPath(const char *keyPath);
     void updateBoundControls();
     void updateWorkflowPopUp();
-    void fillWorkflowMenu();
     void chooseWorkflow(int index);
     QWidget *alertParent() const;
-    enum class DeviceAction { None, LocalMicrophone, RemoteMicrophone, RemoteCamera, LocalCameraAndMicrophone };
-    QAction *addDeviceItem(InputDeviceMenu *menu, const QString &title, int glyph, DeviceAction action,
-        const QVariantMap &entry, bool enabled = true);
-    void sendDeviceAction(QAction *item);
-    // Selects the item (a submenu item's camera) in its pop-up and sends its
-    // action.
-    void takeDeviceItem(QAction *item);
-    void clearChosenDevices();
-    QAction *parentCameraItem(QAction *submenuItem) const;
-    void monitorMicrophone(const QString &uniqueID);
-    void stopMonitoringMicrophone();
-    // Quits when no window is left and the application may end with its
-    // last window.
+    void connectWindow();
+    // The way the chosen device records; it decides localRecordingChosen.
+    void setRoute(std::unique_ptr<RecordingRoute> route);
+    void showChosenRemoteCameraPreview();
     void maybeLastWindowClosed();
+    void setTimerValue(const QString &value);
+    void setTimerTextHidden(bool hidden);
+    void setWaitingOnRecordOrPauseResponse(bool waiting);
+    void recordPauseButtonClicked();
+    void restartEverySecondTimer(int msec, void (LXController::*target)());
+    // Stops a timer of the record page and forgets it.
+    static void dropTimer(QTimer *&timer);
+    void setSubmittedStatus(const QString &text);
+    void publishRecoveredRecording(const QString &path, const QDateTime &started, const QDateTime &interrupted);
 
     std::unique_ptr<LXMainWindow> m_window;
     QPointer<LXUserLoginPanelController> m_loginPanel;
-    QVariantMap m_currentCredentials;
+    Credentials m_credentials;
+    QVariantList m_workflows;
     std::unique_ptr<StopWatch> m_recordingTime;
     QString m_timerValue;
     bool m_timerTextHidden = false;
@@ -249,7 +305,7 @@ private:
     State m_state = State::Idle;
     std::shared_ptr<PodcastJob> m_job;
     std::shared_ptr<OrvaneServerInterface> m_server;
-    QVariantList m_remoteCameras;
+    std::unique_ptr<RecordingRoute> m_route;
     QTimer *m_everySecondTimer = nullptr;
     QTimer *m_remoteCameraSnapshotRefreshTimer = nullptr;
     QTimer *m_selectedRemoteCameraPreviewUpdateTimer = nullptr;
@@ -258,144 +314,21 @@ private:
     QPointer<CaptureDevicesController> m_captureDevicesController;
     QPointer<PreferencesController> m_preferencesController;
     QPointer<TransfersController> m_transfersController;
+    DeviceChooser *m_devices = nullptr;
+    RemoteCameraPreviews *m_previews = nullptr;
+    InterruptedRecordings *m_interruptedRecordings = nullptr;
+    class DesktopNotifier *m_notifier = nullptr;
     QPointer<QMessageBox> m_quitSheet;
-    std::unique_ptr<InputDeviceMenu> m_cameraMenu;
-    std::unique_ptr<InputDeviceMenu> m_microphoneMenu;
-    // A chosen microphone's own session while no camera session has it,
-    // for the level meter.
-    std::shared_ptr<CaptureSession> m_microphoneMonitor;
+    QPointer<QMessageBox> m_startOverSheet;
     QPointer<QFileDialog> m_openPanel;
-    int m_sheetsOnMainWindow = 0;
+    QPointer<CountdownView> m_countdownView;
+    RecordPauseAction m_recordPauseAction = RecordPauseAction::Record;
+    QSet<QString> m_notifiedUploads;
+    // The interrupted recording now on the metadata page, if any.
+    QString m_recoveredRecording;
     bool m_currentJobCompletedUploading = false;
     bool m_waitingOnRecordOrPauseResponse = false;
     bool m_inBetweenMainWindowAndLoginPanel = false;
     bool m_connected = false;
     bool m_lastWindowCheckPending = false;
-
-    // Remote cameras and their snapshots (+Cameras).
-public:
-    // Downloads the snapshot of the camera with this "uuid" into its
-    // dictionary in remoteCameras.
-    void refreshCameraPreviewImageForUUID(const QString &uuid);
-    // The place in remoteCameras of the camera whose snapshot download
-    // `reply` is (the first match); -1, logged, when there is none.
-    qsizetype cameraDictionaryForNetworkReply(class QNetworkReply *reply);
-
-private:
-    void previewDownloadDidReceiveAuthenticationChallenge(
-        class QNetworkReply *reply, class QAuthenticator *authenticator);
-    void previewDownloadDidReceiveResponse(QNetworkReply *reply);
-    void previewDownloadDidReceiveData(QNetworkReply *reply);
-    void previewDownloadDidFinishLoading(QNetworkReply *reply);
-    void previewDownloadDidFailWithError(QNetworkReply *reply, const QString &error);
-    // Starts one request of a snapshot download; redirects are followed
-    // through previewDownloadDidFinish.
-    QNetworkReply *startPreviewDownload(const class QUrl &url, const QString &previewHost, int redirects);
-    void previewDownloadDidFinish(QNetworkReply *reply);
-    bool isChosenRemoteCamera(const QVariantMap &camera) const;
-    void showChosenRemoteCameraPreview();
-
-    class QNetworkAccessManager *m_previewNetwork = nullptr;
-
-    // The end of the watched upload told to the desktop, failed uploads
-    // retried from the transfers window (+Uploads), and recordings that a
-    // crash left in the spool folder offered for publishing (+Recovery).
-public:
-    // Notifies once per upload when `upload` (a row of the transfers list)
-    // has completed or failed.
-    void notifyIfWatchedUploadEnded(const QVariantMap &upload);
-    std::shared_ptr<OrvaneServerInterface> signedInServer() override;
-    void transferWasRetried(const QString &failedUUID, const QString &newUUID) override;
-    // After a login: looks, off the main thread, for movies in the spool
-    // folder that no job and no upload owns, and asks about each in turn.
-    void lookForInterruptedRecordings();
-    bool isLookingForInterruptedRecordings() const { return m_lookingForInterruptedRecordings; }
-    QMessageBox *interruptedRecordingQuestion() const { return m_interruptedRecordingQuestion; }
-
-private:
-    void didFindInterruptedRecordings(const QStringList &paths);
-    void offerNextInterruptedRecording();
-    void interruptedRecordingQuestionDidEnd(const QString &path, bool publish);
-
-    class DesktopNotifier *m_notifier = nullptr;
-    QSet<QString> m_notifiedUploads;
-    QStringList m_interruptedRecordings;
-    // Asked about in this run, whatever the answer.
-    QSet<QString> m_interruptedRecordingsAnswered;
-    // The interrupted recording now on the metadata page, if any.
-    QString m_recoveredRecording;
-    QPointer<QMessageBox> m_interruptedRecordingQuestion;
-    bool m_lookingForInterruptedRecordings = false;
-
-    // The recording flow (+Recording): from the record button to the paused
-    // recording that is published.
-    Q_PROPERTY(QString timerValue READ timerValue NOTIFY timerValueChanged)
-    Q_PROPERTY(bool timerTextHidden READ timerTextHidden NOTIFY timerTextHiddenChanged)
-    Q_PROPERTY(bool waitingOnRecordOrPauseResponse READ waitingOnRecordOrPauseResponse NOTIFY
-            waitingOnRecordOrPauseResponseChanged)
-
-public:
-    // The record/pause button's actions; the button takes the one the state
-    // calls for.
-    void recordClicked();
-    void pauseClicked();
-    void resumeClicked();
-    void recordPauseResumeMenuItemInvoked();
-    void recordPauseKeyTriggered();
-    void jobDidStart(const std::optional<Error> &error);
-    void countdownTimerDidClose();
-    void updateToRecordingView(const std::optional<Error> &error);
-    void updateTimer();
-    void flashPause();
-    // Whether the home folder's file system has room for a local recording.
-    bool enoughDiskSpaceForRecording() const;
-    void showCutoffWarningAndPauseRecordingIfApplicable();
-    bool waitingOnRecordOrPauseResponse() const { return m_waitingOnRecordOrPauseResponse; }
-    CountdownView *countdownView() const { return m_countdownView; }
-    QTimer *everySecondTimer() const { return m_everySecondTimer; }
-    // How countdowns made from now on schedule their ticks; empty for timers.
-    void setCountdownScheduler(const CountdownView::Scheduler &scheduler) { m_countdownScheduler = scheduler; }
-
-signals:
-    void timerValueChanged();
-    void timerTextHiddenChanged();
-    void waitingOnRecordOrPauseResponseChanged();
-
-private:
-    enum class RecordPauseAction { Record, Pause, Resume };
-    void connectRecordingAndSubmission();
-    // Sends a job operation of the server interface with `didEnd` as its
-    // completion; nothing without a server.
-    void askServer(void (OrvaneServerInterface::*operation)(QObject *, OrvaneServerInterface::JobCallback),
-        void (LXController::*didEnd)(const std::optional<Error> &));
-    void setTimerValue(const QString &value);
-    void setTimerTextHidden(bool hidden);
-    void setWaitingOnRecordOrPauseResponse(bool waiting);
-    void setRecordPauseAction(RecordPauseAction action) { m_recordPauseAction = action; }
-    void recordPauseButtonClicked();
-    void restartEverySecondTimer(int msec, void (LXController::*target)());
-    bool isLocalVideo() const { return m_localRecordingChosen && m_mode == Mode::Video; }
-    // Counts a sheet on the main window for as long as it is open.
-    void trackSheetOnMainWindow(QMessageBox *sheet);
-
-    RecordPauseAction m_recordPauseAction = RecordPauseAction::Record;
-    QPointer<CountdownView> m_countdownView;
-    CountdownView::Scheduler m_countdownScheduler;
-
-    // The submission flow (+Submission): the metadata page, the hand-over,
-    // the done page and the ways back.
-public:
-    void publishClicked();
-    void cancelClicked();
-    void submitClicked();
-    void newPodcastClicked(Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    void startOverClicked();
-    void startOverSheetDidEnd(int returnCode);
-    QMessageBox *startOverSheet() const { return m_startOverSheet; }
-    bool currentJobCompletedUploading() const { return m_currentJobCompletedUploading; }
-
-private:
-    void setSubmittedStatus(const QString &text);
-
-    QPointer<QMessageBox> m_startOverSheet;
 };

@@ -14,13 +14,13 @@
 #include <thread>
 
 std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(
-    const QVariantMap &credentials, const std::shared_ptr<PodcastJob> &job)
+    const Credentials &credentials, const std::shared_ptr<PodcastJob> &job)
 {
     initialize();
     std::shared_ptr<OrvaneServerInterface> interface(new OrvaneServerInterface);
-    interface->m_user = credentials.value(QStringLiteral("user")).toString();
-    interface->m_password = credentials.value(QStringLiteral("password")).toString();
-    interface->m_server = credentials.value(QStringLiteral("server")).toString();
+    interface->m_user = credentials.user;
+    interface->m_password = credentials.password;
+    interface->m_server = credentials.server;
     interface->m_job = job;
     return interface;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Credentials.h"
 #include "Error.h"
 #include "PodcastJob.h"
 #include "PrivilegedLauncher.h"
@@ -40,9 +41,9 @@ public:
 
     static constexpr const char *kServerPort = "8170";
 
-    // Credentials: "user", "password", "server"; missing keys stay null.
+    // Missing credentials stay null.
     static std::shared_ptr<OrvaneServerInterface> create(
-        const QVariantMap &credentials, const std::shared_ptr<PodcastJob> &job);
+        const Credentials &credentials, const std::shared_ptr<PodcastJob> &job);
     ~OrvaneServerInterface();
     OrvaneServerInterface(const OrvaneServerInterface &) = delete;
     OrvaneServerInterface &operator=(const OrvaneServerInterface &) = delete;

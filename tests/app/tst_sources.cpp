@@ -1,6 +1,7 @@
 #include "AudioLevelMeter.h"
 #include "CaptureDeviceRegistry.h"
 #include "CaptureVideoPreviewWidget.h"
+#include "InputDeviceMenu.h"
 #include "LXApplication.h"
 #include "LXController.h"
 #include "LXDefaultsKeys.h"

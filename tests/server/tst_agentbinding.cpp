@@ -36,8 +36,7 @@ class TestAgentBinding : public QObject
     std::shared_ptr<OrvaneServerInterface> makeInterface(const QString &camera = u"Office Mac"_s)
     {
         auto interface = OrvaneServerInterface::create(
-            { { u"server"_s, SimSandbox::kServerHost }, { u"user"_s, u"demo"_s }, { u"password"_s, u"lumex"_s } },
-            std::make_shared<PodcastJob>());
+            Credentials { u"demo"_s, u"lumex"_s, SimSandbox::kServerHost }, std::make_shared<PodcastJob>());
         interface->setCameraName(camera);
         return interface;
     }

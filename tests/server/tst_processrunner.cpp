@@ -185,8 +185,7 @@ private slots:
         QVERIFY(QDir().mkpath(m_sim->tool(u"orvxexec"_s)));
         Log::Capture log;
         auto interface = OrvaneServerInterface::create(
-            { { u"server"_s, SimSandbox::kServerHost }, { u"user"_s, u"demo"_s }, { u"password"_s, u"lumex"_s } },
-            std::make_shared<PodcastJob>());
+            Credentials { u"demo"_s, u"lumex"_s, SimSandbox::kServerHost }, std::make_shared<PodcastJob>());
         interface->job()->setCamera({ { u"name"_s, u"Studio 2"_s } });
         QObject delegate;
         bool onMainThread = true;

@@ -138,9 +138,9 @@ int run(const QStringList &all)
     static const QStringList withPassword { QStringLiteral("workflows"), QStringLiteral("cameras"),
         QStringLiteral("preview"), QStringLiteral("start"), QStringLiteral("pause"), QStringLiteral("resume"),
         QStringLiteral("cancel"), QStringLiteral("stop"), QStringLiteral("submit"), QStringLiteral("bind") };
-    QVariantMap credentials { { QStringLiteral("server"), server }, { QStringLiteral("user"), user } };
+    Credentials credentials { user, QString(), server };
     if (withPassword.contains(command))
-        credentials.insert(QStringLiteral("password"), readPassword());
+        credentials.password = readPassword();
 
     auto job = std::make_shared<PodcastJob>();
     job->setUser(user.isEmpty() ? QString() : user);

@@ -255,6 +255,7 @@ void CaptureDevicesController::stopRecording()
 {
     Log::format(QStringLiteral("Stopping capture"));
     m_deleteMovieFileWhenItFinishesRecording = false;
+    m_finishing = m_movieFileOutput && m_movieFileOutput->isRecording();
     if (m_movieFileOutput)
         m_movieFileOutput->recordToOutputFileURL(QUrl());
 }
@@ -263,8 +264,14 @@ void CaptureDevicesController::cancelRecording()
 {
     Log::format(QStringLiteral("Stopping capture and discarding movie file"));
     m_deleteMovieFileWhenItFinishesRecording = true;
+    m_finishing = m_movieFileOutput && m_movieFileOutput->isRecording();
     if (m_movieFileOutput)
         m_movieFileOutput->recordToOutputFileURL(QUrl(), CaptureMovieFileOutput::FinishMode::Discard);
+}
+
+bool CaptureDevicesController::isRecording() const
+{
+    return m_finishing || (m_movieFileOutput && m_movieFileOutput->isRecording());
 }
 
 void CaptureDevicesController::teardown()
@@ -304,6 +311,8 @@ void CaptureDevicesController::captureOutputDidFinishRecording(
                 { path, userInfoText(QString::fromLocal8Bit(std::strerror(errno))) });
     }
     teardown();
+    m_finishing = false;
     if (!m_deleteMovieFileWhenItFinishesRecording && m_controller)
         m_controller->localJobDidStop(error);
+    emit recordingFinished();
 }

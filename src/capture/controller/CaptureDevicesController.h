@@ -62,11 +62,17 @@ public:
     void stopRecording();
     void cancelRecording();
     void teardown();
+    // A movie is being written, or finished: recordingFinished follows.
+    bool isRecording() const;
 
     void captureOutputWillFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
         const QList<CaptureConnectionPtr> &connections, const std::optional<Error> &error) override;
     void captureOutputDidFinishRecording(CaptureMovieFileOutput *output, const QUrl &url,
         const QList<CaptureConnectionPtr> &connections, const std::optional<Error> &error) override;
+
+signals:
+    // The movie is finished, or deleted when the recording was cancelled.
+    void recordingFinished();
 
 private:
     static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);
@@ -77,4 +83,5 @@ private:
     std::shared_ptr<CaptureSession> m_captureSession;
     std::shared_ptr<CaptureMovieFileOutput> m_movieFileOutput;
     bool m_deleteMovieFileWhenItFinishesRecording = false;
+    bool m_finishing = false;
 };
