@@ -2,7 +2,9 @@
 
 #include "CaptureDeviceRegistry.h"
 #include "CaptureDevicesController.h"
+#include "LXDefaultsKeys.h"
 #include "LXGlyphs.h"
+#include "LXUserDefaults.h"
 #include "Log.h"
 
 #include <QAction>
@@ -325,4 +327,28 @@ void DeviceChooser::stopMonitoringMicrophone()
         if (input->device()->isOpen())
             input->device()->close();
     }
+}
+
+void DeviceChooser::writeSelectionToDefaults(
+    Source source, const QString &sourceName, bool local, const QVariantMap &camera, const QString &microphone)
+{
+    QVariantMap selection;
+    auto put = [&selection](const QString &key, const QVariant &value) {
+        if (!value.isNull())
+            selection.insert(key, value);
+    };
+    if (source == Source::Video || source == Source::Audio) {
+        selection.insert(kIsLocalRecording, local);
+        if (!local)
+            put(kCamera, camera.value(kName));
+        else if (source == Source::Video)
+            put(kCamera, camera.value(kUniqueID));
+        if (local)
+            put(kMicrophone, microphone);
+    } else if (source == Source::Screen) {
+        put(kMicrophone, microphone);
+    }
+    LXUserDefaults &defaults = LXUserDefaults::standard();
+    defaults.setValue(selection, LXDefaultsKeys::lastDeviceSelectionFor(sourceName));
+    defaults.synchronize();
 }

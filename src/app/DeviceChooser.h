@@ -51,6 +51,13 @@ public:
     // computer's devices, the server's record for its cameras.
     static QVariantMap entryOf(const QAction *item);
 
+    // Remembers the choice for the source called `sourceName`, as
+    // selectAppropriateRecordingDevice reads it: whether it records here,
+    // the camera (its uniqueID here, its name on the server) and the
+    // microphone.
+    void writeSelectionToDefaults(Source source, const QString &sourceName, bool local, const QVariantMap &camera,
+        const QString &microphone);
+
     // The level of a chosen microphone that no camera session holds is read
     // by a session of its own.
     void monitorMicrophone(const QString &uniqueID);

@@ -9,20 +9,6 @@
 #include "RemoteCameraPreviews.h"
 
 #include <QLineEdit>
-#include <QTimer>
-
-namespace {
-
-QTimer *repeatingTimer(LXController *owner, int milliseconds, void (LXController::*tick)())
-{
-    auto *timer = new QTimer(owner);
-    timer->setInterval(milliseconds);
-    QObject::connect(timer, &QTimer::timeout, owner, tick);
-    timer->start();
-    return timer;
-}
-
-} // namespace
 
 void LXController::showLoginPanel()
 {
@@ -118,11 +104,7 @@ void LXController::didGetCameras(const std::optional<QVariantList> &cameras, con
     LXNotificationCenter::defaultCenter().post(kUserDidConnectNotice);
     userDidConnect();
 
-    refreshAllCameraPreviewImages();
-    m_remoteCameraSnapshotRefreshTimer = repeatingTimer(this, 2000, &LXController::refreshAllCameraPreviewImages);
-    requestPreviewUpdateOfSelectedRemoteCamera();
-    m_selectedRemoteCameraPreviewUpdateTimer
-        = repeatingTimer(this, 5000, &LXController::requestPreviewUpdateOfSelectedRemoteCamera);
+    m_previews->startRefreshing([this] { return !m_localRecordingChosen; }, [this] { return chosenRemoteCameraName(); });
     showChosenRemoteCameraPreview();
 }
 
@@ -151,31 +133,36 @@ void LXController::setRemoteCameras(const QVariantList &cameras)
 
 void LXController::refreshAllCameraPreviewImages()
 {
-    if (!m_localRecordingChosen)
-        m_previews->refreshAllCameraPreviewImages();
+    m_previews->refreshIfWanted();
 }
 
 void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
 {
-    if (m_localRecordingChosen || !m_job || !m_server)
-        return;
-    const QVariantMap camera = m_job->camera();
-    if (camera.value(QStringLiteral("isLocalDevice")).toBool())
-        return;
-    const QString name = camera.value(QStringLiteral("name")).toString();
-    if (!name.isNull())
-        m_server->requestPreviewUpdateForCameraName(name);
+    m_previews->requestUpdateOfChosenCamera();
+}
+
+QTimer *LXController::remoteCameraSnapshotRefreshTimer() const
+{
+    return m_previews->refreshTimer();
+}
+
+QTimer *LXController::selectedRemoteCameraPreviewUpdateTimer() const
+{
+    return m_previews->chosenCameraUpdateTimer();
+}
+
+QString LXController::chosenRemoteCameraName() const
+{
+    const QVariantMap camera = m_job ? m_job->camera() : QVariantMap();
+    if (m_localRecordingChosen || camera.value(QStringLiteral("isLocalDevice")).toBool())
+        return QString();
+    return camera.value(QStringLiteral("name")).toString();
 }
 
 void LXController::showChosenRemoteCameraPreview()
 {
     // Only the video page shows a server camera's picture; audio and screen
     // show their own.
-    QImage image;
-    if (m_job && !m_localRecordingChosen && m_mode == Mode::Video) {
-        const QVariantMap chosen = m_job->camera();
-        if (!chosen.value(QStringLiteral("isLocalDevice")).toBool())
-            image = m_previews->snapshotOfCameraNamed(chosen.value(QStringLiteral("name")).toString());
-    }
-    m_window->recordPage()->setRemotePreview(image);
+    m_window->recordPage()->setRemotePreview(
+        m_mode == Mode::Video ? m_previews->snapshotOfCameraNamed(chosenRemoteCameraName()) : QImage());
 }

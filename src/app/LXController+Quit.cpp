@@ -2,6 +2,7 @@
 
 #include "LXMainWindow.h"
 #include "Log.h"
+#include "Sheets.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -42,21 +43,13 @@ LXController::TerminateReply LXController::applicationShouldTerminate()
         return TerminateReply::Now;
     if (m_quitSheet)
         return TerminateReply::Later;
-    auto *sheet = new QMessageBox(m_window.get());
+    QPushButton *quit = nullptr, *cancel = nullptr;
+    QMessageBox *sheet = Sheets::deletionQuestion(
+        m_window.get(), tr("Do you want to delete the recording and Quit?"), &quit, tr("Quit"), &cancel);
     m_quitSheet = sheet;
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->setWindowModality(Qt::WindowModal);
-    sheet->setIcon(QMessageBox::Critical);
-    sheet->setText(tr("Do you want to delete the recording and Quit?"));
-    sheet->setInformativeText(tr("Your current recording will be deleted. This action cannot be undone."));
-    QPushButton *cancel = sheet->addButton(tr("Cancel"), QMessageBox::RejectRole);
-    QPushButton *quit = sheet->addButton(tr("Quit"), QMessageBox::DestructiveRole);
-    sheet->setAccessibleName(sheet->text());
-    sheet->setAccessibleDescription(sheet->informativeText());
     cancel->setAccessibleDescription(tr("Keeps Lumex running with the recording"));
     quit->setAccessibleDescription(tr("Deletes the recording and quits Lumex"));
     sheet->setDefaultButton(cancel);
-    sheet->setEscapeButton(cancel);
     connect(sheet, &QMessageBox::finished, this, [this, sheet, quit] {
         // The alternate button answers 0, as the platform's sheets did.
         quitWarningSheetDidEnd(sheet->clickedButton() == quit ? 0 : 1);

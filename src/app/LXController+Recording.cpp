@@ -15,6 +15,16 @@ namespace {
 constexpr int kCountdownSeconds = 3;
 constexpr int kFlashMsec = 900;
 
+// The tick that stops may be the one running now: it goes once it is done.
+void stopTimer(QTimer *&timer)
+{
+    if (!timer)
+        return;
+    timer->stop();
+    timer->deleteLater();
+    timer = nullptr;
+}
+
 } // namespace
 
 void LXController::setTimerValue(const QString &value)
@@ -54,7 +64,7 @@ void LXController::recordPauseButtonClicked()
 
 void LXController::restartEverySecondTimer(int msec, void (LXController::*target)())
 {
-    delete m_everySecondTimer;
+    stopTimer(m_everySecondTimer);
     m_everySecondTimer = new QTimer(this);
     m_everySecondTimer->setInterval(msec);
     connect(m_everySecondTimer, &QTimer::timeout, this, target);
@@ -115,7 +125,7 @@ void LXController::updateToRecordingView(const std::optional<Error> &error)
     setState(State::Recording);
     m_window->setRecordPauseButtonVisible(true);
     m_recordPauseAction = RecordPauseAction::Pause;
-    dropTimer(m_everySecondTimer);
+    stopTimer(m_everySecondTimer);
     m_recordingTime->start();
     updateTimer();
     // Named for a second, yet ticks frameRate/2 times a second.
@@ -145,7 +155,7 @@ void LXController::pauseClicked()
     m_recordPauseAction = RecordPauseAction::Resume;
     m_window->setStartOverOffer(LXMainWindow::StartOverOffer::StartOver);
     m_window->setPublishOffer(LXMainWindow::PublishOffer::Publish);
-    dropTimer(m_everySecondTimer);
+    stopTimer(m_everySecondTimer);
     m_recordingTime->stop();
     updateTimer();
     setTimerTextHidden(true);
@@ -176,7 +186,7 @@ void LXController::resumeClicked()
     m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
     m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
     m_window->recordPage()->setRecordingStateVisible(false, true);
-    dropTimer(m_everySecondTimer);
+    stopTimer(m_everySecondTimer);
     m_recordingTime->start(); // continues from the time before the pause
     updateTimer();
     setTimerTextHidden(false);

@@ -2,12 +2,9 @@
 
 #include "CaptureDevicesController.h"
 #include "DeviceChooser.h"
-#include "DisplaySession.h"
 #include "GLScreenGrabController.h"
 #include "LXDefaultsKeys.h"
-#include "LXGlyphs.h"
 #include "LXMainWindow.h"
-#include "LXShortcutKeys.h"
 #include "LXUserDefaults.h"
 #include "LocalAgentRoute.h"
 #include "LocalCaptureRoute.h"
@@ -17,7 +14,6 @@
 #include <QAction>
 #include <QDir>
 #include <QFileDialog>
-#include <QPainter>
 
 namespace {
 
@@ -26,21 +22,6 @@ const QString kUniqueID = QStringLiteral("uniqueID");
 int pushDuration(Qt::KeyboardModifiers modifiers)
 {
     return modifiers.testFlag(Qt::ShiftModifier) ? 2000 : 400;
-}
-
-// The picture of the audio source: a large microphone on the dark stage.
-QImage audioPreviewImage()
-{
-    QImage image(640, 400, QImage::Format_ARGB32_Premultiplied);
-    image.fill(QColor(8, 8, 10));
-    QPainter p(&image);
-    p.setRenderHint(QPainter::Antialiasing);
-    QRadialGradient glow(QPointF(320, 200), 220);
-    glow.setColorAt(0, QColor(60, 62, 72));
-    glow.setColorAt(1, QColor(8, 8, 10));
-    p.fillRect(image.rect(), glow);
-    LXGlyphs::draw(p, LXGlyphs::Glyph::Microphone, QRectF(230, 110, 180, 180), QColor(235, 235, 240));
-    return image;
 }
 
 DeviceChooser::Source chooserSource(LXController::Mode mode)
@@ -78,13 +59,12 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
 
     setMode(mode);
     RecordPage *page = m_window->recordPage();
+    page->setHotkeySuggestion(QString());
     if (mode == Mode::Video) {
         page->setRemotePreview(QImage());
         page->setScreenPreviewImage(QImage());
-        page->setHotkeySuggestion(QString());
     } else if (mode == Mode::Audio) {
-        page->setScreenPreviewImage(audioPreviewImage());
-        page->setHotkeySuggestion(QString());
+        page->showSoundPicture();
     } else {
         setLocalRecordingChosen(true);
         page->setScreenPreviewImage(QImage());
@@ -97,15 +77,7 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
             if (error)
                 alertUserToError(*error);
         });
-        if (DisplaySession::isWayland()) {
-            page->setHotkeySuggestion(tr("Use the Recording menu to start or pause recording: this "
-                                         "desktop offers no key that works in any application."));
-        } else {
-            LXUserDefaults &defaults = LXUserDefaults::standard();
-            const QString key = LXShortcutDisplayString(int(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyCode)),
-                quint32(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyModifiers)));
-            page->setHotkeySuggestion(tr("Press %1 in any application to start or pause recording.").arg(key));
-        }
+        page->suggestRecordPauseKey();
     }
     m_window->showRecordPage(pushDuration(modifiers));
     rebuildInputDevicesList();
@@ -246,33 +218,6 @@ void LXController::tearDownLocalCameraAndMicrophone()
 
 void LXController::writeSelectedDevicesToDefaults()
 {
-    QVariantMap selection;
-    const QVariantMap camera = m_job ? m_job->camera() : QVariantMap();
-    const QString microphone = m_job ? m_job->localAudioDeviceName() : QString();
-    auto put = [&selection](const QString &key, const QVariant &value) {
-        if (!value.isNull())
-            selection.insert(key, value);
-    };
-    switch (m_mode) {
-    case Mode::Video:
-    case Mode::Audio:
-        selection.insert(QStringLiteral("isLocalRecording"), m_localRecordingChosen);
-        if (m_localRecordingChosen) {
-            if (m_mode == Mode::Video)
-                put(QStringLiteral("camera"), camera.value(kUniqueID));
-            put(QStringLiteral("microphone"), microphone);
-        } else {
-            put(QStringLiteral("camera"), camera.value(QStringLiteral("name")));
-        }
-        break;
-    case Mode::Screen:
-        put(QStringLiteral("microphone"), microphone);
-        break;
-    case Mode::File:
-    case Mode::NoSource:
-        break;
-    }
-    LXUserDefaults &defaults = LXUserDefaults::standard();
-    defaults.setValue(selection, LXDefaultsKeys::lastDeviceSelectionFor(currentModeString()));
-    defaults.synchronize();
+    m_devices->writeSelectionToDefaults(chooserSource(m_mode), currentModeString(), m_localRecordingChosen,
+        m_job ? m_job->camera() : QVariantMap(), m_job ? m_job->localAudioDeviceName() : QString());
 }

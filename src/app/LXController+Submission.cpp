@@ -6,6 +6,8 @@
 #include "LXUserDefaults.h"
 #include "MetadataPage.h"
 #include "RecordPage.h"
+#include "RemoteCameraPreviews.h"
+#include "Sheets.h"
 #include "TransfersController.h"
 
 #include <QApplication>
@@ -47,8 +49,7 @@ void LXController::submitClicked()
         m_window->metadataPage()->setTitlePlaceholderImageVisible(true);
         return;
     }
-    dropTimer(m_remoteCameraSnapshotRefreshTimer);
-    dropTimer(m_selectedRemoteCameraPreviewUpdateTimer);
+    m_previews->stopRefreshing();
 
     // Files chosen on disk have no route: they are handed over as they are.
     const bool uploadFollows = m_mode == Mode::File || (m_route && m_route->recordsOnThisComputer());
@@ -79,8 +80,8 @@ void LXController::submitClicked()
     m_window->donePage()->setNewPodcastButtonVisible(true);
     // Said before the server answers; a failure comes later as an alert.
     if (uploadFollows) {
-        if (m_transfersController)
-            m_transfersController->startPollingSubmissions();
+        if (transfersController())
+            transfersController()->startPollingSubmissions();
         setSubmittedStatus(tr("Your podcast is being submitted."));
     } else {
         setSubmittedStatus(tr("Your podcast has been successfully submitted."));
@@ -91,20 +92,22 @@ void LXController::submitClicked()
 
 void LXController::updateSubmissionStatus()
 {
-    if (m_job && m_transfersController && !m_job->uploadUUID().isNull())
-        notifyIfWatchedUploadEnded(m_transfersController->transferForUUID(m_job->uploadUUID()));
-    if (m_currentJobCompletedUploading || !m_job || m_job->uploadUUID().isNull() || !m_transfersController)
+    TransfersController *transfers = transfersController();
+    if (!m_job || m_job->uploadUUID().isNull() || !transfers)
         return;
-    const QString status = m_transfersController->transferStatusForUUID(m_job->uploadUUID());
+    notifyIfWatchedUploadEnded(transfers->transferForUUID(m_job->uploadUUID()));
+    if (m_currentJobCompletedUploading)
+        return;
+    const QString status = transfers->transferStatusForUUID(m_job->uploadUUID());
     if (status.isNull() || status == QLatin1String("pending") || status == QLatin1String("uploading")) {
         setSubmittedStatus(tr("Your podcast is being submitted."));
     } else if (status == QLatin1String("completed")) {
         setSubmittedStatus(tr("Your podcast has been successfully submitted."));
         m_currentJobCompletedUploading = true;
-        m_transfersController->stopPollingSubmissions();
+        transfers->stopPollingSubmissions();
     } else if (status == QLatin1String("error")) {
         setSubmittedStatus(tr("There was an error submitting your podcast."));
-        m_transfersController->stopPollingSubmissions();
+        transfers->stopPollingSubmissions();
     } else {
         setSubmittedStatus(QString());
     }
@@ -113,8 +116,8 @@ void LXController::updateSubmissionStatus()
 void LXController::newPodcastClicked(Qt::KeyboardModifiers modifiers)
 {
     m_window->hide();
-    if (m_transfersController)
-        m_transfersController->stopPollingSubmissions();
+    if (transfersController())
+        transfersController()->stopPollingSubmissions();
     m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
     m_window->donePage()->setNewPodcastButtonVisible(false);
     m_window->setRecordPauseButtonVisible(false);
@@ -129,18 +132,12 @@ void LXController::startOverClicked()
 {
     if (m_startOverSheet)
         return;
-    auto *sheet = new QMessageBox(m_window.get());
+    QPushButton *startOver = nullptr, *cancel = nullptr;
+    QMessageBox *sheet = Sheets::deletionQuestion(
+        m_window.get(), tr("Delete recording and Start Over?"), &startOver, tr("Start Over"), &cancel);
     m_startOverSheet = sheet;
     sheet->setObjectName(QStringLiteral("startOverSheet"));
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->setWindowModality(Qt::WindowModal);
-    sheet->setIcon(QMessageBox::Critical);
-    sheet->setText(tr("Delete recording and Start Over?"));
-    sheet->setInformativeText(tr("Your current recording will be deleted. This action cannot be undone."));
-    QPushButton *startOver = sheet->addButton(tr("Start Over"), QMessageBox::DestructiveRole);
-    QPushButton *cancel = sheet->addButton(tr("Cancel"), QMessageBox::RejectRole);
     sheet->setDefaultButton(startOver);
-    sheet->setEscapeButton(cancel);
     connect(sheet, &QMessageBox::finished, this, [this, sheet, startOver] {
         // The default button answers 1, as the platform's sheets did.
         startOverSheetDidEnd(sheet->clickedButton() == startOver ? 1 : 0);

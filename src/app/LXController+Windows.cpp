@@ -1,43 +1,18 @@
 #include "LXController.h"
 
-#include "CameraConfigController.h"
-#include "CaptureDevicesController.h"
 #include "DesktopNotifier.h"
 #include "DeviceChooser.h"
 #include "DonePage.h"
 #include "InterruptedRecordings.h"
 #include "LXMainWindow.h"
 #include "MetadataPage.h"
-#include "PreferencesController.h"
 #include "RecordPage.h"
 #include "RemoteCameraPreviews.h"
+#include "SecondaryWindows.h"
 #include "SourceChooserPage.h"
 #include "TransfersController.h"
 
 #include <QApplication>
-#include <QScreen>
-#include <QTimer>
-
-namespace {
-
-void centre(QWidget *window)
-{
-    const QScreen *screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    QRect frame = window->frameGeometry();
-    frame.moveCenter(screen->availableGeometry().center());
-    window->move(frame.topLeft());
-}
-
-void bringToFront(QWidget *window)
-{
-    window->show();
-    window->raise();
-    window->activateWindow();
-}
-
-} // namespace
 
 void LXController::connectWindow()
 {
@@ -56,6 +31,7 @@ void LXController::connectWindow()
     connect(w, &LXMainWindow::closeRequested, this, [this] { m_window->hide(); });
     qApp->installEventFilter(this);
     connect(w, &LXMainWindow::quitRequested, this, &LXController::requestQuit);
+    connect(m_windows, &SecondaryWindows::quitRequested, this, &LXController::requestQuit);
     connect(w, &LXMainWindow::preferencesRequested, this, &LXController::showPreferencesWindow);
     connect(w, &LXMainWindow::transfersRequested, this, &LXController::showTransfersWindow);
     connect(w, &LXMainWindow::cameraConfigurationRequested, this, &LXController::configureLocalCamera);
@@ -115,81 +91,49 @@ void LXController::connectWindow()
 
 void LXController::configureLocalCamera()
 {
-    if (m_cameraConfigController) {
-        m_cameraConfigController->window()->raise();
-        m_cameraConfigController->window()->activateWindow();
-        return;
-    }
-    m_cameraConfigController = new CameraConfigController(this);
-    QWidget *window = m_cameraConfigController->window();
-    centre(window);
-    connect(m_cameraConfigController, &CameraConfigController::windowWillClose, this,
-        &LXController::cameraConfigWindowClosed);
-    window->show();
+    m_windows->configureLocalCamera();
 }
 
 void LXController::cameraConfigWindowClosed()
 {
-    if (m_cameraConfigController) {
-        disconnect(m_cameraConfigController, nullptr, this, nullptr);
-        m_cameraConfigController->deleteLater();
-        m_cameraConfigController = nullptr;
-    }
-    // Binding may have taken or freed devices.
-    m_captureDevicesController->refreshDevices();
+    m_windows->cameraConfigWindowClosed();
 }
 
 void LXController::showPreferencesWindow()
 {
-    const bool first = !m_preferencesController;
-    if (first) {
-        m_preferencesController = new PreferencesController(this);
-        connect(m_preferencesController, &PreferencesController::quitRequested, this, &LXController::requestQuit);
-    }
-    QWidget *window = m_preferencesController->window();
-    if (first)
-        centre(window);
-    bringToFront(window);
+    m_windows->showPreferencesWindow();
 }
 
 void LXController::showTransfersWindow()
 {
-    // Once closed, the transfers window is gone for the rest of the run:
-    // the request then goes to no one, as it always has.
-    if (!m_transfersController)
-        return;
-    bringToFront(m_transfersController->window());
-    m_transfersController->startPollingSubmissions();
-    connect(m_transfersController, &TransfersController::windowWillClose, this, &LXController::transfersWindowClosed,
-        Qt::UniqueConnection);
+    m_windows->showTransfersWindow();
 }
 
 void LXController::transfersWindowClosed()
 {
-    if (!m_transfersController)
-        return;
-    disconnect(m_transfersController, nullptr, this, nullptr);
-    m_transfersController->deleteLater();
-    m_transfersController = nullptr;
+    m_windows->transfersWindowClosed();
+}
+
+CameraConfigController *LXController::cameraConfigController() const
+{
+    return m_windows->cameraConfigController();
+}
+
+PreferencesController *LXController::preferencesController() const
+{
+    return m_windows->preferencesController();
+}
+
+TransfersController *LXController::transfersController() const
+{
+    return m_windows->transfersController();
 }
 
 void LXController::notifyIfWatchedUploadEnded(const QVariantMap &upload)
 {
-    const QString uuid = upload.value(QStringLiteral("upload_uuid")).toString();
-    const QString status = upload.value(QStringLiteral("status")).toString();
-    const bool completed = status == QLatin1String("completed");
-    // An open transfers window keeps polling after the end: one notice each.
-    if (uuid.isEmpty() || (!completed && status != QLatin1String("error")) || m_notifiedUploads.contains(uuid))
-        return;
-    m_notifiedUploads.insert(uuid);
-    const QVariantMap metadata = upload.value(QStringLiteral("metadata")).toMap();
-    QString title
-        = metadata.value(QStringLiteral("Title"), metadata.value(QStringLiteral("UserMetadata_Title"))).toString();
-    if (title.isEmpty() && m_job)
-        title = m_job->title();
     if (!m_notifier)
         m_notifier = new DesktopNotifier(this);
-    m_notifier->notifyUploadEnded(title, completed);
+    m_notifier->notifyIfUploadEnded(upload, m_job ? m_job->title() : QString());
 }
 
 std::shared_ptr<OrvaneServerInterface> LXController::signedInServer()
@@ -205,8 +149,8 @@ void LXController::transferWasRetried(const QString &failedUUID, const QString &
         return;
     m_job->setUploadUUID(newUUID);
     m_currentJobCompletedUploading = false;
-    if (m_transfersController)
-        m_transfersController->startPollingSubmissions();
+    if (TransfersController *transfers = transfersController())
+        transfers->startPollingSubmissions();
 }
 
 void LXController::lookForInterruptedRecordings()

@@ -12,9 +12,9 @@
 #include "LXUserDefaults.h"
 #include "MetadataPage.h"
 #include "PreferencesController.h"
+#include "SecondaryWindows.h"
 #include "RecordPage.h"
 #include "RemoteCameraPreviews.h"
-#include "TransfersController.h"
 
 #include <QApplication>
 #include <QHash>
@@ -47,8 +47,7 @@ LXController::LXController()
     m_screenGrabController = std::make_unique<GLScreenGrabController>();
     m_captureDevicesController = new CaptureDevicesController(this);
     m_captureDevicesController->setController(this);
-    m_transfersController = new TransfersController(this);
-    m_transfersController->setController(this);
+    m_windows = new SecondaryWindows(this, m_captureDevicesController, this);
     m_localRecordingChosen = false;
 
     m_window = std::make_unique<LXMainWindow>();
@@ -62,7 +61,6 @@ LXController::LXController()
 LXController::~LXController()
 {
     LXNotificationCenter::defaultCenter().removeObserver(this);
-    delete m_preferencesController;
     if (m_captureDevicesController)
         m_captureDevicesController->setController(nullptr);
     m_route.reset();
@@ -287,22 +285,14 @@ void LXController::resetJobAndRecordingState()
         m_recordingTime->reset();
     setTimerTextHidden(false);
     setTimerValue(QString());
-    for (QTimer **timer :
-        { &m_everySecondTimer, &m_remoteCameraSnapshotRefreshTimer, &m_selectedRemoteCameraPreviewUpdateTimer })
-        dropTimer(*timer);
+    if (m_everySecondTimer)
+        m_everySecondTimer->deleteLater();
+    m_everySecondTimer = nullptr;
+    m_previews->stopRefreshing();
     delete m_countdownView;
     m_window->metadataPage()->setTitlePlaceholderImageVisible(false);
     m_window->metadataPage()->setMetadata(job->title(), job->jobDescription());
     updateWorkflowPopUp();
-}
-
-void LXController::dropTimer(QTimer *&timer)
-{
-    if (!timer)
-        return;
-    timer->stop();
-    timer->deleteLater();
-    timer = nullptr;
 }
 
 void LXController::updateWorkflowPopUp()

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "CameraConfigController.h"
 #include "CaptureDevicesController.h"
 #include "CountdownView.h"
 #include "Credentials.h"
@@ -8,10 +7,9 @@
 #include "LXLoginPanelController.h"
 #include "OrvaneServerInterface.h"
 #include "PodcastJob.h"
-#include "PreferencesController.h"
 #include "RecordingRoute.h"
 #include "StopWatch.h"
-#include "TransfersController.h"
+#include "TransfersControllerDelegate.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
@@ -23,14 +21,18 @@
 #include <memory>
 #include <optional>
 
+class CameraConfigController;
 class DeviceChooser;
 class GLScreenGrabController;
 class InputDeviceMenu;
 class InterruptedRecordings;
+class PreferencesController;
 class LXMainWindow;
 class QAction;
 class QTimer;
 class RemoteCameraPreviews;
+class SecondaryWindows;
+class TransfersController;
 
 // The spine of the application: the main window's controller and the
 // application's delegate. It keeps the two values everything else is derived
@@ -132,11 +134,11 @@ public:
 
     LXMainWindow *window() const { return m_window.get(); }
     LXUserLoginPanelController *loginPanel() const { return m_loginPanel; }
-    QTimer *remoteCameraSnapshotRefreshTimer() const { return m_remoteCameraSnapshotRefreshTimer; }
-    QTimer *selectedRemoteCameraPreviewUpdateTimer() const { return m_selectedRemoteCameraPreviewUpdateTimer; }
-    TransfersController *transfersController() const { return m_transfersController; }
-    PreferencesController *preferencesController() const { return m_preferencesController; }
-    CameraConfigController *cameraConfigController() const { return m_cameraConfigController; }
+    QTimer *remoteCameraSnapshotRefreshTimer() const;
+    QTimer *selectedRemoteCameraPreviewUpdateTimer() const;
+    TransfersController *transfersController() const;
+    PreferencesController *preferencesController() const;
+    CameraConfigController *cameraConfigController() const;
     CaptureDevicesController *captureDevicesController() const override { return m_captureDevicesController; }
     DeviceChooser *deviceChooser() const { return m_devices; }
 
@@ -282,14 +284,14 @@ private:
     // The way the chosen device records; it decides localRecordingChosen.
     void setRoute(std::unique_ptr<RecordingRoute> route);
     void showChosenRemoteCameraPreview();
+    // The server camera the job records with; null for none or a local one.
+    QString chosenRemoteCameraName() const;
     void maybeLastWindowClosed();
     void setTimerValue(const QString &value);
     void setTimerTextHidden(bool hidden);
     void setWaitingOnRecordOrPauseResponse(bool waiting);
     void recordPauseButtonClicked();
     void restartEverySecondTimer(int msec, void (LXController::*target)());
-    // Stops a timer of the record page and forgets it.
-    static void dropTimer(QTimer *&timer);
     void setSubmittedStatus(const QString &text);
     void publishRecoveredRecording(const QString &path, const QDateTime &started, const QDateTime &interrupted);
 
@@ -307,13 +309,9 @@ private:
     std::shared_ptr<OrvaneServerInterface> m_server;
     std::unique_ptr<RecordingRoute> m_route;
     QTimer *m_everySecondTimer = nullptr;
-    QTimer *m_remoteCameraSnapshotRefreshTimer = nullptr;
-    QTimer *m_selectedRemoteCameraPreviewUpdateTimer = nullptr;
-    QPointer<CameraConfigController> m_cameraConfigController;
     std::unique_ptr<GLScreenGrabController> m_screenGrabController;
     QPointer<CaptureDevicesController> m_captureDevicesController;
-    QPointer<PreferencesController> m_preferencesController;
-    QPointer<TransfersController> m_transfersController;
+    SecondaryWindows *m_windows = nullptr;
     DeviceChooser *m_devices = nullptr;
     RemoteCameraPreviews *m_previews = nullptr;
     InterruptedRecordings *m_interruptedRecordings = nullptr;
@@ -323,7 +321,6 @@ private:
     QPointer<QFileDialog> m_openPanel;
     QPointer<CountdownView> m_countdownView;
     RecordPauseAction m_recordPauseAction = RecordPauseAction::Record;
-    QSet<QString> m_notifiedUploads;
     // The interrupted recording now on the metadata page, if any.
     QString m_recoveredRecording;
     bool m_currentJobCompletedUploading = false;

@@ -2,6 +2,11 @@
 
 #include "AudioLevelMeter.h"
 #include "CaptureVideoPreviewWidget.h"
+#include "DisplaySession.h"
+#include "LXDefaultsKeys.h"
+#include "LXGlyphs.h"
+#include "LXShortcutKeys.h"
+#include "LXUserDefaults.h"
 #include "LXTimerBackgroundView.h"
 #include "PageWidgets.h"
 #include "VKPopUpButton.h"
@@ -10,6 +15,7 @@
 #include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 #include <QImage>
+#include <QPainter>
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
 
@@ -211,4 +217,32 @@ void RecordPage::setTimerText(const QString &text)
 void RecordPage::setTimerTextHidden(bool hidden)
 {
     m_timer->setStyleSheet(hidden ? QStringLiteral("color: transparent;") : QStringLiteral("color: #f4f4f6;"));
+}
+
+void RecordPage::suggestRecordPauseKey()
+{
+    if (DisplaySession::isWayland()) {
+        setHotkeySuggestion(tr("Use the Recording menu to start or pause recording: this "
+                               "desktop offers no key that works in any application."));
+        return;
+    }
+    LXUserDefaults &defaults = LXUserDefaults::standard();
+    const QString key = LXShortcutDisplayString(int(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyCode)),
+        quint32(defaults.valueForLumexKey(LXDefaultsKeys::GlobalKeyModifiers)));
+    setHotkeySuggestion(tr("Press %1 in any application to start or pause recording.").arg(key));
+}
+
+void RecordPage::showSoundPicture()
+{
+    QImage image(640, 400, QImage::Format_ARGB32_Premultiplied);
+    image.fill(QColor(8, 8, 10));
+    QPainter p(&image);
+    p.setRenderHint(QPainter::Antialiasing);
+    QRadialGradient glow(QPointF(320, 200), 220);
+    glow.setColorAt(0, QColor(60, 62, 72));
+    glow.setColorAt(1, QColor(8, 8, 10));
+    p.fillRect(image.rect(), glow);
+    LXGlyphs::draw(p, LXGlyphs::Glyph::Microphone, QRectF(230, 110, 180, 180), QColor(235, 235, 240));
+    p.end();
+    setScreenPreviewImage(image);
 }

@@ -39,6 +39,11 @@ public:
     // The screen or audio picture; null hides it.
     void setScreenPreviewImage(const QImage &image);
     void setHotkeySuggestion(const QString &text);
+    // The key that records or pauses from any application, or where a
+    // desktop offers none, the menu to use instead.
+    void suggestRecordPauseKey();
+    // The picture of sound: a large microphone on the dark stage.
+    void showSoundPicture();
     // A local camera's live picture over the preview; null ends it.
     void showLocalPreview(const std::shared_ptr<CaptureSession> &session);
     // A chosen microphone's level beside the devices; null hides the meter.

@@ -6,6 +6,7 @@
 #include <QAuthenticator>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTimer>
 #include <QUrl>
 
 namespace {
@@ -269,4 +270,47 @@ QImage RemoteCameraPreviews::snapshotOfCameraNamed(const QString &name) const
             return QImage::fromData(camera.value(kPreviewData).toByteArray());
     }
     return QImage();
+}
+
+void RemoteCameraPreviews::startRefreshing(std::function<bool()> wanted, std::function<QString()> chosenCamera)
+{
+    stopRefreshing();
+    m_wanted = std::move(wanted);
+    m_chosenCamera = std::move(chosenCamera);
+    auto repeat = [this](int milliseconds, void (RemoteCameraPreviews::*tick)()) {
+        auto *timer = new QTimer(this);
+        timer->setInterval(milliseconds);
+        connect(timer, &QTimer::timeout, this, tick);
+        timer->start();
+        (this->*tick)();
+        return timer;
+    };
+    m_refreshTimer = repeat(2000, &RemoteCameraPreviews::refreshIfWanted);
+    m_chosenCameraUpdateTimer = repeat(5000, &RemoteCameraPreviews::requestUpdateOfChosenCamera);
+}
+
+void RemoteCameraPreviews::stopRefreshing()
+{
+    for (QTimer **timer : { &m_refreshTimer, &m_chosenCameraUpdateTimer }) {
+        if (*timer) {
+            (*timer)->stop();
+            (*timer)->deleteLater();
+            *timer = nullptr;
+        }
+    }
+}
+
+void RemoteCameraPreviews::refreshIfWanted()
+{
+    if (!m_wanted || m_wanted())
+        refreshAllCameraPreviewImages();
+}
+
+void RemoteCameraPreviews::requestUpdateOfChosenCamera()
+{
+    if (!m_session || (m_wanted && !m_wanted()) || !m_chosenCamera)
+        return;
+    const QString name = m_chosenCamera();
+    if (!name.isNull())
+        m_session->requestPreviewUpdateForCameraName(name);
 }

@@ -4,12 +4,14 @@
 #include <QObject>
 #include <QVariantList>
 
+#include <functional>
 #include <memory>
 
 class OrvaneServerInterface;
 class QAuthenticator;
 class QNetworkAccessManager;
 class QNetworkReply;
+class QTimer;
 class QUrl;
 
 // The server's cameras and their snapshots, downloaded over HTTPS from each
@@ -43,6 +45,17 @@ public:
     // The last snapshot of the camera named `name`; null when there is none.
     QImage snapshotOfCameraNamed(const QString &name) const;
 
+    // Every 2 s the snapshots are downloaded again, and every 5 s the server
+    // is asked to take a new one of the chosen camera (`chosenCamera`, null
+    // for none), while `wanted` says so: a recording made on this computer
+    // needs none of it.
+    void startRefreshing(std::function<bool()> wanted, std::function<QString()> chosenCamera);
+    void stopRefreshing();
+    QTimer *refreshTimer() const { return m_refreshTimer; }
+    QTimer *chosenCameraUpdateTimer() const { return m_chosenCameraUpdateTimer; }
+    void refreshIfWanted();
+    void requestUpdateOfChosenCamera();
+
 signals:
     // A download of the camera named `name` ended, with a picture or not.
     void snapshotChanged(const QString &name);
@@ -61,4 +74,8 @@ private:
     QVariantList m_remoteCameras;
     std::shared_ptr<OrvaneServerInterface> m_session;
     QNetworkAccessManager *m_network = nullptr;
+    QTimer *m_refreshTimer = nullptr;
+    QTimer *m_chosenCameraUpdateTimer = nullptr;
+    std::function<bool()> m_wanted;
+    std::function<QString()> m_chosenCamera;
 };

@@ -42,3 +42,18 @@ void DesktopNotifier::notify(const QString &summary, const QString &body)
         finished->deleteLater();
     });
 }
+
+void DesktopNotifier::notifyIfUploadEnded(const QVariantMap &upload, const QString &fallbackTitle)
+{
+    const QString uuid = upload.value(QStringLiteral("upload_uuid")).toString();
+    const QString status = upload.value(QStringLiteral("status")).toString();
+    const bool completed = status == QLatin1String("completed");
+    // An open transfers window keeps polling after the end: one notice each.
+    if (uuid.isEmpty() || (!completed && status != QLatin1String("error")) || m_notifiedUploads.contains(uuid))
+        return;
+    m_notifiedUploads.insert(uuid);
+    const QVariantMap metadata = upload.value(QStringLiteral("metadata")).toMap();
+    const QString title
+        = metadata.value(QStringLiteral("Title"), metadata.value(QStringLiteral("UserMetadata_Title"))).toString();
+    notifyUploadEnded(title.isEmpty() ? fallbackTitle : title, completed);
+}

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <QString>
+#include <QVariantMap>
 
 // Tells the user through the desktop's notification service (the
 // freedesktop one on the session bus) how an upload ended, so a long upload
@@ -20,5 +22,12 @@ public:
 
     // The upload titled `title` was completed, or ended in an error.
     void notifyUploadEnded(const QString &title, bool completed);
+    // Notifies once per upload when `upload` (a record of the upload list)
+    // has completed or failed; an upload whose metadata has no title is
+    // named `fallbackTitle`.
+    void notifyIfUploadEnded(const QVariantMap &upload, const QString &fallbackTitle);
     void notify(const QString &summary, const QString &body);
+
+private:
+    QSet<QString> m_notifiedUploads;
 };
