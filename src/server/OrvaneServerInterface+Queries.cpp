@@ -2,6 +2,7 @@
 
 #include "Format.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
 #include "PropertyList.h"
@@ -33,7 +34,7 @@ std::optional<QVariantList> OrvaneServerInterface::getWorkflowsError(Error *erro
         return std::nullopt;
     }
     try {
-        return listEntry(findPropertyList(output), QStringLiteral("workflows"));
+        return listEntry(findPropertyList(output), OrvaneKeys::Workflows);
     } catch (const PropertyList::ParseError &e) {
         Log::format(QStringLiteral("OrvaneServerInterface error. Could not parse workflows plist data. Reason: %@"),
             { e.what() });
@@ -53,7 +54,7 @@ std::optional<QVariantList> OrvaneServerInterface::getCamerasError(Error *error)
         return std::nullopt;
     }
     try {
-        return listEntry(findPropertyList(output), QStringLiteral("cameras"));
+        return listEntry(findPropertyList(output), OrvaneKeys::Cameras);
     } catch (const PropertyList::ParseError &e) {
         Log::format(
             QStringLiteral("OrvaneServerInterface error. Could not parse camera plist data. Reason: %@"), { e.what() });

@@ -5,6 +5,7 @@
 #include "LXUserDefaults.h"
 #include "LocalAgentTask.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
 
@@ -18,9 +19,9 @@ std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(
 {
     initialize();
     std::shared_ptr<OrvaneServerInterface> interface(new OrvaneServerInterface);
-    interface->m_user = credentials.value(QStringLiteral("user")).toString();
-    interface->m_password = credentials.value(QStringLiteral("password")).toString();
-    interface->m_server = credentials.value(QStringLiteral("server")).toString();
+    interface->m_user = credentials.value(OrvaneKeys::Credentials::User).toString();
+    interface->m_password = credentials.value(OrvaneKeys::Credentials::Password).toString();
+    interface->m_server = credentials.value(OrvaneKeys::Credentials::Server).toString();
     interface->m_job = job;
     return interface;
 }

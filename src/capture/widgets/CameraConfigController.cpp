@@ -7,6 +7,7 @@
 #include "Format.h"
 #include "InputDeviceMenu.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "OrvaneServerInterface.h"
 #include "PrivilegedLauncher.h"
 #include "QTCaptureDeviceAdditions.h"
@@ -98,12 +99,12 @@ void CameraConfigController::readAgentConfiguration(bool takeSelection)
         return;
     }
     if (!takeSelection) {
-        m_podcastServer->setCameraName(configuration->value(QStringLiteral("CameraName")).toString());
-        m_podcastServer->setServer(configuration->value(QStringLiteral("TunnelHost")).toString());
+        m_podcastServer->setCameraName(configuration->value(OrvaneKeys::Agent::CameraName).toString());
+        m_podcastServer->setServer(configuration->value(OrvaneKeys::Agent::TunnelHost).toString());
         return;
     }
     const auto indexOf = [](const QList<Entry> &list, const QVariant &configured) {
-        if (!configured.isValid() || configured.toString() == QLatin1String("Automatic"))
+        if (!configured.isValid() || configured.toString() == OrvaneKeys::Agent::Automatic)
             return 0;
         for (int index = 0; index < list.size(); ++index) {
             const auto *device = std::get_if<CaptureDevicePtr>(&list[index]);
@@ -112,8 +113,8 @@ void CameraConfigController::readAgentConfiguration(bool takeSelection)
         }
         return 0;
     };
-    m_selectedCameraIndex = indexOf(m_cameraList, configuration->value(QStringLiteral("RecordingVideoInput")));
-    m_selectedMicrophoneIndex = indexOf(m_microphoneList, configuration->value(QStringLiteral("RecordingAudioInput")));
+    m_selectedCameraIndex = indexOf(m_cameraList, configuration->value(OrvaneKeys::Agent::RecordingVideoInput));
+    m_selectedMicrophoneIndex = indexOf(m_microphoneList, configuration->value(OrvaneKeys::Agent::RecordingAudioInput));
 }
 
 QWidget *CameraConfigController::window()
@@ -272,8 +273,8 @@ void CameraConfigController::setSelectedCameraIndex(int index)
     refreshCameraAndMicrophonePreviews();
     if (isUnlocked()) {
         const CaptureDevicePtr camera = selectedCamera();
-        m_podcastServer->setGlobalAgentConfigValue(
-            camera ? camera->uniqueID() : QStringLiteral("Automatic"), QStringLiteral("VideoDevice"), m_authorization);
+        m_podcastServer->setGlobalAgentConfigValue(camera ? camera->uniqueID() : OrvaneKeys::Agent::Automatic,
+            OrvaneKeys::Agent::VideoDevice, m_authorization);
     }
 }
 
@@ -286,8 +287,8 @@ void CameraConfigController::setSelectedMicrophoneIndex(int index)
     refreshCameraAndMicrophonePreviews();
     if (isUnlocked()) {
         const CaptureDevicePtr microphone = selectedMicrophone();
-        m_podcastServer->setGlobalAgentConfigValue(microphone ? microphone->uniqueID() : QStringLiteral("Automatic"),
-            QStringLiteral("AudioDevice"), m_authorization);
+        m_podcastServer->setGlobalAgentConfigValue(microphone ? microphone->uniqueID() : OrvaneKeys::Agent::Automatic,
+            OrvaneKeys::Agent::AudioDevice, m_authorization);
     }
 }
 
