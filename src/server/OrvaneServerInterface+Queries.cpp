@@ -74,18 +74,18 @@ void OrvaneServerInterface::getCamerasForDelegate(QObject *delegate, ListCallbac
 
 void OrvaneServerInterface::runListQueryInBackground(ListQuery query, QObject *delegate, ListCallback didEnd)
 {
-    const QPointer<QObject> context(delegate);
+    using Answer = std::pair<std::optional<QVariantList>, std::optional<Error>>;
     auto self = shared_from_this();
-    runOnWorkerThread(
-        [self, query, context, didEnd] {
+    runInBackground(
+        delegate,
+        [self, query] {
             Error error;
-            const std::optional<QVariantList> list = (self.get()->*query)(&error);
-            const std::optional<Error> result = error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error);
-            deliverOnMainThread(context, [didEnd, list, result] { didEnd(list, result); });
+            std::optional<QVariantList> list = (self.get()->*query)(&error);
+            return Answer { std::move(list), error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error) };
         },
-        [context, didEnd](const QString &failure) {
-            const Error error { kServerInterfaceErrorDomain, -1, failure };
-            deliverOnMainThread(context, [didEnd, error] { didEnd(std::nullopt, error); });
+        [didEnd](const Answer &answer) { didEnd(answer.first, answer.second); },
+        [](const QString &failure) {
+            return Answer { std::nullopt, Error { kServerInterfaceErrorDomain, -1, failure } };
         });
 }
 
