@@ -64,7 +64,7 @@ private slots:
         QCOMPARE(controller.captureSession()->inputs().first()->device()->uniqueID(), QStringLiteral("test:cam1"));
         QVERIFY(!config().contains("VideoDevice"));
         controller.unlock();
-        QVERIFY(controller.isUnlocked());
+        QTRY_VERIFY(controller.isUnlocked());
         controller.setSelectedMicrophoneIndex(0);
         QTRY_COMPARE(config().value("AudioDevice"), QStringLiteral("Automatic"));
     }

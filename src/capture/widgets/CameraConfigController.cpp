@@ -22,15 +22,12 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPainterPath>
-#include <QProcess>
 #include <QPushButton>
 #include <QSysInfo>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include <cmath>
-
-#include <unistd.h>
 
 namespace {
 
@@ -86,8 +83,6 @@ CameraConfigController::CameraConfigController(QObject *parent)
 CameraConfigController::~CameraConfigController()
 {
     tearDownCaptureSession();
-    if (m_pkcheck)
-        m_pkcheck->kill();
 }
 
 void CameraConfigController::readAgentConfiguration(bool takeSelection)
@@ -494,34 +489,23 @@ void CameraConfigController::showAlert(QWidget *parent, const QString &message, 
 
 void CameraConfigController::unlock()
 {
-    if (isUnlocked() || m_pkcheck)
+    if (isUnlocked() || m_askingForRights)
         return;
-    // Where the helpers run directly (a sysroot, or root) polkit has no say.
+    // Where the helpers run directly (a sysroot, or root) polkit has no say,
+    // and the launcher allows at once.
     auto authorization = std::make_shared<Authorization>();
-    if (dynamic_cast<DirectLauncher *>(&authorization->launcher())) {
-        m_authorization = authorization;
-        updateLockedState();
-        return;
-    }
-    m_pkcheck = new QProcess(this);
-    connect(m_pkcheck, &QProcess::finished, this, [this, authorization](int status, QProcess::ExitStatus exit) {
-        if (exit == QProcess::NormalExit && status == 0)
+    m_askingForRights = true;
+    authorization->launcher().askRightToPerform(this, kAgentAction, [this, authorization](const ActionRight &right) {
+        m_askingForRights = false;
+        if (right.granted())
             m_authorization = authorization;
+        else if (right.status == PrivilegedLauncher::kCannotLaunch)
+            Log::format(QStringLiteral("Cannot ask polkit for rights: %@"), { right.reason });
         else
-            Log::format(QStringLiteral("Not authorised to configure the camera agent (pkcheck status %d)"), { status });
-        m_pkcheck->deleteLater();
+            Log::format(
+                QStringLiteral("Not authorised to configure the camera agent (pkcheck status %d)"), { right.status });
         updateLockedState();
     });
-    connect(m_pkcheck, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error != QProcess::FailedToStart)
-            return;
-        Log::format(QStringLiteral("Cannot ask polkit for rights: %@"), { m_pkcheck->errorString() });
-        m_pkcheck->deleteLater();
-        updateLockedState();
-    });
-    m_pkcheck->start(QStringLiteral("pkcheck"),
-        { QStringLiteral("--action-id"), kAgentAction, QStringLiteral("--process"), QString::number(::getpid()),
-            QStringLiteral("--allow-user-interaction") });
 }
 
 void CameraConfigController::lock()
