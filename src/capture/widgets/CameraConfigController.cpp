@@ -314,9 +314,11 @@ void CameraConfigController::refreshCameraAndMicrophonePreviews()
     // A muxed device chosen for both already gives its sound through the
     // camera's input.
     const bool soundThroughCamera = microphone && microphone->hasMediaType(MediaType::Muxed) && microphone == camera;
-    if (soundThroughCamera)
+    if (soundThroughCamera) {
         m_audioLevelTimer->stop();
-    if (!failed && microphone && !soundThroughCamera) {
+    } else if (microphone) {
+        // Taken even after the camera failed: the error so far stops the
+        // level timer of the preview before, as the microphone's own does.
         bool audioFailed = !microphone->open(&error);
         const auto input = std::make_shared<CaptureDeviceInput>(microphone);
         if (!audioFailed && microphone->hasMediaType(MediaType::Muxed)) {
@@ -326,10 +328,10 @@ void CameraConfigController::refreshCameraAndMicrophonePreviews()
             }
         }
         audioFailed = audioFailed || !m_captureSession->addInput(input, &error);
-        if (audioFailed) {
+        failed = failed || audioFailed;
+        if (failed) {
             m_audioLevelTimer->stop();
             Log::format(QStringLiteral("Error adding new audio input: %@"), { describeError(error) });
-            failed = true;
         } else if (!m_audioLevelTimer->isActive()) {
             m_audioLevelTimer->start();
         }
