@@ -1,6 +1,6 @@
 // The main thread's longest stall while the transfers window polls a queue
 // of 1,000 uploads in the bundled simulator: the tool's run alone, the first
-// poll (which makes the row views), the polls after it, and the longest gap
+// poll (which fills the list's model), the polls after it, and the longest gap
 // a 1 ms timer sees in the event loop while the window polls on its own.
 #include "OrvaneServerInterface.h"
 #include "PropertyList.h"
@@ -113,7 +113,7 @@ int main(int argc, char *argv[])
     std::printf("uploads in the queue: %d\n", kUploads);
     std::printf("tool run (--list_uploads + parse): median %.1f ms, worst %.1f ms of %d\n", tool[kRuns / 2],
         tool.back(), kRuns);
-    std::printf("first poll (makes %d row views): %.1f ms\n", kUploads, first);
+    std::printf("first poll (fills the list with %d rows): %.1f ms\n", kUploads, first);
     std::printf(
         "later polls: median %.1f ms, worst %.1f ms of %d (target <= 50 ms)\n", polls[kRuns / 2], polls.back(), kRuns);
     std::printf("longest main-thread stall while the window polls: %.1f ms\n", stall);

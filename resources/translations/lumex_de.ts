@@ -860,71 +860,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
 <context>
     <name>TransferCell</name>
     <message>
-        <source>'%@' by %@</source>
-        <translation>„%@“ von %@</translation>
-    </message>
-    <message>
-        <source>Pending</source>
-        <translation>Wartend</translation>
-    </message>
-    <message>
-        <source>Error</source>
-        <translation>Fehler</translation>
-    </message>
-    <message>
-        <source>Completed</source>
-        <translation>Abgeschlossen</translation>
-    </message>
-    <message>
-        <source>%d%% done — %@ remaining</source>
-        <translation>%d%% erledigt – noch %@</translation>
-    </message>
-    <message>
-        <source>%d%% done</source>
-        <translation>%d%% erledigt</translation>
-    </message>
-    <message>
-        <source>1 second</source>
-        <translation>1 Sekunde</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n seconds</source>
-        <translation>
-            <numerusform>%n Sekunde</numerusform>
-            <numerusform>%n Sekunden</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>1 minute</source>
-        <translation>1 Minute</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n minutes</source>
-        <translation>
-            <numerusform>%n Minute</numerusform>
-            <numerusform>%n Minuten</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>1 hour</source>
-        <translation>1 Stunde</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n hours</source>
-        <translation>
-            <numerusform>%n Stunde</numerusform>
-            <numerusform>%n Stunden</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Upload progress</source>
-        <translation>Upload-Fortschritt</translation>
-    </message>
-    <message>
-        <source>How much of the recording has been uploaded</source>
-        <translation>Wie viel der Aufnahme schon hochgeladen ist</translation>
-    </message>
-    <message>
         <source>Retry</source>
         <comment>button: upload again</comment>
         <translation>Erneut versuchen</translation>
@@ -943,10 +878,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Transfers</source>
         <translation>Übertragungen</translation>
-    </message>
-    <message>
-        <source>Transfer</source>
-        <translation>Übertragung</translation>
     </message>
     <message>
         <source>No Transfers</source>
@@ -1007,6 +938,74 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>The upload is sent again under the name you sign in with.</source>
         <translation>Der Upload wird erneut unter dem Namen gesendet, mit dem Sie sich anmelden.</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersModel</name>
+    <message>
+        <source>'%@' by %@</source>
+        <translation>„%@“ von %@</translation>
+    </message>
+    <message>
+        <source>Pending</source>
+        <translation>Wartend</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Completed</source>
+        <translation>Abgeschlossen</translation>
+    </message>
+    <message>
+        <source>%d%% done — %@ remaining</source>
+        <translation>%d%% erledigt – noch %@</translation>
+    </message>
+    <message>
+        <source>%d%% done</source>
+        <translation>%d%% erledigt</translation>
+    </message>
+    <message>
+        <source>1 second</source>
+        <translation>1 Sekunde</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconds</source>
+        <translation>
+            <numerusform>%n Sekunde</numerusform>
+            <numerusform>%n Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 Minute</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 Stunde</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>progress %1 %</source>
+        <translation>Fortschritt %1 %</translation>
+    </message>
+    <message>
+        <source>Press Return to retry the upload.</source>
+        <translation>Drücken Sie die Eingabetaste, um den Upload zu wiederholen.</translation>
     </message>
 </context>
 </TS>

@@ -108,11 +108,6 @@ QString LXUserDefaults::stringForKey(const QString &key) const
     return value.typeId() == QMetaType::QString ? value.toString() : QString();
 }
 
-QVariantMap LXUserDefaults::dictionaryForKey(const QString &key) const
-{
-    return objectForKey(key).toMap();
-}
-
 bool LXUserDefaults::synchronize()
 {
     std::lock_guard locker(m_mutex);

@@ -37,7 +37,6 @@ public:
 
     qint64 integerForKey(const QString &key) const;
     QString stringForKey(const QString &key) const;
-    QVariantMap dictionaryForKey(const QString &key) const;
 
     // Writes anything a failed write left pending; true when the file on disk
     // holds the store.

@@ -4,6 +4,7 @@
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "PropertyList.h"
 
@@ -88,16 +89,16 @@ int32_t OrvaneServerInterface::startLocalJob(LocalMode mode, PodcastJob *job, Er
     const QString word = modeWord(m);
     QString preset = QStringLiteral("Better");
     if (const auto configuration = localCameraAgentConfiguration()) {
-        const QString stored = configuration->value(QStringLiteral("RecordingCapturePreset")).toString();
+        const QString stored = configuration->value(OrvaneKeys::Agent::RecordingCapturePreset).toString();
         if (stored.startsWith(word))
             preset = stored.mid(stored.lastIndexOf(QLatin1Char(':')) + 1);
     }
     const QString audioDevice = job ? job->localAudioDeviceName() : QString();
-    const QString videoDevice = mode == LocalMode::Video && job ? job->camera().value(QStringLiteral("name")).toString()
-                                                                : QStringLiteral("Automatic");
-    setLocalAgentConfigValue(word + QLatin1Char(':') + preset, QStringLiteral("Capture"));
-    setLocalAgentConfigValue(audioDevice, QStringLiteral("AudioDevice"));
-    setLocalAgentConfigValue(videoDevice, QStringLiteral("VideoDevice"));
+    const QString videoDevice = mode == LocalMode::Video && job ? job->camera().value(OrvaneKeys::Name).toString()
+                                                                : OrvaneKeys::Agent::Automatic;
+    setLocalAgentConfigValue(word + QLatin1Char(':') + preset, OrvaneKeys::Agent::Capture);
+    setLocalAgentConfigValue(audioDevice, OrvaneKeys::Agent::AudioDevice);
+    setLocalAgentConfigValue(videoDevice, OrvaneKeys::Agent::VideoDevice);
 
     const QString spool = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath);
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
@@ -207,7 +208,7 @@ int32_t OrvaneServerInterface::submitAndDeleteJobFiles(PodcastJob *job, Error *e
 int32_t OrvaneServerInterface::submit(PodcastJob *job, bool deleteAfterwards, Error *error)
 {
     const auto paths = job ? job->movieFilePaths() : std::nullopt;
-    const QString workflow = job ? job->workflow().value(QStringLiteral("name")).toString() : QString();
+    const QString workflow = job ? job->workflow().value(OrvaneKeys::Name).toString() : QString();
     const QString dataFile = writeJobDataToFile(job, error);
     if (dataFile.isNull())
         return -1;

@@ -2,6 +2,7 @@
 
 #include "Format.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
 #include "PropertyList.h"
@@ -33,7 +34,7 @@ std::optional<QVariantList> OrvaneServerInterface::getWorkflowsError(Error *erro
         return std::nullopt;
     }
     try {
-        return listEntry(findPropertyList(output), QStringLiteral("workflows"));
+        return listEntry(findPropertyList(output), OrvaneKeys::Workflows);
     } catch (const PropertyList::ParseError &e) {
         Log::format(QStringLiteral("OrvaneServerInterface error. Could not parse workflows plist data. Reason: %@"),
             { e.what() });
@@ -53,7 +54,7 @@ std::optional<QVariantList> OrvaneServerInterface::getCamerasError(Error *error)
         return std::nullopt;
     }
     try {
-        return listEntry(findPropertyList(output), QStringLiteral("cameras"));
+        return listEntry(findPropertyList(output), OrvaneKeys::Cameras);
     } catch (const PropertyList::ParseError &e) {
         Log::format(
             QStringLiteral("OrvaneServerInterface error. Could not parse camera plist data. Reason: %@"), { e.what() });
@@ -73,18 +74,18 @@ void OrvaneServerInterface::getCamerasForDelegate(QObject *delegate, ListCallbac
 
 void OrvaneServerInterface::runListQueryInBackground(ListQuery query, QObject *delegate, ListCallback didEnd)
 {
-    const QPointer<QObject> context(delegate);
+    using Answer = std::pair<std::optional<QVariantList>, std::optional<Error>>;
     auto self = shared_from_this();
-    runOnWorkerThread(
-        [self, query, context, didEnd] {
+    runInBackground(
+        delegate,
+        [self, query] {
             Error error;
-            const std::optional<QVariantList> list = (self.get()->*query)(&error);
-            const std::optional<Error> result = error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error);
-            deliverOnMainThread(context, [didEnd, list, result] { didEnd(list, result); });
+            std::optional<QVariantList> list = (self.get()->*query)(&error);
+            return Answer { std::move(list), error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error) };
         },
-        [context, didEnd](const QString &failure) {
-            const Error error { kServerInterfaceErrorDomain, -1, failure };
-            deliverOnMainThread(context, [didEnd, error] { didEnd(std::nullopt, error); });
+        [didEnd](const Answer &answer) { didEnd(answer.first, answer.second); },
+        [](const QString &failure) {
+            return Answer { std::nullopt, Error { kServerInterfaceErrorDomain, -1, failure } };
         });
 }
 

@@ -1,17 +1,18 @@
 #include "OrvaneServerInterface.h"
 
 #include "Format.h"
+#include "OrvaneKeys.h"
 
 namespace {
 
 QString cameraNameOf(const PodcastJob *job)
 {
-    return job ? job->camera().value(QStringLiteral("name")).toString() : QString();
+    return job ? job->camera().value(OrvaneKeys::Name).toString() : QString();
 }
 
 QString workflowNameOf(const PodcastJob *job)
 {
-    return job ? job->workflow().value(QStringLiteral("name")).toString() : QString();
+    return job ? job->workflow().value(OrvaneKeys::Name).toString() : QString();
 }
 
 void setMissingCameraError(Error *error)

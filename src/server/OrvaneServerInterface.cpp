@@ -5,13 +5,9 @@
 #include "LXUserDefaults.h"
 #include "LocalAgentTask.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "ProcessRunner.h"
-
-#include <QMetaObject>
-
-#include <exception>
-#include <thread>
 
 std::shared_ptr<OrvaneServerInterface> OrvaneServerInterface::create(
     const Credentials &credentials, const std::shared_ptr<PodcastJob> &job)
@@ -100,18 +96,17 @@ void OrvaneServerInterface::performSelectorInBackgroundThread(
 void OrvaneServerInterface::runWithErrorInBackground(
     std::function<int32_t(Error *)> operation, QObject *delegate, JobCallback didEnd)
 {
-    const QPointer<QObject> context(delegate);
     auto self = shared_from_this();
-    runOnWorkerThread(
-        [self, operation, context, didEnd] {
+    runInBackground(
+        delegate,
+        [self, operation]() -> std::optional<Error> {
             Error error; // set when it has a domain
             operation(&error); // the status never reaches the delegate
-            const std::optional<Error> result = error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error);
-            deliverOnMainThread(context, [didEnd, result] { didEnd(result); });
+            return error.domain.isEmpty() ? std::nullopt : std::optional<Error>(error);
         },
-        [context, didEnd](const QString &failure) {
-            const Error error { kServerInterfaceErrorDomain, -1, failure };
-            deliverOnMainThread(context, [didEnd, error] { didEnd(error); });
+        std::move(didEnd),
+        [](const QString &failure) {
+            return std::optional<Error>(Error { kServerInterfaceErrorDomain, -1, failure });
         });
 }
 

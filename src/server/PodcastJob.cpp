@@ -1,6 +1,7 @@
 #include "PodcastJob.h"
 
 #include "Log.h"
+#include "OrvaneKeys.h"
 
 #include <cmath>
 
@@ -58,14 +59,14 @@ QVariantMap PodcastJob::submissionDictionary() const
     std::lock_guard locker(m_mutex);
     QVariantMap dictionary;
     if (!m_user.isNull())
-        dictionary.insert(QStringLiteral("Author"), m_user);
+        dictionary.insert(OrvaneKeys::Metadata::Author, m_user);
     if (!m_title.isNull())
-        dictionary.insert(QStringLiteral("Title"), m_title);
+        dictionary.insert(OrvaneKeys::Metadata::Title, m_title);
     if (!m_jobDescription.isNull())
-        dictionary.insert(QStringLiteral("Description"), m_jobDescription);
+        dictionary.insert(OrvaneKeys::Metadata::Description, m_jobDescription);
     if (m_startedAt.isValid())
-        dictionary.insert(QStringLiteral("Recording Started At"), wholeSecondsText(m_startedAt));
+        dictionary.insert(OrvaneKeys::Metadata::RecordingStartedAt, wholeSecondsText(m_startedAt));
     if (m_stoppedAt.isValid())
-        dictionary.insert(QStringLiteral("Recording Stopped At"), wholeSecondsText(m_stoppedAt));
+        dictionary.insert(OrvaneKeys::Metadata::RecordingStoppedAt, wholeSecondsText(m_stoppedAt));
     return dictionary;
 }

@@ -1,63 +1,46 @@
 #pragma once
 
-#include <QColor>
-#include <QString>
-#include <QVariantMap>
+#include <QPersistentModelIndex>
 #include <QWidget>
 
-#include <functional>
 #include <memory>
 
 namespace Ui {
 class TransferCell;
 }
 
-// The live view of one upload in the transfers list: the file's icon, the
-// title and its author, a progress bar and a status line. Values only flow
-// in; a field is touched only when its content changes, so a poll that
-// brings nothing new costs no relayout.
+// The live part of a row of the transfers list, over the row's right end:
+// the Retry button of a failed upload, a real button so that it takes the
+// keyboard focus and a screen reader names it. Only failed rows get one
+// (and rows a test or a screenshot asks for); the delegate paints the rest,
+// and the model's roles carry every row's texts to screen readers.
 class TransferCell final : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TransferCell)
 
 public:
-    explicit TransferCell(QWidget *parent = nullptr);
+    // Follows the row at `index` for as long as it is in the model.
+    explicit TransferCell(const QModelIndex &index, QWidget *parent = nullptr);
     ~TransferCell() override;
-
-    // A row of the transfers list; anything that is not a dictionary is
-    // ignored.
-    void setObjectValue(const QVariant &row);
-    // Selected rows of the active window take the palette's selected text.
-    void setHighlighted(bool highlighted);
 
     QString titleAndAuthor() const;
     QString status() const;
     int percentShown() const;
-    QString iconName() const { return m_iconName; }
-    QString uploadUUID() const { return m_uploadUUID; }
-
-    // A failed upload offers a retry unless `retryable` says no (one retried
-    // already, or being retried); asked again by updateRetryButton.
-    void setRetryablePredicate(std::function<bool(const QString &uploadUUID)> retryable);
-    void updateRetryButton();
-
-    // The status line of an upload record.
-    static QString statusLine(const QVariantMap &row);
-    // Seconds as a short human text ("about 3 minutes").
-    static QString durationText(qint64 seconds);
+    QString iconName() const;
+    QString uploadUUID() const;
+    QModelIndex index() const { return m_index; }
+    bool offersRetry() const;
+    // As wide as the button, shown or not, so the row's texts keep their
+    // place.
+    QSize sizeHint() const override;
 
 signals:
     void retryClicked();
 
 private:
-    void setTextColors(const QColor &title, const QColor &status);
+    void updateFromModel();
 
     std::unique_ptr<Ui::TransferCell> m_ui;
-    QString m_iconName;
-    QString m_uploadUUID;
-    bool m_failed = false;
-    std::function<bool(const QString &)> m_retryable;
-    QColor m_titleColor;
-    QColor m_statusColor;
+    QPersistentModelIndex m_index;
 };

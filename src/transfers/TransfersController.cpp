@@ -2,17 +2,19 @@
 
 #include "LXPanelWindow.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "OrvaneServerInterface.h"
 #include "PropertyList.h"
 #include "Threads.h"
 #include "TransferCell.h"
+#include "TransferRowDelegate.h"
+#include "TransfersModel.h"
 
 #include "ui_Transfers.h"
 
-#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
-#include <QHeaderView>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QMimeDatabase>
 #include <QTimer>
@@ -21,36 +23,14 @@
 
 #include <sys/stat.h>
 
-namespace {
-
-constexpr int kRowHeight = 58;
-
-// Keeps the row colours in step with the window's activation.
-class ActivationWatcher final : public QObject
-{
-public:
-    ActivationWatcher(QObject *parent, std::function<void()> changed)
-        : QObject(parent)
-        , m_changed(std::move(changed))
-    { }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::ActivationChange)
-            m_changed();
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    std::function<void()> m_changed;
-};
-
-} // namespace
+using namespace OrvaneKeys;
 
 TransfersController::TransfersController(QObject *parent)
     : QObject(parent)
-{ }
+    , m_model(new TransfersModel(this))
+{
+    m_model->setRetryablePredicate([this](const QString &uuid) { return !m_retriedUploads.contains(uuid); });
+}
 
 TransfersController::~TransfersController() = default;
 
@@ -62,23 +42,41 @@ QWidget *TransfersController::window()
     m_ui = std::make_unique<Ui::Transfers>();
     m_ui->setupUi(m_window.get());
     m_window->setObjectName(QStringLiteral("Transfers"));
-    QTableWidget *table = m_ui->transfersTableView;
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(kRowHeight);
+    QListView *list = m_ui->transfersTableView;
+    list->setModel(m_model);
+    list->setItemDelegate(new TransferRowDelegate(list));
     // The rows' dark grey texts need a light list under them, whatever the
     // look of the rest of the application.
-    QPalette list = table->palette();
-    list.setColor(QPalette::Base, Qt::white);
-    list.setColor(QPalette::AlternateBase, QColor(0xf2, 0xf2, 0xf4));
-    list.setColor(QPalette::Text, QColor::fromRgbF(0.2f, 0.2f, 0.2f));
-    table->setPalette(list);
+    QPalette colours = list->palette();
+    colours.setColor(QPalette::Base, Qt::white);
+    colours.setColor(QPalette::AlternateBase, QColor(0xf2, 0xf2, 0xf4));
+    colours.setColor(QPalette::Text, TransferRowDelegate::titleColor());
+    list->setPalette(colours);
     connect(m_ui->clearButton, &QPushButton::clicked, this, &TransfersController::clearTransfers);
-    connect(
-        table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TransfersController::updateRowColours);
-    m_window->installEventFilter(new ActivationWatcher(this, [this] { updateRowColours(); }));
+    // Return on a failed row retries it, as its button does.
+    list->installEventFilter(this);
+    connect(m_model, &TransfersModel::rowsInserted, this,
+        [this](const QModelIndex &, int first, int last) { addRetryButtons(first, last); });
+    connect(m_model, &TransfersModel::dataChanged, this,
+        [this](const QModelIndex &first, const QModelIndex &last) { addRetryButtons(first.row(), last.row()); });
+    connect(m_model, &TransfersModel::modelReset, this, [this] { addRetryButtons(0, m_model->rowCount() - 1); });
     connect(m_window.get(), &LXPanelWindow::willClose, this, &TransfersController::windowAboutToClose);
-    reloadTable({});
+    reloadTable();
     return m_window.get();
+}
+
+bool TransfersController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (m_ui && watched == m_ui->transfersTableView && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        const QModelIndex current = m_ui->transfersTableView->currentIndex();
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter)
+            && current.data(TransfersModel::RetryOfferedRole).toBool()) {
+            retryTransferAtRow(current.row());
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void TransfersController::startPollingSubmissions()
@@ -102,6 +100,7 @@ void TransfersController::stopPollingSubmissions()
     delete m_refreshTimer;
     m_refreshTimer = nullptr;
     m_transfers.reset();
+    m_transferKeys.clear();
     m_rows.clear();
 }
 
@@ -116,17 +115,20 @@ void TransfersController::windowAboutToClose()
 void TransfersController::refreshTransfers()
 {
     QVariantList rows;
+    QStringList keys;
     QHash<QString, CachedRow> madeRows;
     auto statuses = OrvaneServerInterface::transferStatuses();
     if (statuses) {
         rows.reserve(statuses->size());
+        keys.reserve(statuses->size());
         madeRows.reserve(statuses->size());
         // The tool's order, deliberately unsorted. The keys only find the
         // row made from the same record at the last poll: a long queue is
         // mostly finished uploads that stay as they were.
         for (const auto &[uuid, record] : *statuses) {
-            const QString metadataFile = record.toMap().value(QStringLiteral("cached_metadata_file")).toString();
+            const QString metadataFile = record.toMap().value(Upload::CachedMetadataFile).toString();
             const QVariant metadata = metadataForFile(metadataFile);
+            keys.append(uuid);
             const CachedRow cached = m_rows.value(uuid);
             if (cached.row.isValid() && cached.metadata == metadata && cached.record == record) {
                 rows.append(cached.row);
@@ -134,75 +136,68 @@ void TransfersController::refreshTransfers()
                 continue;
             }
             QVariantMap row = record.toMap();
-            row.insert(QStringLiteral("metadata"), metadata);
-            const QVariantList paths = row.value(QStringLiteral("content_paths")).toList();
+            row.insert(Upload::Metadata, metadata);
+            const QVariantList paths = row.value(Upload::ContentPaths).toList();
             if (!paths.isEmpty())
-                row.insert(QStringLiteral("fileIcon"), iconNameForFile(paths.first().toString()));
+                row.insert(TransfersModel::kFileIconKey, iconNameForFile(paths.first().toString()));
             rows.append(row);
             madeRows.insert(uuid, { record, metadata, rows.last() });
         }
     }
     m_rows = std::move(madeRows);
-    QVariantList previous = m_transfers.value_or(QVariantList());
+    const QVariantList previous = m_transfers.value_or(QVariantList());
     m_transfers = std::move(rows);
-    reloadTable(previous);
+    m_transferKeys = std::move(keys);
+    reloadTable();
     if (m_controller)
         m_controller->updateSubmissionStatus();
     // Freeing a thousand records' trees costs milliseconds of their own;
     // what this poll has left over goes on a worker thread (the shared data
     // counts its references atomically).
-    runOnWorkerThread([leftovers = std::make_tuple(std::move(statuses), std::move(previous))] {});
+    runOnWorkerThread([leftovers = std::make_tuple(std::move(statuses), previous)] {});
 }
 
-void TransfersController::reloadTable(const QVariantList &previous)
+void TransfersController::reloadTable()
 {
     if (!m_ui)
         return;
-    const qsizetype n = m_transfers ? m_transfers->size() : 0;
-    QTableWidget *table = m_ui->transfersTableView;
-    const int before = table->rowCount();
-    // Removed rows take their views with them; added rows get fresh ones.
-    if (before != n)
-        table->setRowCount(int(n));
-    for (int row = before; row < n; ++row)
-        table->setCellWidget(row, 0, newTransferCell());
-    for (int row = 0; row < n; ++row) {
-        // Most uploads of a long queue stay as they were between polls.
-        if (row >= before || row >= previous.size() || previous.at(row) != m_transfers->at(row))
-            cellForRow(row)->setObjectValue(m_transfers->at(row));
-    }
-    if (before != n)
-        updateRowColours();
-
+    m_model->setTransfers(m_transfers.value_or(QVariantList()), m_transferKeys);
+    const int n = m_model->rowCount();
     QString count;
     if (n < 1)
         count = tr("No Transfers");
     else if (n == 1)
         count = tr("1 Transfer");
     else
-        count = tr("%n Transfers", nullptr, int(n));
+        count = tr("%n Transfers", nullptr, n);
     if (m_ui->numberOfTransfersTextField->text() != count)
         m_ui->numberOfTransfersTextField->setText(count);
     m_ui->clearButton->setEnabled(n >= 1);
 }
 
-void TransfersController::updateRowColours()
+void TransfersController::addRetryButtons(int first, int last)
 {
     if (!m_ui)
         return;
-    QTableWidget *table = m_ui->transfersTableView;
-    const bool active = m_window->isActiveWindow();
-    const QItemSelectionModel *selection = table->selectionModel();
-    for (int row = 0; row < table->rowCount(); ++row) {
-        if (TransferCell *cell = cellForRow(row))
-            cell->setHighlighted(active && selection->isRowSelected(row, QModelIndex()));
+    for (int row = first; row <= last; ++row) {
+        const QModelIndex index = m_model->index(row);
+        if (index.data(TransfersModel::FailedRole).toBool() && !m_ui->transfersTableView->indexWidget(index))
+            addCell(index);
     }
+}
+
+TransferCell *TransfersController::addCell(const QModelIndex &index)
+{
+    auto *cell = new TransferCell(index);
+    connect(cell, &TransferCell::retryClicked, this, [this, cell] { retryTransferAtRow(cell->index().row()); });
+    m_ui->transfersTableView->setIndexWidget(index, cell);
+    return cell;
 }
 
 void TransfersController::clearTransfers()
 {
     OrvaneServerInterface::clearCompletedTransferStatuses();
-    reloadTable({});
+    // The rows themselves change at the next poll.
 }
 
 QString TransfersController::transferStatusForUUID(const QString &uuid) const
@@ -211,8 +206,8 @@ QString TransfersController::transferStatusForUUID(const QString &uuid) const
         return QString();
     for (const QVariant &row : *m_transfers) {
         const QVariantMap map = row.toMap();
-        if (map.value(QStringLiteral("upload_uuid")).toString() == uuid)
-            return map.value(QStringLiteral("status")).toString();
+        if (map.value(Upload::UUID).toString() == uuid)
+            return map.value(Upload::Status).toString();
     }
     return QString();
 }
@@ -223,23 +218,10 @@ QVariantMap TransfersController::transferForUUID(const QString &uuid) const
         return {};
     for (const QVariant &row : *m_transfers) {
         QVariantMap map = row.toMap();
-        if (map.value(QStringLiteral("upload_uuid")).toString() == uuid)
+        if (map.value(Upload::UUID).toString() == uuid)
             return map;
     }
     return {};
-}
-
-TransferCell *TransfersController::newTransferCell()
-{
-    auto *cell = new TransferCell;
-    cell->setRetryablePredicate([this](const QString &uuid) { return !m_retriedUploads.contains(uuid); });
-    connect(cell, &TransferCell::retryClicked, this, [this, cell] {
-        for (int row = 0; row < numberOfRows(); ++row) {
-            if (cellForRow(row) == cell)
-                retryTransferAtRow(row);
-        }
-    });
-    return cell;
 }
 
 void TransfersController::retryTransferAtRow(int row)
@@ -247,14 +229,13 @@ void TransfersController::retryTransferAtRow(int row)
     if (!m_transfers || row < 0 || row >= m_transfers->size())
         return;
     const QVariantMap transfer = m_transfers->at(row).toMap();
-    const QString uuid = transfer.value(QStringLiteral("upload_uuid")).toString();
-    if (transfer.value(QStringLiteral("status")).toString() != QLatin1String("error")
-        || m_retriedUploads.contains(uuid))
+    const QString uuid = transfer.value(Upload::UUID).toString();
+    if (transfer.value(Upload::Status).toString() != UploadStatus::Error || m_retriedUploads.contains(uuid))
         return;
     QStringList files;
-    for (const QVariant &path : transfer.value(QStringLiteral("content_paths")).toList())
+    for (const QVariant &path : transfer.value(Upload::ContentPaths).toList())
         files << path.toString();
-    const QString metadataFile = transfer.value(QStringLiteral("cached_metadata_file")).toString();
+    const QString metadataFile = transfer.value(Upload::CachedMetadataFile).toString();
     QStringList missing;
     if (files.isEmpty())
         missing << tr("(no file)");
@@ -276,31 +257,32 @@ void TransfersController::retryTransferAtRow(int row)
     }
     // The queue's own record names the workflow where the tool keeps it;
     // otherwise the one chosen now.
-    const QVariant recorded = transfer.value(QStringLiteral("workflow"));
-    QString workflow = recorded.typeId() == QMetaType::QVariantMap
-        ? recorded.toMap().value(QStringLiteral("name")).toString()
-        : recorded.toString();
+    const QVariant recorded = transfer.value(Upload::Workflow);
+    QString workflow
+        = recorded.typeId() == QMetaType::QVariantMap ? recorded.toMap().value(Name).toString() : recorded.toString();
     if (workflow.isEmpty() && server->job())
-        workflow = server->job()->workflow().value(QStringLiteral("name")).toString();
+        workflow = server->job()->workflow().value(Name).toString();
 
     m_retriedUploads.insert(uuid);
-    for (int r = 0; r < numberOfRows(); ++r)
-        cellForRow(r)->updateRetryButton();
-    const QPointer<QObject> context(this);
-    runOnWorkerThread(
-        [context, server, files, metadataFile, workflow, uuid] {
-            QString newUUID;
-            Error error;
-            const int32_t status = server->resubmitFiles(files, metadataFile, workflow, &newUUID, &error);
-            deliverOnMainThread(context, [context, uuid, status, newUUID, error] {
-                static_cast<TransfersController *>(context.data())->retryDidEnd(uuid, status, newUUID, error);
-            });
+    m_model->retryOffersChanged();
+    struct Outcome
+    {
+        int32_t status;
+        QString newUUID;
+        Error error;
+    };
+    runInBackground(
+        this,
+        [server, files, metadataFile, workflow] {
+            Outcome outcome;
+            outcome.status = server->resubmitFiles(files, metadataFile, workflow, &outcome.newUUID, &outcome.error);
+            return outcome;
         },
-        [context, uuid](const QString &failure) {
-            deliverOnMainThread(context, [context, uuid, failure] {
-                static_cast<TransfersController *>(context.data())
-                    ->retryDidEnd(uuid, -1, QString(), Error { kServerInterfaceErrorDomain, -1, failure });
-            });
+        [uuid](TransfersController *self, const Outcome &outcome) {
+            self->retryDidEnd(uuid, outcome.status, outcome.newUUID, outcome.error);
+        },
+        [](const QString &failure) {
+            return Outcome { -1, QString(), { kServerInterfaceErrorDomain, -1, failure } };
         });
 }
 
@@ -311,8 +293,7 @@ void TransfersController::retryDidEnd(
     // A failed run may still have queued the files: its upload is the retry.
     if (newUUID.isEmpty()) {
         m_retriedUploads.remove(failedUUID);
-        for (int r = 0; r < numberOfRows(); ++r)
-            cellForRow(r)->updateRetryButton();
+        m_model->retryOffersChanged();
     } else if (m_controller) {
         m_controller->transferWasRetried(failedUUID, newUUID);
     }
@@ -378,12 +359,17 @@ bool TransfersController::clearButtonEnabled() const
     return m_ui && m_ui->clearButton->isEnabled();
 }
 
-TransferCell *TransfersController::cellForRow(int row) const
+TransferCell *TransfersController::cellForRow(int row)
 {
-    return m_ui ? qobject_cast<TransferCell *>(m_ui->transfersTableView->cellWidget(row, 0)) : nullptr;
+    if (!m_ui || row < 0 || row >= m_model->rowCount())
+        return nullptr;
+    const QModelIndex index = m_model->index(row);
+    if (auto *cell = qobject_cast<TransferCell *>(m_ui->transfersTableView->indexWidget(index)))
+        return cell;
+    return addCell(index);
 }
 
 int TransfersController::numberOfRows() const
 {
-    return m_ui ? m_ui->transfersTableView->rowCount() : 0;
+    return m_ui ? m_model->rowCount() : 0;
 }

@@ -11,9 +11,11 @@
 #include <optional>
 
 class LXPanelWindow;
+class QModelIndex;
 class QTimer;
 class QWidget;
 class TransferCell;
+class TransfersModel;
 
 namespace Ui {
 class Transfers;
@@ -23,8 +25,9 @@ class Transfers;
 // every 2.0 s while the window is shown or while the application controller
 // follows a submission; each poll runs the tool synchronously on the main
 // thread, so everything after it is kept cheap: metadata files are read
-// again only when they change, icons come from the file name, and row views
-// are reused and touched only where their content changed.
+// again only when they change, icons come from the file name, and the list's
+// model makes a row's texts again only when its record changed. The list
+// paints its rows; a failed upload's row gets a live Retry button.
 class TransfersController final : public QObject
 {
     Q_OBJECT
@@ -62,11 +65,16 @@ public:
     // The window's parts, for the application's tests and screenshots.
     QString numberOfTransfersText() const;
     bool clearButtonEnabled() const;
-    TransferCell *cellForRow(int row) const;
+    // The live part of a row, made on first request where the row has none.
+    TransferCell *cellForRow(int row);
     int numberOfRows() const;
+    TransfersModel *model() const { return m_model; }
 
 signals:
     void windowWillClose();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     struct CachedMetadata
@@ -84,11 +92,11 @@ private:
     };
 
     void windowAboutToClose();
-    // Rows equal to the same row of `previous` keep their view untouched.
-    void reloadTable(const QVariantList &previous);
-    void updateRowColours();
+    void reloadTable();
+    // Failed rows among `first` to `last` get their Retry button.
+    void addRetryButtons(int first, int last);
+    TransferCell *addCell(const QModelIndex &index);
     QVariant metadataForFile(const QString &path);
-    TransferCell *newTransferCell();
     void retryDidEnd(const QString &failedUUID, int32_t status, const QString &newUUID, const Error &error);
     void alertRetryImpossible(const QString &text, const QString &details);
     QString iconNameForFile(const QString &path);
@@ -98,6 +106,8 @@ private:
     std::unique_ptr<Ui::Transfers> m_ui;
     QTimer *m_refreshTimer = nullptr;
     std::optional<QVariantList> m_transfers;
+    QStringList m_transferKeys; // the upload key of each row of m_transfers
+    TransfersModel *m_model = nullptr;
     bool m_isTransfersWindowAboutToClose = false;
     QHash<QString, CachedMetadata> m_metadataCache;
     QHash<QString, CachedRow> m_rows; // by upload key, from the last poll

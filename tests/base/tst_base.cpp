@@ -1,13 +1,16 @@
 // The base layer's texts: the system's format directives, error
-// descriptions, the log capture the other tests rely on, and where the
-// system paths go under a sysroot.
+// descriptions, the log capture the other tests rely on, where the system
+// paths go under a sysroot, and work handed from a worker to the main thread.
 
 #include "Error.h"
 #include "Format.h"
 #include "Log.h"
 #include "Paths.h"
+#include "Threads.h"
 
 #include <QtTest>
+#include <future>
+#include <stdexcept>
 #include <thread>
 
 class TestBase : public QObject
@@ -71,6 +74,53 @@ private slots:
         QCOMPARE(first, QStringLiteral("/home/ann/Library/Application Support/Lumex"));
         qputenv("HOME", "/home/second");
         QCOMPARE(Paths::jobDataFolder(), first);
+    }
+
+    void runInBackgroundDeliversToALiveContextOnly_data()
+    {
+        QTest::addColumn<bool>("throws");
+        QTest::addColumn<bool>("contextGone");
+        QTest::addColumn<QString>("delivered");
+        QTest::newRow("result to its context") << false << false << "42";
+        QTest::newRow("context gone: dropped") << false << true << "";
+        QTest::newRow("exception: logged, fallback delivered") << true << false << "fallback: boom";
+    }
+    void runInBackgroundDeliversToALiveContextOnly()
+    {
+        QFETCH(bool, throws);
+        QFETCH(bool, contextGone);
+        QFETCH(QString, delivered);
+        Log::Capture log;
+        auto context = std::make_unique<QObject>();
+        QObject *const expected = context.get();
+        std::promise<void> go;
+        // Gone once the worker has ended and its result is delivered or dropped.
+        auto result = std::make_shared<QString>(QStringLiteral("42"));
+        const std::weak_ptr<QString> watch = result;
+        QString got;
+        bool onMainThread = false;
+        runInBackground(
+            context.get(),
+            [result, ready = go.get_future().share(), throws] {
+                ready.wait();
+                if (throws)
+                    throw std::runtime_error("boom");
+                return result;
+            },
+            [&](QObject *self, const std::shared_ptr<QString> &value) {
+                onMainThread = QThread::currentThread() == qApp->thread() && self == expected;
+                got = *value;
+            },
+            [](const QString &failure) { return std::make_shared<QString>(QStringLiteral("fallback: ") + failure); });
+        result.reset();
+        if (contextGone)
+            context.reset();
+        go.set_value();
+        QTRY_VERIFY(watch.expired());
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(got, delivered);
+        QCOMPARE(onMainThread, !delivered.isEmpty());
+        QCOMPARE(log.lines().contains(QStringLiteral("Uncaught exception in a worker thread: boom")), throws);
     }
 };
 

@@ -3,6 +3,7 @@
 // binding through the helpers.
 
 #include "CameraConfigController.h"
+#include "CaptureDeviceRegistry.h"
 #include "CaptureSession.h"
 #include "PropertyList.h"
 
@@ -64,9 +65,30 @@ private slots:
         QCOMPARE(controller.captureSession()->inputs().first()->device()->uniqueID(), QStringLiteral("test:cam1"));
         QVERIFY(!config().contains("VideoDevice"));
         controller.unlock();
-        QVERIFY(controller.isUnlocked());
+        QTRY_VERIFY(controller.isUnlocked());
         controller.setSelectedMicrophoneIndex(0);
         QTRY_COMPARE(config().value("AudioDevice"), QStringLiteral("Automatic"));
+    }
+
+    // A camera that fails to open still takes the microphone step, so the
+    // level timer of the preview before stops.
+    void aFailingCameraStopsTheLevelTimer()
+    {
+        CameraConfigController controller;
+        controller.window();
+        QVERIFY(controller.isLevelTimerRunning());
+        QVERIFY(CaptureDeviceRegistry::instance().addTestDevice(QStringLiteral("broken:bad")));
+        const QList<CameraConfigController::Entry> &cameras = controller.cameraList();
+        const auto broken = std::find_if(cameras.cbegin(), cameras.cend(), [](const auto &entry) {
+            const auto *device = std::get_if<CaptureDevicePtr>(&entry);
+            return device && (*device)->uniqueID() == QLatin1String("test:bad");
+        });
+        Log::Capture log;
+        controller.setSelectedCameraIndex(int(broken - cameras.cbegin()));
+        QVERIFY(!controller.isLevelTimerRunning());
+        QVERIFY(logHasPrefix(log, QStringLiteral("Error adding new audio input: ")));
+        QVERIFY(logHasPrefix(log, QStringLiteral("Error setting up camera/microphone previews: ")));
+        QVERIFY(CaptureDeviceRegistry::instance().removeTestDevice(QStringLiteral("test:bad")));
     }
 
     void bindStartsTheAgentAndClosesOrAlerts()

@@ -1,6 +1,6 @@
 // The process layer against real children: runExecutable with /bin/sh
-// scripts and the simulator's server tool (floods), and the real pkexec on a
-// private system bus for the privileged launcher's statuses.
+// scripts and the simulator's server tool (floods), and the real pkexec and
+// pkcheck on a private system bus for the privileged launcher's statuses.
 
 #include "PolkitBus.h"
 #include "SimSandbox.h"
@@ -253,6 +253,49 @@ private slots:
         const QStringList stop { u"agent"_s, u"stop"_s };
         QCOMPARE(
             PkexecLauncher(u"/usr/bin/pkexec"_s).execute(m_sim->tool(u"orvxctlexec"_s), stop, nullptr, nullptr), 0);
+    }
+
+    void askingForTheRightsOfAnAction_data()
+    {
+        QTest::addColumn<QString>("pkcheck"); // empty: the direct launcher
+        QTest::addColumn<int>("status");
+        QTest::newRow("direct: allowed without polkit") << QString() << 0;
+        QTest::newRow("root on the bus: allowed") << u"/usr/bin/pkcheck"_s << 0;
+        QTest::newRow("no pkcheck") << scratch(u"no-pkcheck"_s) << int(PrivilegedLauncher::kCannotLaunch);
+        QTest::newRow("the asker gone: pkcheck ends, nothing delivered") << u"hang"_s << -1;
+    }
+    void askingForTheRightsOfAnAction()
+    {
+        QFETCH(QString, pkcheck);
+        QFETCH(int, status);
+        if (pkcheck == u"/usr/bin/pkcheck"_s) {
+            if (!m_polkit)
+                m_polkit = std::make_unique<PolkitBus>();
+            if (!m_polkit->running())
+                QSKIP(m_polkit->skipReason().constData());
+        }
+        const QString pidFile = scratch(u"pkcheck.pid"_s);
+        if (pkcheck == u"hang"_s)
+            pkcheck = script(u"pkcheck.sh"_s, "echo $$ > '" + pidFile.toUtf8() + "'\nexec sleep 60");
+        const std::shared_ptr<PrivilegedLauncher> launcher = pkcheck.isEmpty()
+            ? std::shared_ptr<PrivilegedLauncher>(std::make_shared<DirectLauncher>())
+            : std::make_shared<PkexecLauncher>(u"/usr/bin/pkexec"_s, pkcheck);
+        auto context = std::make_unique<QObject>();
+        std::optional<ActionRight> answer;
+        launcher->askRightToPerform(
+            context.get(), u"org.freedesktop.policykit.exec"_s, [&](const ActionRight &right) { answer = right; });
+        if (status == -1) {
+            QTRY_VERIFY(readBytes(pidFile).trimmed().toInt() > 0);
+            const pid_t pid = readBytes(pidFile).trimmed().toInt();
+            context.reset();
+            QTRY_VERIFY(::kill(pid, 0) != 0); // ended, and reaped
+            QCoreApplication::processEvents();
+            QVERIFY(!answer);
+            return;
+        }
+        QTRY_VERIFY(answer);
+        QCOMPARE(answer->status, status);
+        QCOMPARE(answer->reason.isEmpty(), status != PrivilegedLauncher::kCannotLaunch);
     }
 };
 

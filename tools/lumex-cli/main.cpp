@@ -1,6 +1,7 @@
 // lumex-cli: every server operation from a shell, over the same interface the
 // application uses. The password, where a command sends one, is the first
 // line of standard input.
+#include "OrvaneKeys.h"
 #include "OrvaneServerInterface.h"
 #include "ProcessRunner.h"
 #include "PropertyList.h"
@@ -150,7 +151,7 @@ int run(const QStringList &all)
     if (!o.description.isNull())
         job->setJobDescription(o.description);
     if (!o.workflow.isNull())
-        job->setWorkflow({ { QStringLiteral("name"), o.workflow } });
+        job->setWorkflow({ { OrvaneKeys::Name, o.workflow } });
     auto interface = OrvaneServerInterface::create(credentials, job);
 
     const QString first = o.positional.value(0);
@@ -228,7 +229,7 @@ int run(const QStringList &all)
         operation = &OrvaneServerInterface::stopRemoteJob;
     if (!operation || !needsOne())
         return usage();
-    job->setCamera({ { QStringLiteral("name"), first } });
+    job->setCamera({ { OrvaneKeys::Name, first } });
     const int32_t status = (interface.get()->*operation)(job.get(), &error);
     return status == 0 ? 0 : failStatus(status, error);
 }

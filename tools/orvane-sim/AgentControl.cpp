@@ -3,6 +3,7 @@
 #include "AgentConfig.h"
 #include "Console.h"
 #include "FaultFile.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "StateLock.h"
 #include "ToolFailure.h"
@@ -63,7 +64,7 @@ int AgentControl::setRunning(bool running)
     if (!running && !isRunning)
         return failWith(QStringLiteral("Error: agent is not running."));
     if (running
-        && AgentConfig(Paths::globalAgentConfig()).values().value(QStringLiteral("CameraName")).toString().isEmpty())
+        && AgentConfig(Paths::globalAgentConfig()).values().value(OrvaneKeys::Agent::CameraName).toString().isEmpty())
         return failWith(QStringLiteral("Error: the agent is not bound to a server."));
 
     agent.insert(QStringLiteral("running"), running);

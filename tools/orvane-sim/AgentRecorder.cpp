@@ -6,6 +6,7 @@
 #include "Console.h"
 #include "DisplaySession.h"
 #include "FaultFile.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "ScreenCastPortal.h"
 #include "ToolFailure.h"
@@ -54,7 +55,7 @@ public:
 
 bool isAutomatic(const QString &device)
 {
-    return device.isEmpty() || device == QLatin1String("(null)") || device == QLatin1String("Automatic");
+    return device.isEmpty() || device == QLatin1String("(null)") || device == OrvaneKeys::Agent::Automatic;
 }
 
 bool offersVideo(const CaptureDevicePtr &device)
@@ -147,11 +148,11 @@ int AgentRecorder::run(const QStringList &arguments)
     }
 
     const QVariantMap configuration = AgentConfig(Paths::userAgentConfig()).values();
-    const QString capture = configuration.value(QStringLiteral("Capture")).toString();
+    const QString capture = configuration.value(OrvaneKeys::Agent::Capture).toString();
     const QString mode = capture.section(QLatin1Char(':'), 0, 0);
     const QString preset = capture.section(QLatin1Char(':'), -1);
-    const QString audioID = configuration.value(QStringLiteral("AudioDevice")).toString();
-    const QString videoID = configuration.value(QStringLiteral("VideoDevice")).toString();
+    const QString audioID = configuration.value(OrvaneKeys::Agent::AudioDevice).toString();
+    const QString videoID = configuration.value(OrvaneKeys::Agent::VideoDevice).toString();
 
     auto &registry = CaptureDeviceRegistry::instance();
     const CaptureDevicePtr microphone

@@ -1,5 +1,6 @@
 #include "RemoteCameras.h"
 
+#include "OrvaneKeys.h"
 #include "ToolFailure.h"
 
 #include <QFile>
@@ -27,7 +28,7 @@ ToolFailure refused(const QString &text)
 RemoteCameras::RemoteCameras(const StateStore &store)
     : m_store(store)
 {
-    m_rooms = store.read(StateStore::kCameras).value(QStringLiteral("cameras")).toList();
+    m_rooms = store.read(StateStore::kCameras).value(OrvaneKeys::Cameras).toList();
     const QVariantMap agent = store.read(StateStore::kAgent);
     m_agentCamera = agent.value(QStringLiteral("bound_camera")).toString();
     m_agentRunning = agent.value(QStringLiteral("running")).toBool();
@@ -53,7 +54,7 @@ bool RemoteCameras::contains(const QString &name) const
 bool RemoteCameras::isRoom(const QString &name) const
 {
     for (const QVariant &room : m_rooms) {
-        if (room.toMap().value(QStringLiteral("name")).toString() == name)
+        if (room.toMap().value(OrvaneKeys::Name).toString() == name)
             return true;
     }
     return false;
@@ -63,28 +64,28 @@ QVariantList RemoteCameras::listing() const
 {
     QVariantList rooms = m_rooms;
     if (!m_agentCamera.isEmpty() && !isRoom(m_agentCamera))
-        rooms.append(QVariantMap { { QStringLiteral("name"), m_agentCamera },
+        rooms.append(QVariantMap { { OrvaneKeys::Name, m_agentCamera },
             { QStringLiteral("location"), QStringLiteral("Local capture agent") } });
 
     QVariantList cameras;
     for (const QVariant &room : rooms) {
         QVariantMap camera = room.toMap();
-        const QString name = camera.value(QStringLiteral("name")).toString();
+        const QString name = camera.value(OrvaneKeys::Name).toString();
         const State current = state(name);
         const char *status = !isOnline(name) ? "offline"
             : current == State::Recording    ? "recording"
             : current == State::Paused       ? "paused"
                                              : "idle";
         // A stable identifier per name, unless the room names its own.
-        if (!camera.contains(QStringLiteral("uuid")))
-            camera.insert(QStringLiteral("uuid"),
+        if (!camera.contains(OrvaneKeys::Camera::UUID))
+            camera.insert(OrvaneKeys::Camera::UUID,
                 QUuid::createUuidV5(kCameraNamespace, name).toString(QUuid::WithoutBraces).toUpper());
         camera.insert(
-            QStringLiteral("in_use"), current == State::Idle ? QStringLiteral("false") : QStringLiteral("true"));
-        camera.insert(QStringLiteral("status"), QString::fromLatin1(status));
+            OrvaneKeys::Camera::InUse, current == State::Idle ? QStringLiteral("false") : QStringLiteral("true"));
+        camera.insert(OrvaneKeys::Camera::Status, QString::fromLatin1(status));
         // The snapshot server decodes the name again; spaces must not reach
         // the URL as they are.
-        camera.insert(QStringLiteral("preview_url"),
+        camera.insert(OrvaneKeys::Camera::PreviewURL,
             QStringLiteral("https://127.0.0.1:%1/preview/%2.jpg")
                 .arg(m_previewPort)
                 .arg(QString::fromLatin1(QUrl::toPercentEncoding(name))));

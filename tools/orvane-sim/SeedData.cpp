@@ -1,5 +1,6 @@
 #include "SeedData.h"
 
+#include "OrvaneKeys.h"
 #include "UserDirectory.h"
 
 #include <QVariantList>
@@ -9,17 +10,17 @@ namespace {
 QVariantMap workflow(const char *name, const QString &title, const char *description, const char *uuid)
 {
     return {
-        { QStringLiteral("name"), QString::fromLatin1(name) },
-        { QStringLiteral("title"), title },
-        { QStringLiteral("description"), QString::fromUtf8(description) },
-        { QStringLiteral("uuid"), QString::fromLatin1(uuid) },
+        { OrvaneKeys::Name, QString::fromLatin1(name) },
+        { OrvaneKeys::Workflow::Title, title },
+        { OrvaneKeys::Workflow::Description, QString::fromUtf8(description) },
+        { OrvaneKeys::Workflow::UUID, QString::fromLatin1(uuid) },
     };
 }
 
 QVariantMap camera(const char *name, const char *location)
 {
     return {
-        { QStringLiteral("name"), QString::fromUtf8(name) },
+        { OrvaneKeys::Name, QString::fromUtf8(name) },
         { QStringLiteral("location"), QString::fromUtf8(location) },
     };
 }
@@ -52,7 +53,7 @@ QVariantMap SeedData::workflows()
         workflow("course-site-hd", QStringLiteral("Publish to Course Site"), "High definition with chapter markers.",
             "9E8D7C6B-5A4F-4E3D-C2B1-A0F9E8D7C6B5"),
     };
-    return { { QStringLiteral("workflows"), list } };
+    return { { OrvaneKeys::Workflows, list } };
 }
 
 QVariantMap SeedData::cameras()
@@ -62,5 +63,5 @@ QVariantMap SeedData::cameras()
         camera("Studio 2", "Media centre"),
         camera("Seminar Room", "Library, second floor"),
     };
-    return { { QStringLiteral("cameras"), list } };
+    return { { OrvaneKeys::Cameras, list } };
 }

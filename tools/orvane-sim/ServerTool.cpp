@@ -3,6 +3,7 @@
 #include "AgentConfig.h"
 #include "Console.h"
 #include "FaultFile.h"
+#include "OrvaneKeys.h"
 #include "Paths.h"
 #include "PlistWriter.h"
 #include "PropertyList.h"
@@ -162,14 +163,14 @@ void ServerTool::printPropertyList(const QVariantMap &root) const
 
 void ServerTool::listWorkflows()
 {
-    const QVariantList workflows = m_store.read(StateStore::kWorkflows).value(QStringLiteral("workflows")).toList();
-    printPropertyList({ { QStringLiteral("workflows"), workflows } });
+    const QVariantList workflows = m_store.read(StateStore::kWorkflows).value(OrvaneKeys::Workflows).toList();
+    printPropertyList({ { OrvaneKeys::Workflows, workflows } });
 }
 
 void ServerTool::listCameras()
 {
     const RemoteCameras cameras(m_store);
-    printPropertyList({ { QStringLiteral("cameras"), cameras.listing() } });
+    printPropertyList({ { OrvaneKeys::Cameras, cameras.listing() } });
 }
 
 void ServerTool::requestStatus(const ServerCommandLine &line)
@@ -269,14 +270,14 @@ void ServerTool::submit(const ServerCommandLine &line)
     saveFile(metadataCopy, metadata);
 
     QVariantMap record {
-        { QStringLiteral("upload_uuid"), uuid },
-        { QStringLiteral("user"), line.user() },
-        { QStringLiteral("server"), line.host() },
-        { QStringLiteral("workflow"), line.workflow() },
-        { QStringLiteral("submitted_at"), QDateTime::currentDateTimeUtc() },
-        { QStringLiteral("total_bytes"), totalBytes },
-        { QStringLiteral("cached_metadata_file"), metadataCopy },
-        { QStringLiteral("content_paths"), contentPaths },
+        { OrvaneKeys::Upload::UUID, uuid },
+        { OrvaneKeys::Upload::User, line.user() },
+        { OrvaneKeys::Upload::Server, line.host() },
+        { OrvaneKeys::Upload::Workflow, line.workflow() },
+        { OrvaneKeys::Upload::SubmittedAt, QDateTime::currentDateTimeUtc() },
+        { OrvaneKeys::Upload::TotalBytes, totalBytes },
+        { OrvaneKeys::Upload::CachedMetadataFile, metadataCopy },
+        { OrvaneKeys::Upload::ContentPaths, contentPaths },
     };
     if (m_fault.failsUpload())
         record.insert(QStringLiteral("simulated_failure"), true);
@@ -303,7 +304,7 @@ void ServerTool::submit(const ServerCommandLine &line)
 void ServerTool::bind(const ServerCommandLine &line)
 {
     AgentConfig(Paths::globalAgentConfig())
-        .set({ { QStringLiteral("CameraName"), line.camera() }, { QStringLiteral("TunnelHost"), line.host() } });
+        .set({ { OrvaneKeys::Agent::CameraName, line.camera() }, { OrvaneKeys::Agent::TunnelHost, line.host() } });
     QVariantMap agent = m_store.read(StateStore::kAgent);
     agent.insert(QStringLiteral("bound_camera"), line.camera());
     agent.insert(QStringLiteral("bound_host"), line.host());
@@ -314,10 +315,10 @@ void ServerTool::bind(const ServerCommandLine &line)
 void ServerTool::unbind(const ServerCommandLine &line)
 {
     const AgentConfig config(Paths::globalAgentConfig());
-    const QString bound = config.values().value(QStringLiteral("CameraName")).toString();
+    const QString bound = config.values().value(OrvaneKeys::Agent::CameraName).toString();
     if (!bound.isEmpty() && bound != line.camera())
         throw refused(QStringLiteral("Error: this agent is bound as \"%1\", not \"%2\".").arg(bound, line.camera()));
-    config.remove({ QStringLiteral("CameraName"), QStringLiteral("TunnelHost") });
+    config.remove({ OrvaneKeys::Agent::CameraName, OrvaneKeys::Agent::TunnelHost });
     QVariantMap agent = m_store.read(StateStore::kAgent);
     agent.remove(QStringLiteral("bound_camera"));
     agent.remove(QStringLiteral("bound_host"));
@@ -349,9 +350,9 @@ void ServerTool::clearCompletedUploads()
 
 QVariantMap ServerTool::findWorkflow(const QString &name) const
 {
-    const QVariantList workflows = m_store.read(StateStore::kWorkflows).value(QStringLiteral("workflows")).toList();
+    const QVariantList workflows = m_store.read(StateStore::kWorkflows).value(OrvaneKeys::Workflows).toList();
     for (const QVariant &workflow : workflows) {
-        if (workflow.toMap().value(QStringLiteral("name")).toString() == name)
+        if (workflow.toMap().value(OrvaneKeys::Name).toString() == name)
             return workflow.toMap();
     }
     throw refused(QStringLiteral("Unknown workflow: %1").arg(name));

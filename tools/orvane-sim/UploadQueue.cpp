@@ -1,15 +1,15 @@
 #include "UploadQueue.h"
 
+#include "OrvaneKeys.h"
+
 #include <algorithm>
 #include <cmath>
 
+using namespace OrvaneKeys;
+
 namespace {
 
-const QString kStatus = QStringLiteral("status");
-const QString kPercentDone = QStringLiteral("percent_done");
-const QString kTimeLeft = QStringLiteral("estimated_time_left");
-const QString kSubmittedAt = QStringLiteral("submitted_at");
-const QString kTotalBytes = QStringLiteral("total_bytes");
+// The simulator's own mark of an upload that is to fail; never listed.
 const QString kFails = QStringLiteral("simulated_failure");
 
 // Where a failing upload gives up.
@@ -24,7 +24,7 @@ UploadQueue::UploadQueue(const StateStore &store)
 
 void UploadQueue::add(const QVariantMap &record)
 {
-    m_uploads.insert(record.value(QStringLiteral("upload_uuid")).toString(), record);
+    m_uploads.insert(record.value(Upload::UUID).toString(), record);
 }
 
 QList<std::pair<QString, QVariant>> UploadQueue::listing(const QDateTime &now) const
@@ -32,7 +32,7 @@ QList<std::pair<QString, QVariant>> UploadQueue::listing(const QDateTime &now) c
     QList<std::pair<QDateTime, QString>> order;
     order.reserve(m_uploads.size());
     for (auto it = m_uploads.cbegin(); it != m_uploads.cend(); ++it)
-        order.append({ it.value().toMap().value(kSubmittedAt).toDateTime(), it.key() });
+        order.append({ it.value().toMap().value(Upload::SubmittedAt).toDateTime(), it.key() });
     // The map's own order already breaks ties by uuid.
     std::stable_sort(order.begin(), order.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
     QList<std::pair<QString, QVariant>> result;
@@ -46,7 +46,7 @@ int UploadQueue::clearCompleted(const QDateTime &now)
 {
     int cleared = 0;
     for (auto it = m_uploads.begin(); it != m_uploads.end();) {
-        if (withProgress(it.value().toMap(), now).value(kStatus).toString() == QLatin1String("completed")) {
+        if (withProgress(it.value().toMap(), now).value(Upload::Status).toString() == UploadStatus::Completed) {
             it = m_uploads.erase(it);
             ++cleared;
         } else {
@@ -64,9 +64,9 @@ void UploadQueue::save() const
 QVariantMap UploadQueue::withProgress(QVariantMap record, const QDateTime &now)
 {
     const bool fails = record.take(kFails).toBool();
-    const double bytes = record.value(kTotalBytes).toDouble();
+    const double bytes = record.value(Upload::TotalBytes).toDouble();
     const double duration = qMax(kMinimumUploadSeconds, bytes / kBytesPerSecond);
-    const QDateTime submitted = record.value(kSubmittedAt).toDateTime();
+    const QDateTime submitted = record.value(Upload::SubmittedAt).toDateTime();
     const double age = submitted.isValid() ? submitted.msecsTo(now) / 1000.0 : 0.0;
     const double fraction = qBound(0.0, (age - kPendingSeconds) / duration, 1.0);
 
@@ -74,22 +74,22 @@ QVariantMap UploadQueue::withProgress(QVariantMap record, const QDateTime &now)
     double percent = 0;
     double left = duration;
     if (age < kPendingSeconds) {
-        status = QStringLiteral("pending");
+        status = UploadStatus::Pending;
     } else if (fails && fraction >= kFailingFraction) {
-        status = QStringLiteral("error");
+        status = UploadStatus::Error;
         percent = kFailingFraction * 100;
         left = 0;
     } else if (fraction >= 1.0) {
-        status = QStringLiteral("completed");
+        status = UploadStatus::Completed;
         percent = 100;
         left = 0;
     } else {
-        status = QStringLiteral("uploading");
+        status = UploadStatus::Uploading;
         percent = std::floor(fraction * 1000) / 10;
         left = duration * (1.0 - fraction);
     }
-    record.insert(kStatus, status);
-    record.insert(kPercentDone, percent);
-    record.insert(kTimeLeft, qint64(std::ceil(left)));
+    record.insert(Upload::Status, status);
+    record.insert(Upload::PercentDone, percent);
+    record.insert(Upload::EstimatedTimeLeft, qint64(std::ceil(left)));
     return record;
 }

@@ -1,6 +1,7 @@
 #include "QTCaptureDeviceAdditions.h"
 
 #include "CaptureDeviceRegistry.h"
+#include "OrvaneKeys.h"
 #include "OrvaneServerInterface.h"
 
 namespace QTCaptureDeviceAdditions {
@@ -20,11 +21,11 @@ bool isBoundToOrvaneServer(const CaptureDevice &device)
     Error ignored;
     const std::optional<QVariantMap> configuration = interface->getCameraAgentConfigurationError(&ignored);
     // An agent without a camera name is not bound, whatever inputs it lists.
-    if (!configuration || !configuration->contains(QStringLiteral("CameraName")))
+    if (!configuration || !configuration->contains(OrvaneKeys::Agent::CameraName))
         return false;
-    if (configuration->value(QStringLiteral("RecordingVideoInput")).toString() == device.uniqueID())
+    if (configuration->value(OrvaneKeys::Agent::RecordingVideoInput).toString() == device.uniqueID())
         return true;
-    return configuration->value(QStringLiteral("RecordingAudioInput")).toString() == device.uniqueID();
+    return configuration->value(OrvaneKeys::Agent::RecordingAudioInput).toString() == device.uniqueID();
 }
 
 } // namespace QTCaptureDeviceAdditions

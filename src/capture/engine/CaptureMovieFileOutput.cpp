@@ -479,18 +479,20 @@ void CaptureMovieFileOutput::completeRecording(const RecordingPtr &recording, bo
     // the main thread, and its going drops the delivery.
     const QString path = recording->path;
     const Recording *key = recording.get();
-    const QPointer<QObject> context(this);
-    CaptureMovieFileOutput *self = this;
-    runOnWorkerThread([context, self, key, path] {
-        if (const std::optional<Error> failure = MovieRewriter::rewriteAsPlainMovie(path))
-            qWarning("Keeping the movie %s as it was: %s", qPrintable(path), qPrintable(failure->localizedDescription));
-        deliverOnMainThread(context, [self, key] {
+    // A rewrite that throws keeps the movie as it was, and it still finishes.
+    runInBackground(
+        this,
+        [path] {
+            if (const std::optional<Error> failure = MovieRewriter::rewriteAsPlainMovie(path))
+                qWarning(
+                    "Keeping the movie %s as it was: %s", qPrintable(path), qPrintable(failure->localizedDescription));
+        },
+        [key](CaptureMovieFileOutput *self) {
             const QList<RecordingPtr> finishing = self->m_finishing;
             for (const RecordingPtr &r : finishing)
                 if (r.get() == key)
                     self->deliverDidFinish(r);
         });
-    });
 }
 
 void CaptureMovieFileOutput::deliverWillFinish(const RecordingPtr &recording)

@@ -5,6 +5,7 @@
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
 #include "Log.h"
+#include "Process.h"
 #include "ScreenCastPortal.h"
 #include "Threads.h"
 
@@ -94,6 +95,17 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(GLScreenGrabController)
 };
 
+// A picture of the shared screen, or why there is none.
+using Frame = std::pair<QImage, std::optional<Error>>;
+
+Error noPictureError(const Error &failure)
+{
+    Log::format(QStringLiteral("No picture from the shared screen: %@"), { describeError(failure) });
+    return Error { failure.domain, failure.code,
+        Tr::tr("Lumex cannot show the screen: no picture came from the desktop's screen sharing (%1).")
+            .arg(failure.localizedDescription) };
+}
+
 } // namespace
 
 GLScreenGrabController::GLScreenGrabController(QString display)
@@ -114,16 +126,15 @@ void GLScreenGrabController::setPortalBus(const QDBusConnection &bus)
 
 void GLScreenGrabController::grab(QObject *context, Completion done)
 {
-    const QPointer<QObject> guard(context);
     if (usesPortal()) {
-        grabThroughPortal(guard, std::move(done));
+        grabThroughPortal(QPointer<QObject>(context), std::move(done));
         return;
     }
     const QString display = m_display;
-    runOnWorkerThread([display, guard, done = std::move(done)] {
-        const QImage image = GLScreenGrabController(display).grab();
-        deliverOnMainThread(guard, [image, done] { done(image, std::nullopt); });
-    });
+    runInBackground(
+        context, [display] { return GLScreenGrabController(display).grab(); },
+        [done = std::move(done)](const QImage &image) { done(image, std::nullopt); },
+        [](const QString &) { return QImage(); });
 }
 
 void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context, Completion done)
@@ -139,29 +150,28 @@ void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context,
     }
     ScreenCastPortal *portal = m_portal.get();
     portal->requestStream([portal, context, done = std::move(done)](const std::optional<Error> &error) {
+        if (!context)
+            return;
         if (error) {
-            if (context)
-                done(QImage(), error);
+            done(QImage(), error);
             return;
         }
         // The worker reads through a copy of the descriptor, so the portal
         // may close the session meanwhile.
         const int fd = ::fcntl(portal->stream()->fd, F_DUPFD_CLOEXEC, 3);
         const quint32 nodeId = portal->stream()->nodeId;
-        runOnWorkerThread([fd, nodeId, context, done] {
-            Error failure;
-            const QImage image = grabPipeWireFrame(fd, nodeId, 10000, &failure);
-            if (fd >= 0)
-                ::close(fd);
-            std::optional<Error> error;
-            if (image.isNull()) {
-                Log::format(QStringLiteral("No picture from the shared screen: %@"), { describeError(failure) });
-                error = Error { failure.domain, failure.code,
-                    Tr::tr("Lumex cannot show the screen: no picture came from the desktop's screen sharing (%1).")
-                        .arg(failure.localizedDescription) };
-            }
-            deliverOnMainThread(context, [image, error, done] { done(image, error); });
-        });
+        runInBackground(
+            context.data(),
+            [fd, nodeId] {
+                const FileDescriptor copy(fd);
+                Error failure;
+                const QImage image = grabPipeWireFrame(copy.get(), nodeId, 10000, &failure);
+                return image.isNull() ? Frame { image, noPictureError(failure) } : Frame { image, std::nullopt };
+            },
+            [done](const Frame &frame) { done(frame.first, frame.second); },
+            [](const QString &failure) {
+                return Frame { QImage(), noPictureError(Error { kLumexErrorDomain, -1, failure }) };
+            });
     });
 }
 

@@ -7,6 +7,7 @@
 #include "Format.h"
 #include "InputDeviceMenu.h"
 #include "Log.h"
+#include "OrvaneKeys.h"
 #include "OrvaneServerInterface.h"
 #include "PrivilegedLauncher.h"
 #include "QTCaptureDeviceAdditions.h"
@@ -21,15 +22,12 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPainterPath>
-#include <QProcess>
 #include <QPushButton>
 #include <QSysInfo>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include <cmath>
-
-#include <unistd.h>
 
 namespace {
 
@@ -85,8 +83,6 @@ CameraConfigController::CameraConfigController(QObject *parent)
 CameraConfigController::~CameraConfigController()
 {
     tearDownCaptureSession();
-    if (m_pkcheck)
-        m_pkcheck->kill();
 }
 
 void CameraConfigController::readAgentConfiguration(bool takeSelection)
@@ -98,12 +94,12 @@ void CameraConfigController::readAgentConfiguration(bool takeSelection)
         return;
     }
     if (!takeSelection) {
-        m_podcastServer->setCameraName(configuration->value(QStringLiteral("CameraName")).toString());
-        m_podcastServer->setServer(configuration->value(QStringLiteral("TunnelHost")).toString());
+        m_podcastServer->setCameraName(configuration->value(OrvaneKeys::Agent::CameraName).toString());
+        m_podcastServer->setServer(configuration->value(OrvaneKeys::Agent::TunnelHost).toString());
         return;
     }
     const auto indexOf = [](const QList<Entry> &list, const QVariant &configured) {
-        if (!configured.isValid() || configured.toString() == QLatin1String("Automatic"))
+        if (!configured.isValid() || configured.toString() == OrvaneKeys::Agent::Automatic)
             return 0;
         for (int index = 0; index < list.size(); ++index) {
             const auto *device = std::get_if<CaptureDevicePtr>(&list[index]);
@@ -112,8 +108,8 @@ void CameraConfigController::readAgentConfiguration(bool takeSelection)
         }
         return 0;
     };
-    m_selectedCameraIndex = indexOf(m_cameraList, configuration->value(QStringLiteral("RecordingVideoInput")));
-    m_selectedMicrophoneIndex = indexOf(m_microphoneList, configuration->value(QStringLiteral("RecordingAudioInput")));
+    m_selectedCameraIndex = indexOf(m_cameraList, configuration->value(OrvaneKeys::Agent::RecordingVideoInput));
+    m_selectedMicrophoneIndex = indexOf(m_microphoneList, configuration->value(OrvaneKeys::Agent::RecordingAudioInput));
 }
 
 QWidget *CameraConfigController::window()
@@ -272,8 +268,8 @@ void CameraConfigController::setSelectedCameraIndex(int index)
     refreshCameraAndMicrophonePreviews();
     if (isUnlocked()) {
         const CaptureDevicePtr camera = selectedCamera();
-        m_podcastServer->setGlobalAgentConfigValue(
-            camera ? camera->uniqueID() : QStringLiteral("Automatic"), QStringLiteral("VideoDevice"), m_authorization);
+        m_podcastServer->setGlobalAgentConfigValue(camera ? camera->uniqueID() : OrvaneKeys::Agent::Automatic,
+            OrvaneKeys::Agent::VideoDevice, m_authorization);
     }
 }
 
@@ -286,8 +282,8 @@ void CameraConfigController::setSelectedMicrophoneIndex(int index)
     refreshCameraAndMicrophonePreviews();
     if (isUnlocked()) {
         const CaptureDevicePtr microphone = selectedMicrophone();
-        m_podcastServer->setGlobalAgentConfigValue(microphone ? microphone->uniqueID() : QStringLiteral("Automatic"),
-            QStringLiteral("AudioDevice"), m_authorization);
+        m_podcastServer->setGlobalAgentConfigValue(microphone ? microphone->uniqueID() : OrvaneKeys::Agent::Automatic,
+            OrvaneKeys::Agent::AudioDevice, m_authorization);
     }
 }
 
@@ -318,9 +314,11 @@ void CameraConfigController::refreshCameraAndMicrophonePreviews()
     // A muxed device chosen for both already gives its sound through the
     // camera's input.
     const bool soundThroughCamera = microphone && microphone->hasMediaType(MediaType::Muxed) && microphone == camera;
-    if (soundThroughCamera)
+    if (soundThroughCamera) {
         m_audioLevelTimer->stop();
-    if (!failed && microphone && !soundThroughCamera) {
+    } else if (microphone) {
+        // Taken even after the camera failed: the error so far stops the
+        // level timer of the preview before, as the microphone's own does.
         bool audioFailed = !microphone->open(&error);
         const auto input = std::make_shared<CaptureDeviceInput>(microphone);
         if (!audioFailed && microphone->hasMediaType(MediaType::Muxed)) {
@@ -330,10 +328,10 @@ void CameraConfigController::refreshCameraAndMicrophonePreviews()
             }
         }
         audioFailed = audioFailed || !m_captureSession->addInput(input, &error);
-        if (audioFailed) {
+        failed = failed || audioFailed;
+        if (failed) {
             m_audioLevelTimer->stop();
             Log::format(QStringLiteral("Error adding new audio input: %@"), { describeError(error) });
-            failed = true;
         } else if (!m_audioLevelTimer->isActive()) {
             m_audioLevelTimer->start();
         }
@@ -493,34 +491,23 @@ void CameraConfigController::showAlert(QWidget *parent, const QString &message, 
 
 void CameraConfigController::unlock()
 {
-    if (isUnlocked() || m_pkcheck)
+    if (isUnlocked() || m_askingForRights)
         return;
-    // Where the helpers run directly (a sysroot, or root) polkit has no say.
+    // Where the helpers run directly (a sysroot, or root) polkit has no say,
+    // and the launcher allows at once.
     auto authorization = std::make_shared<Authorization>();
-    if (dynamic_cast<DirectLauncher *>(&authorization->launcher())) {
-        m_authorization = authorization;
-        updateLockedState();
-        return;
-    }
-    m_pkcheck = new QProcess(this);
-    connect(m_pkcheck, &QProcess::finished, this, [this, authorization](int status, QProcess::ExitStatus exit) {
-        if (exit == QProcess::NormalExit && status == 0)
+    m_askingForRights = true;
+    authorization->launcher().askRightToPerform(this, kAgentAction, [this, authorization](const ActionRight &right) {
+        m_askingForRights = false;
+        if (right.granted())
             m_authorization = authorization;
+        else if (right.status == PrivilegedLauncher::kCannotLaunch)
+            Log::format(QStringLiteral("Cannot ask polkit for rights: %@"), { right.reason });
         else
-            Log::format(QStringLiteral("Not authorised to configure the camera agent (pkcheck status %d)"), { status });
-        m_pkcheck->deleteLater();
+            Log::format(
+                QStringLiteral("Not authorised to configure the camera agent (pkcheck status %d)"), { right.status });
         updateLockedState();
     });
-    connect(m_pkcheck, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error != QProcess::FailedToStart)
-            return;
-        Log::format(QStringLiteral("Cannot ask polkit for rights: %@"), { m_pkcheck->errorString() });
-        m_pkcheck->deleteLater();
-        updateLockedState();
-    });
-    m_pkcheck->start(QStringLiteral("pkcheck"),
-        { QStringLiteral("--action-id"), kAgentAction, QStringLiteral("--process"), QString::number(::getpid()),
-            QStringLiteral("--allow-user-interaction") });
 }
 
 void CameraConfigController::lock()

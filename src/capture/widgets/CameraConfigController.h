@@ -4,7 +4,6 @@
 #include "Error.h"
 
 #include <QObject>
-#include <QPointer>
 
 #include <memory>
 #include <optional>
@@ -18,7 +17,6 @@ class OrvaneServerInterface;
 class QDialog;
 class QLabel;
 class QLineEdit;
-class QProcess;
 class QPushButton;
 class QTimer;
 class QWidget;
@@ -61,7 +59,8 @@ public:
     CaptureDevicePtr selectedMicrophone() const;
 
     bool isUnlocked() const { return bool(m_authorization); }
-    // Asks polkit (with a dialog where it needs one) and unlocks on success.
+    // Asks polkit (with a dialog where it needs one) and unlocks when it
+    // agrees, later, on the main thread.
     void unlock();
     void lock();
     bool agentIsBound() const { return m_agentIsBound; }
@@ -119,7 +118,7 @@ private:
     int m_selectedCameraIndex = 0;
     int m_selectedMicrophoneIndex = 0;
     std::shared_ptr<Authorization> m_authorization;
-    QPointer<QProcess> m_pkcheck;
+    bool m_askingForRights = false;
     bool m_agentIsBound = false;
     bool m_notPerformingBind = true;
 };
