@@ -2,35 +2,24 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QLocale>
 #include <QSaveFile>
 #include <QStringList>
 #include <QTimeZone>
 #include <QVarLengthArray>
 
-#include <plist/plist.h>
-
 #include <algorithm>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace {
-
-// Seconds between the Unix epoch and the property-list epoch (2001-01-01 UTC).
-constexpr qint64 kPlistEpochOffset = 978307200;
-
-struct PlistDeleter
-{
-    void operator()(plist_t node) const { plist_free(node); }
-};
-using PlistPtr = std::unique_ptr<void, PlistDeleter>;
 
 // Deeper nesting is refused: no real answer comes near it, and freeing a tree
 // recurses once per level, on worker threads with smaller stacks too.
@@ -107,11 +96,87 @@ bool toText(const Parts &parts, QString *text)
     return true;
 }
 
-// Reads straight into the QVariant tree, without recursion. It keeps the
-// rules of libplist's reader, which this client used before, so it accepts
-// and refuses the same documents: tags count, not well-formedness; reading
-// stops once the outermost value is complete; a DOCTYPE's internal subset is
-// skipped, so its entities are never defined, let alone expanded.
+// Integers as Python's plistlib reads them: decimal (leading zeros too) or
+// "0x" hexadecimal, signed, from -2^63 to 2^64 - 1; values above the signed
+// range come back as quint64.
+std::optional<QVariant> integerValue(QByteArrayView text)
+{
+    text = text.trimmed();
+    const bool negative = text.startsWith('-');
+    if (negative || text.startsWith('+'))
+        text = text.sliced(1);
+    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    if (hex)
+        text = text.sliced(2);
+    const unsigned base = hex ? 16 : 10;
+    if (text.isEmpty())
+        return std::nullopt;
+    quint64 magnitude = 0;
+    for (const char c : text) {
+        const unsigned digit = c >= '0' && c <= '9' ? unsigned(c - '0')
+            : c >= 'a' && c <= 'f'                  ? unsigned(c - 'a' + 10)
+            : c >= 'A' && c <= 'F'                  ? unsigned(c - 'A' + 10)
+                                                    : base;
+        if (digit >= base || magnitude > (std::numeric_limits<quint64>::max() - digit) / base)
+            return std::nullopt;
+        magnitude = magnitude * base + digit;
+    }
+    constexpr quint64 kSignedMax = quint64(std::numeric_limits<qint64>::max());
+    if (!negative)
+        return magnitude <= kSignedMax ? QVariant(qint64(magnitude)) : QVariant(quint64(magnitude));
+    if (magnitude > kSignedMax + 1)
+        return std::nullopt;
+    return QVariant(qint64(0 - magnitude));
+}
+
+std::optional<QVariant> realValue(const QByteArray &text)
+{
+    static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
+    const QByteArray trimmed = text.trimmed();
+    char *end = nullptr;
+    const double value = strtod_l(trimmed.constData(), &end, c);
+    if (trimmed.isEmpty() || end != trimmed.constData() + trimmed.size())
+        return std::nullopt;
+    return value;
+}
+
+// Dates as Python's plistlib reads them: year, month and day, then
+// optionally hour, minute and second, in UTC; any year from 1 to 9999.
+std::optional<QVariant> dateValue(QByteArrayView text)
+{
+    text = text.trimmed();
+    int fields[6] = { 0, 1, 1, 0, 0, 0 };
+    qsizetype at = 0;
+    const auto digits = [&](int count, int *field) {
+        for (*field = 0; count > 0; --count, ++at) {
+            if (at >= text.size() || text[at] < '0' || text[at] > '9')
+                return false;
+            *field = *field * 10 + (text[at] - '0');
+        }
+        return true;
+    };
+    if (!digits(4, &fields[0]))
+        return std::nullopt;
+    int count = 1;
+    for (; count < 6 && at < text.size() && text[at] == "--T::"[count - 1]; ++count) {
+        ++at;
+        if (!digits(2, &fields[count]))
+            return std::nullopt;
+    }
+    const QDate date(fields[0], fields[1], fields[2]);
+    const QTime time(fields[3], fields[4], fields[5]);
+    if (count < 3 || at != text.size() - 1 || text[at] != 'Z' || fields[0] < 1 || !date.isValid() || !time.isValid())
+        return std::nullopt;
+    return QDateTime(date, time, QTimeZone::utc());
+}
+
+// Reads straight into the QVariant tree, without recursion. The markup
+// follows the rules of libplist's reader, which this client used before, so
+// it accepts and refuses the same documents: tags count, not
+// well-formedness; reading stops once the outermost value is complete; a
+// DOCTYPE's internal subset is skipped, so its entities are never defined,
+// let alone expanded. Values are read as Python's plistlib reads them, over
+// its whole range.
 class Reader
 {
 public:
@@ -234,36 +299,26 @@ bool Reader::scalar(std::string_view tag, std::string_view name, bool empty, QVa
         *value = text;
         return ok;
     }
-    // Integers, reals, dates and data take their text as it stands.
+    // Integers, reals, dates and data take their text as it stands, comments
+    // and CDATA sections joined; a text that does not hold a whole value of
+    // its kind is refused rather than cut or wrapped into one.
     QByteArray raw;
     for (const Part &part : parts)
         raw.append(copyOf(part));
-    const qsizetype first = parts.isEmpty() ? 0 : parts[0].size;
-    if (tag == "true" || tag == "false") {
-        *value = tag == "true";
-    } else if (tag == "integer") {
-        // Unsigned values above the signed range wrap, as libplist stores them.
-        const bool sign = raw.startsWith('-') || raw.startsWith('+');
-        const quint64 v = parts.isEmpty() ? 0 : std::strtoull(raw.constData() + sign, nullptr, 0);
-        *value = qint64(raw.startsWith('-') ? 0 - v : v);
-    } else if (tag == "real") {
-        static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
-        *value = parts.isEmpty() ? 0.0 : strtod_l(raw.constData(), nullptr, c);
-    } else if (tag == "data") {
-        *value = QByteArray::fromBase64(raw.left(first));
-    } else if (tag == "date") {
-        qint64 sec = empty ? 0 : -kPlistEpochOffset;
-        if (!parts.isEmpty() && raw.size() >= 11 && raw.size() < 32) {
-            struct tm fields = {};
-            strptime(raw.left(first).constData(), "%Y-%m-%dT%H:%M:%SZ", &fields);
-            sec = timegm(&fields) - kPlistEpochOffset;
-        }
-        // libplist hands dates out as 32-bit seconds.
-        sec = qint32(sec) == sec ? sec : std::numeric_limits<qint32>::min();
-        *value = QDateTime::fromSecsSinceEpoch(sec + kPlistEpochOffset, QTimeZone::utc());
-    } else {
+    std::optional<QVariant> parsed;
+    if (tag == "true" || tag == "false")
+        parsed = tag == "true";
+    else if (tag == "integer")
+        parsed = integerValue(raw);
+    else if (tag == "real")
+        parsed = realValue(raw);
+    else if (tag == "data")
+        parsed = QByteArray::fromBase64(raw);
+    else if (tag == "date")
+        parsed = dateValue(raw);
+    if (!parsed)
         return false;
-    }
+    *value = std::move(*parsed);
     return true;
 }
 
@@ -413,91 +468,168 @@ QVariant Reader::read()
     return m_frames.front().dict ? QVariant(m_frames.front().map) : QVariant(m_frames.front().list);
 }
 
-plist_t fromVariant(const QVariant &value, QString *error)
+// Writes the form Apple's and Python's writers give: one value a line,
+// indented by tabs, dictionaries in key order.
+class Writer
+{
+public:
+    explicit Writer(QString *error)
+        : m_error(error)
+    {
+        m_out.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                     "<plist version=\"1.0\">\n");
+    }
+
+    bool value(const QVariant &value, size_t depth);
+    bool dictionary(const PropertyList::Entries &entries, size_t depth);
+    QByteArray finish() { return m_out.append("</plist>\n"); }
+
+private:
+    void line(size_t depth, const char *text)
+    {
+        for (size_t i = 0; i < depth; ++i)
+            m_out.append('\t');
+        m_out.append(text);
+    }
+    void text(size_t depth, const char *tag, const QString &text);
+    bool fail(const QString &why)
+    {
+        if (m_error)
+            *m_error = why;
+        return false;
+    }
+    template<typename Items, typename Write>
+    bool container(const char *tag, const Items &items, size_t depth, Write write);
+
+    QByteArray m_out;
+    QString *m_error;
+};
+
+void Writer::text(size_t depth, const char *tag, const QString &text)
+{
+    line(depth, "<");
+    m_out.append(tag).append('>');
+    const QByteArray utf8 = text.toUtf8();
+    qsizetype from = 0;
+    for (qsizetype i = 0; i < utf8.size(); ++i) {
+        // A raw carriage return would reach the reader as a line feed.
+        const char c = utf8[i];
+        const char *entity = c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '\r' ? "&#13;" : nullptr;
+        if (entity) {
+            m_out.append(utf8.constData() + from, i - from).append(entity);
+            from = i + 1;
+        }
+    }
+    m_out.append(utf8.constData() + from, utf8.size() - from).append("</").append(tag).append(">\n");
+}
+
+template<typename Items, typename Write>
+bool Writer::container(const char *tag, const Items &items, size_t depth, Write write)
+{
+    // What is written must read back, so the reader's nesting limit holds here too.
+    if (depth > kMaxDepth)
+        return fail(QStringLiteral("the value is nested more than %1 levels deep").arg(kMaxDepth));
+    if (items.isEmpty()) {
+        line(depth - 1, "<");
+        m_out.append(tag).append("/>\n");
+        return true;
+    }
+    line(depth - 1, "<");
+    m_out.append(tag).append(">\n");
+    for (const auto &item : items) {
+        if (!write(item))
+            return false;
+    }
+    line(depth - 1, "</");
+    m_out.append(tag).append(">\n");
+    return true;
+}
+
+bool Writer::dictionary(const PropertyList::Entries &entries, size_t depth)
+{
+    return container("dict", entries, depth + 1, [&](const auto &entry) {
+        text(depth + 1, "key", entry.first);
+        return value(entry.second, depth + 1);
+    });
+}
+
+bool Writer::value(const QVariant &value, size_t depth)
 {
     switch (value.typeId()) {
     case QMetaType::Bool:
-        return plist_new_bool(value.toBool() ? 1 : 0);
+        line(depth, value.toBool() ? "<true/>\n" : "<false/>\n");
+        return true;
     case QMetaType::Int:
     case QMetaType::Long:
     case QMetaType::LongLong:
     case QMetaType::Short:
     case QMetaType::Char:
     case QMetaType::SChar:
-        return plist_new_uint(static_cast<uint64_t>(value.toLongLong()));
+        line(depth, "<integer>");
+        m_out.append(QByteArray::number(value.toLongLong())).append("</integer>\n");
+        return true;
     case QMetaType::UInt:
     case QMetaType::ULong:
     case QMetaType::ULongLong:
     case QMetaType::UShort:
-    case QMetaType::UChar: {
-        const quint64 v = value.toULongLong();
-        if (v > quint64(std::numeric_limits<qint64>::max())) {
-            if (error)
-                *error = QStringLiteral("integer %1 is out of the range of a property list").arg(v);
-            return nullptr;
-        }
-        return plist_new_uint(v);
-    }
+    case QMetaType::UChar:
+        line(depth, "<integer>");
+        m_out.append(QByteArray::number(value.toULongLong())).append("</integer>\n");
+        return true;
     case QMetaType::Double:
     case QMetaType::Float:
-        return plist_new_real(value.toDouble());
+        // The shortest text that reads back as the same double ("0.1", "1e-07", "inf").
+        line(depth, "<real>");
+        m_out.append(QByteArray::number(value.toDouble(), 'g', QLocale::FloatingPointShortest)).append("</real>\n");
+        return true;
     case QMetaType::QString:
-        return plist_new_string(value.toString().toUtf8().constData());
-    case QMetaType::QByteArray: {
-        const QByteArray data = value.toByteArray();
-        return plist_new_data(data.constData(), static_cast<uint64_t>(data.size()));
-    }
+        text(depth, "string", value.toString());
+        return true;
+    case QMetaType::QByteArray:
+        line(depth, "<data>");
+        m_out.append(value.toByteArray().toBase64()).append("</data>\n");
+        return true;
     case QMetaType::QDateTime: {
-        const QDateTime dt = value.toDateTime();
-        if (!dt.isValid()) {
-            if (error)
-                *error = QStringLiteral("invalid date");
-            return nullptr;
+        const QDateTime date = value.toDateTime();
+        if (!date.isValid())
+            return fail(QStringLiteral("invalid date"));
+        // Whole seconds, rounded down, as the readers keep them.
+        const qint64 msecs = date.toMSecsSinceEpoch();
+        const QDateTime utc
+            = QDateTime::fromSecsSinceEpoch(msecs / 1000 - (msecs % 1000 < 0 ? 1 : 0), QTimeZone::utc());
+        const QDate day = utc.date();
+        if (day.year() < 1 || day.year() > 9999) {
+            return fail(QStringLiteral("date %1 is outside the range a property list can hold")
+                            .arg(date.toString(Qt::ISODate)));
         }
-        const qint64 msecs = dt.toMSecsSinceEpoch();
-        const qint64 sec = msecs / 1000 - kPlistEpochOffset - (msecs % 1000 < 0 ? 1 : 0);
-        if (sec < std::numeric_limits<int32_t>::min() || sec > std::numeric_limits<int32_t>::max()) {
-            if (error)
-                *error = QStringLiteral("date %1 is outside the range a property list can hold")
-                             .arg(dt.toString(Qt::ISODate));
-            return nullptr;
-        }
-        return plist_new_date(static_cast<int32_t>(sec), 0);
+        char text[32];
+        std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", day.year(), day.month(), day.day(),
+            utc.time().hour(), utc.time().minute(), utc.time().second());
+        line(depth, "<date>");
+        m_out.append(text).append("</date>\n");
+        return true;
     }
     case QMetaType::QStringList:
-    case QMetaType::QVariantList: {
-        PlistPtr array(plist_new_array());
-        const QVariantList list = value.toList();
-        for (const QVariant &item : list) {
-            plist_t child = fromVariant(item, error);
-            if (!child)
-                return nullptr;
-            plist_array_append_item(array.get(), child);
-        }
-        return array.release();
-    }
+    case QMetaType::QVariantList:
+        return container(
+            "array", value.toList(), depth + 1, [&](const QVariant &item) { return this->value(item, depth + 1); });
     case QMetaType::QVariantMap:
     case QMetaType::QVariantHash: {
-        PlistPtr dict(plist_new_dict());
         const QVariantMap map = value.toMap();
-        for (auto it = map.cbegin(); it != map.cend(); ++it) {
-            plist_t child = fromVariant(it.value(), error);
-            if (!child)
-                return nullptr;
-            plist_dict_set_item(dict.get(), it.key().toUtf8().constData(), child);
-        }
-        return dict.release();
+        PropertyList::Entries entries;
+        entries.reserve(map.size());
+        for (auto it = map.cbegin(); it != map.cend(); ++it)
+            entries.append({ it.key(), it.value() });
+        return dictionary(entries, depth);
     }
     default:
-        if (error) {
-            *error = value.isValid() ? QStringLiteral("a value of type %1 has no property-list form")
-                                           .arg(QString::fromLatin1(value.typeName()))
-                                     : QStringLiteral("a nil value has no property-list form");
-        }
-        return nullptr;
+        return fail(value.isValid() ? QStringLiteral("a value of type %1 has no property-list form")
+                                          .arg(QString::fromLatin1(value.typeName()))
+                                    : QStringLiteral("a nil value has no property-list form"));
     }
 }
-
 } // namespace
 
 namespace PropertyList {
@@ -517,22 +649,15 @@ QVariant fromXml(const char *data, qsizetype size, QString *error, QStringList *
 
 QByteArray toXml(const QVariant &value, QString *error)
 {
-    PlistPtr root(fromVariant(value, error));
-    if (!root)
-        return QByteArray();
-    char *xml = nullptr;
-    uint32_t length = 0;
-    plist_to_xml(root.get(), &xml, &length);
-    if (!xml) {
-        if (error)
-            *error = QStringLiteral("the property list could not be serialised");
-        return QByteArray();
-    }
-    QByteArray out(xml, static_cast<qsizetype>(length));
-    plist_to_xml_free(xml);
-    return out;
+    Writer writer(error);
+    return writer.value(value, 0) ? writer.finish() : QByteArray();
 }
 
+QByteArray dictionaryToXml(const Entries &entries, QString *error)
+{
+    Writer writer(error);
+    return writer.dictionary(entries, 0) ? writer.finish() : QByteArray();
+}
 QVariant readFile(const QString &path, QString *error)
 {
     QFile file(path);

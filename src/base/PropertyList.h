@@ -1,16 +1,23 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
 #include <stdexcept>
+#include <utility>
 
 // XML property lists in and out, as QVariant trees: dictionaries are
-// QVariantMap, arrays QVariantList, strings QString, integers qint64, reals
-// double, booleans bool, dates QDateTime (UTC, whole seconds), data QByteArray.
+// QVariantMap, arrays QVariantList, strings QString, integers qint64 (quint64
+// above its range, up to 2^64 - 1), reals double, booleans bool, dates
+// QDateTime (UTC, whole seconds, years 1 to 9999), data QByteArray. What one
+// side cannot hold is refused, never written or read as another value.
 namespace PropertyList {
+
+// A dictionary's entries in the order they are to be written.
+using Entries = QList<std::pair<QString, QVariant>>;
 
 // Raised by findPropertyList when the text holds no property list.
 class ParseError : public std::runtime_error
@@ -32,8 +39,12 @@ inline QVariant fromXml(const QByteArray &xml, QString *error = nullptr)
 
 // Serialises `value` as an XML property list (version 1.0). On failure (a
 // value with no property-list form, such as an invalid QVariant or a date
-// outside 1933 to 2069) returns a null QByteArray and describes it in `error`.
+// outside the years 1 to 9999) returns a null QByteArray and describes it in
+// `error`.
 QByteArray toXml(const QVariant &value, QString *error = nullptr);
+// The same for a dictionary at the root whose keys keep the order of
+// `entries` (a QVariantMap sorts them), as listings in a given order need.
+QByteArray dictionaryToXml(const Entries &entries, QString *error = nullptr);
 
 // Reads and parses a file. Returns an invalid QVariant when the file cannot be
 // read or is not a property list, and says which in `error`.

@@ -8,6 +8,7 @@
 #include <QTimeZone>
 
 #include <future>
+#include <numeric>
 
 // Property lists must be exchanged with the platform's own readers and
 // writers; Python's plistlib stands in for them.
@@ -32,27 +33,122 @@ private:
             { "empty", "" } };
     }
 
+    // Python's plistlib, given `script` and `input`; exits 3 where it refuses
+    // the document.
+    static QByteArray python(const char *script, const QByteArray &input, int *exitCode)
+    {
+        return runPython(QStringLiteral("import plistlib,sys,datetime\nfrom datetime import datetime as dt\n"
+                                        "d=sys.stdin.buffer.read()\n")
+                + QString::fromUtf8(script),
+            input, exitCode);
+    }
+
 private slots:
+    // What we write, Python reads as the same value, and what Python writes
+    // we read as the same value.
+    void exchangesListsWithPython_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("python");
+        // What Python's writer makes of the value, where that is not the value.
+        QTest::addColumn<QVariant>("fromPython");
+        const QStringList strings { "a < b && c > d \"quoted\" 'single' ]]>", "Grüße – «Teil 2» 日本 😀",
+            "cr\r lf\n crlf\r\n tab\t", "" };
+        // Python's writer turns carriage returns into line feeds; ours keeps them.
+        QStringList lineFeeds = strings;
+        lineFeeds.replaceInStrings("\r\n", "\n").replaceInStrings("\r", "\n");
+        QTest::newRow("strings: markup, entities, line ends, non-ASCII")
+            << QVariant(QVariant(strings).toList())
+            << R"(['a < b && c > d "quoted" \'single\' ]]>','Grüße – «Teil 2» 日本 😀','cr\r lf\n crlf\r\n tab\t',''])"
+            << QVariant(QVariant(lineFeeds).toList());
+        QTest::newRow("integers from -2^63 to 2^64 - 1")
+            << QVariant(QVariantList { qint64(-5), std::numeric_limits<qint64>::min(),
+                   std::numeric_limits<qint64>::max(), std::numeric_limits<quint64>::max(), qint64(9007199254740993) })
+            << "[-5,-9223372036854775808,9223372036854775807,18446744073709551615,9007199254740993]" << QVariant();
+        QTest::newRow("reals: shortest text, extremes")
+            << QVariant(QVariantList { 3.25, 0.1, -2.5e-300, 1e300, 1.0, std::numeric_limits<double>::infinity() })
+            << "[3.25,0.1,-2.5e-300,1e300,1.0,float('inf')]" << QVariant();
+        QTest::newRow("dates from year 1 to 9999")
+            << QVariant(QVariantList { utc(1, 1, 1), utc(1869, 1, 3, 8, 16, 32), utc(1932, 12, 13, 20, 45, 52),
+                   utc(2069, 1, 19, 3, 14, 8), utc(2199, 8, 20, 1, 10, 11), utc(9999, 12, 31, 23, 59, 59) })
+            << "[dt(1,1,1),dt(1869,1,3,8,16,32),dt(1932,12,13,20,45,52),dt(2069,1,19,3,14,8),"
+               "dt(2199,8,20,1,10,11),dt(9999,12,31,23,59,59)]"
+            << QVariant();
+        QByteArray bytes(256, '\0');
+        std::iota(bytes.begin(), bytes.end(), char(0));
+        QTest::newRow("data") << QVariant(
+            QVariantList { QByteArray("\x00\x01\xfe\xff binary", 11), QByteArray(), bytes })
+                              << "[b'\\x00\\x01\\xfe\\xff binary',b'',bytes(range(256))]" << QVariant();
+        QTest::newRow("booleans, empty and nested containers")
+            << QVariant(QVariantMap { { "t", true }, { "f", false }, { "no keys", QVariantMap() },
+                   { "no items", QVariantList() },
+                   { "nested", QVariantList { QVariantMap { { "b", "<&>" } }, QVariantList { QVariantList {} } } } })
+            << "{'t':True,'f':False,'no keys':{},'no items':[],'nested':[{'b':'<&>'},[[]]]}" << QVariant();
+    }
+
     void exchangesListsWithPython()
     {
+        QFETCH(QVariant, value);
+        QFETCH(QString, python);
+        QFETCH(QVariant, fromPython);
+        int exitCode = -1;
+        const QByteArray written = TestPropertyList::python(
+            qPrintable(
+                "v=" + python + "\nr=plistlib.loads(d)\nassert r==v,r\nsys.stdout.buffer.write(plistlib.dumps(v))"),
+            PropertyList::toXml(value), &exitCode);
+        QCOMPARE(exitCode, 0);
+        QCOMPARE(PropertyList::fromXml(written), fromPython.isValid() ? fromPython : value);
+    }
+
+    // Documents as other writers make them: where Python reads a value we
+    // read the same one, and what we cannot hold we refuse, never read as
+    // something else.
+    void readsDocumentsAsPythonDoes_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("dates outside 1932 to 2069, a time without minutes") << QByteArray(
+            "<array><date>1869-01-03T08:16:32Z</date><date>2199-08-20T01:10:11Z</date>"
+            "<date>2004-03-01T12Z</date></array>") << true;
+        QTest::newRow("integers: 2^64 - 1, -2^63, hex, leading zeros")
+            << QByteArray("<array><integer>18446744073709551615</integer><integer>-9223372036854775808</integer>"
+                          "<integer>0x7fffffffffffffff</integer><integer>007</integer></array>")
+            << true;
+        QTest::newRow("strings: entities, character references, CDATA, comments") << QByteArray(
+            "<dict><key>k&amp;</key><string>&lt;a&gt; &quot;&apos; &#x41;&#66;&#x1F600; "
+            "<![CDATA[<&>]]>x<!-- note -->y</string></dict>") << true;
+        QTest::newRow("data across lines, reals, booleans") << QByteArray(
+            "<array><data>\n\tAAEC\n\tAw==\n</data><real>-2.5e3</real><real>1</real><real>0.1</real>"
+            "<true/><false/></array>") << true;
+        QTest::newRow("nested arrays and dictionaries")
+            << QByteArray("<dict><key>a</key><array><dict><key>b</key><array><array/><dict/></array></dict>"
+                          "</array><key>c</key><string/><key>d</key><data/></dict>")
+            << true;
+        const char *refused[] = { "<integer>18446744073709551616</integer>", "<integer>-9223372036854775809</integer>",
+            "<integer>12abc</integer>", "<integer/>", "<real>1.5x</real>", "<date>0000-01-01T00:00:00Z</date>",
+            "<date>2019-02-29T00:00:00Z</date>", "<date>2019-01-01 00:00:00</date>", "<date>2019-01Z</date>",
+            "<date/>" };
+        for (const char *body : refused)
+            QTest::addRow("refused: %s", body) << QByteArray(body) << false;
+    }
+
+    void readsDocumentsAsPythonDoes()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(bool, accepted);
         const QByteArray xml
-            = runPython(QStringLiteral("import plistlib,sys,datetime\n"
-                                       "d=plistlib.loads(sys.stdin.buffer.read())\n"
-                                       "i={'n':-5,'big':9007199254740993,'flag':True,'off':False}\n"
-                                       "assert d=={'title':'Vorlesung über Ökonomie – «Teil 2» 日本','xml':"
-                                       "'a < b && c > d \"quoted\" \\'single\\' ]]>','real':3.25,'date':"
-                                       "datetime.datetime(2008,1,1),'data':b'\\x00\\x01\\xfe\\xff binary',"
-                                       "'list':[1,'two',[3],i],'dict':i,'empty':''}, d\n"
-                                       "d={'neg':-5,'min':-9223372036854775808,'max':9223372036854775807,"
-                                       "'when':datetime.datetime(2069,1,19,3,14,7),'old':datetime.datetime(1933,1,1),"
-                                       "'bytes':b'\\x00abc','nested':{'a':[{'b':'<&>'}]},'t':'Grüße'}\n"
-                                       "sys.stdout.buffer.write(plistlib.dumps(d))\n"),
-                PropertyList::toXml(sample()));
-        const QVariantMap expected { { "neg", qint64(-5) }, { "min", std::numeric_limits<qint64>::min() },
-            { "max", std::numeric_limits<qint64>::max() }, { "when", utc(2069, 1, 19, 3, 14, 7) },
-            { "old", utc(1933, 1, 1) }, { "bytes", QByteArray("\0abc", 4) }, { "t", QStringLiteral("Grüße") },
-            { "nested", QVariantMap { { "a", QVariantList { QVariantMap { { "b", "<&>" } } } } } } };
-        QCOMPARE(PropertyList::fromXml(xml), QVariant(expected));
+            = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + body + "</plist>";
+        QString error;
+        const QVariant ours = PropertyList::fromXml(xml, &error);
+        QCOMPARE(ours.isValid(), accepted);
+        QCOMPARE(error.isEmpty(), accepted);
+        if (!accepted)
+            return;
+        int exitCode = -1;
+        const QByteArray rewritten
+            = python("sys.stdout.buffer.write(plistlib.dumps(plistlib.loads(d)))", xml, &exitCode);
+        QCOMPARE(exitCode, 0);
+        QCOMPARE(ours, PropertyList::fromXml(rewritten));
     }
 
     // Every form the element rules allow, after progress text as the tool prints it.
@@ -60,14 +156,14 @@ private slots:
     {
         QTest::addColumn<QString>("body");
         QTest::addColumn<QVariant>("expected");
-        QTest::newRow("integers: unsigned past the signed range wraps, hex, empty")
-            << "<array><integer>18446744073709551615</integer><integer> 0x10 </integer><integer/></array>"
-            << QVariant(QVariantList { qint64(-1), qint64(16), qint64(0) });
+        QTest::newRow("integers: past the signed range, hex, leading zeros are decimal")
+            << "<array><integer>18446744073709551615</integer><integer> 0x10 </integer><integer>010</integer></array>"
+            << QVariant(QVariantList { std::numeric_limits<quint64>::max(), qint64(16), qint64(10) });
         QTest::newRow("dates, data across lines, reals, booleans, key outside a dictionary")
-            << "<array><date>2008-01-01T12:30:05Z</date><date/><data>\n\tAAEC\n\tAw==\n</data><real>-2.5e3</real>"
-               "<true/><false></false><key>k</key></array>"
+            << "<array><date>2008-01-01T12:30:05Z</date><date>1800-02-03Z</date><data>\n\tAAEC\n\tAw==\n</data>"
+               "<real>-2.5e3</real><true/><false></false><key>k</key></array>"
             << QVariant(QVariantList {
-                   utc(2008, 1, 1, 12, 30, 5), utc(2001, 1, 1), QByteArray("\0\1\2\3", 4), -2500.0, true, false, "k" });
+                   utc(2008, 1, 1, 12, 30, 5), utc(1800, 2, 3), QByteArray("\0\1\2\3", 4), -2500.0, true, false, "k" });
         QTest::newRow("references, CDATA, comments")
             << "<string>&lt;a&gt; &amp; &quot;&apos; &#x41;&#66;&#x1F600; <![CDATA[<&>]]>x<!-- note -->y</string>"
             << QVariant(QStringLiteral("<a> & \"' AB\U0001F600 <&>xy"));
@@ -157,8 +253,20 @@ private slots:
         QVERIFY(!PropertyList::writeFile(dir + "/dir.plist", sample(), true));
         // Values with no property-list form are refused, with the reason.
         QVERIFY(PropertyList::toXml(QVariantMap { { "nil", QVariant() } }, &error).isNull() && !error.isEmpty());
-        QVERIFY(PropertyList::toXml(QVariantMap { { "d", utc(2100, 1, 1) } }, &error).isNull());
+        QVERIFY(PropertyList::toXml(QVariantMap { { "d", utc(10000, 1, 1) } }, &error).isNull());
         QVERIFY(error.contains(QStringLiteral("range")));
+        QVariant deep = QVariantList();
+        for (int level = 1; level <= 512; ++level)
+            deep = QVariantList { deep };
+        QVERIFY(PropertyList::toXml(deep, &error).isNull() && error.contains(QStringLiteral("512")));
+        // A listing keeps the order it is given at the root.
+        const QByteArray ordered
+            = PropertyList::dictionaryToXml({ { "b", qint64(1) }, { "a", QVariantMap { { "z", 1 }, { "y", 2 } } } });
+        QStringList keys;
+        QCOMPARE(PropertyList::fromXml(ordered.constData(), ordered.size(), nullptr, &keys),
+            QVariant(
+                QVariantMap { { "a", QVariantMap { { "y", qint64(2) }, { "z", qint64(1) } } }, { "b", qint64(1) } }));
+        QCOMPARE(keys, QStringList({ "b", "a" }));
     }
 };
 

@@ -14,6 +14,7 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QThread>
+#include <QTimeZone>
 
 #include <csignal>
 
@@ -169,8 +170,8 @@ private slots:
         m_job->setUser(QStringLiteral("demo"));
         m_job->setTitle(QStringLiteral("Week 3: \u00dcbung & <tags>"));
         m_job->setJobDescription(QStringLiteral("two\nlines"));
-        m_job->setStartedAt(QDateTime::fromSecsSinceEpoch(1700000000, Qt::UTC));
-        m_job->setStoppedAt(QDateTime::fromSecsSinceEpoch(1700003600, Qt::UTC));
+        m_job->setStartedAt(QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc()));
+        m_job->setStoppedAt(QDateTime::fromSecsSinceEpoch(1700003600, QTimeZone::utc()));
         m_sim.setReply("o", "e", 9);
         Error error;
         QCOMPARE(m_interface->stopRemoteJob(m_job.get(), &error), 9);

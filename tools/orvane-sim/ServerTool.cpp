@@ -5,7 +5,6 @@
 #include "FaultFile.h"
 #include "OrvaneKeys.h"
 #include "Paths.h"
-#include "PlistWriter.h"
 #include "PropertyList.h"
 #include "RemoteCameras.h"
 #include "StateLock.h"
@@ -337,7 +336,7 @@ void ServerTool::listUploads()
 {
     const UploadQueue queue(m_store);
     if (!m_fault.suppressesPropertyList())
-        Console::outUtf8(PlistWriter::dictionaryDocument(queue.listing(QDateTime::currentDateTimeUtc())));
+        Console::outUtf8(PropertyList::dictionaryToXml(queue.listing(QDateTime::currentDateTimeUtc())));
 }
 
 void ServerTool::clearCompletedUploads()
