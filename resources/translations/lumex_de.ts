@@ -393,7 +393,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <name>LXLoginPanelController</name>
     <message>
         <source>Connecting…</source>
-        <translation>Verbinden…</translation>
+        <translation>Verbindungsaufbau…</translation>
     </message>
 </context>
 <context>
