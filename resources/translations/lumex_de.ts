@@ -150,7 +150,7 @@
         <translation>Benutzername</translation>
     </message>
     <message>
-        <source>The account of the server's administrator</source>
+        <source>The account of the server&apos;s administrator</source>
         <translation>Das Konto des Serveradministrators</translation>
     </message>
     <message>
@@ -158,7 +158,7 @@
         <translation>Passwort</translation>
     </message>
     <message>
-        <source>The password of the administrator's account</source>
+        <source>The password of the administrator&apos;s account</source>
         <translation>Das Passwort des Administratorkontos</translation>
     </message>
     <message>
@@ -170,7 +170,7 @@
         <translation>Der Name dieser Kamera auf dem Server</translation>
     </message>
     <message>
-        <source>Binds or unbinds this camera with the administrator's account</source>
+        <source>Binds or unbinds this camera with the administrator&apos;s account</source>
         <translation>Bindet oder löst diese Kamera mit dem Administratorkonto</translation>
     </message>
     <message>
@@ -222,7 +222,7 @@
         <translation>Podcast veröffentlicht</translation>
     </message>
     <message>
-        <source>"%@" has been uploaded.</source>
+        <source>&quot;%@&quot; has been uploaded.</source>
         <translation>„%@“ wurde hochgeladen.</translation>
     </message>
     <message>
@@ -230,14 +230,14 @@
         <translation>Podcast nicht veröffentlicht</translation>
     </message>
     <message>
-        <source>"%@" could not be uploaded. You can retry it in the Transfers window.</source>
+        <source>&quot;%@&quot; could not be uploaded. You can retry it in the Transfers window.</source>
         <translation>„%@“ konnte nicht hochgeladen werden. Sie können es im Fenster „Übertragungen“ erneut versuchen.</translation>
     </message>
 </context>
 <context>
     <name>GLScreenGrabController</name>
     <message>
-        <source>Lumex cannot show the screen: no picture came from the desktop's screen sharing (%1).</source>
+        <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
         <translation>Lumex kann den Bildschirm nicht zeigen: Von der Bildschirmfreigabe des Desktops kam kein Bild (%1).</translation>
     </message>
 </context>
@@ -245,7 +245,7 @@
     <name>LXApplication</name>
     <message>
         <source>Usage: lumex [FILE…]
-Records from a server's camera, this computer's camera and microphone or the screen,
+Records from a server&apos;s camera, this computer&apos;s camera and microphone or the screen,
 and publishes to a media server. Movie files named are offered for submission; with
 Lumex already running, they are handed to it.
 
@@ -265,7 +265,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
 <context>
     <name>LXController</name>
     <message>
-        <source>The server's list of workflows could not be read.</source>
+        <source>The server&apos;s list of workflows could not be read.</source>
         <translation>Die Liste der Workflows des Servers konnte nicht gelesen werden.</translation>
     </message>
     <message>
@@ -393,7 +393,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <name>LXLoginPanelController</name>
     <message>
         <source>Connecting…</source>
-        <translation>Verbinden…</translation>
+        <translation>Verbindungsaufbau…</translation>
     </message>
 </context>
 <context>
@@ -439,7 +439,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Filmdateien</translation>
     </message>
     <message>
-        <source>Record from a camera in a lecture hall or from this computer's camera</source>
+        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
         <translation>Mit einer Kamera im Hörsaal oder der Kamera dieses Computers aufnehmen</translation>
     </message>
     <message>
@@ -447,7 +447,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Nur Ton aufnehmen</translation>
     </message>
     <message>
-        <source>Record this computer's screen with narration</source>
+        <source>Record this computer&apos;s screen with narration</source>
         <translation>Den Bildschirm dieses Computers mit Kommentar aufnehmen</translation>
     </message>
     <message>
@@ -701,7 +701,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Melden Sie sich bei Ihrem Medienserver an</translation>
     </message>
     <message>
-        <source>Lumex records to the workflows of your organisation's server. Enter the server's address and your account.</source>
+        <source>Lumex records to the workflows of your organisation&apos;s server. Enter the server&apos;s address and your account.</source>
         <translation>Lumex nimmt für die Workflows des Servers Ihrer Einrichtung auf. Geben Sie die Adresse des Servers und Ihr Konto ein.</translation>
     </message>
     <message>
@@ -733,7 +733,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Server</translation>
     </message>
     <message>
-        <source>The address of your organisation's media server</source>
+        <source>The address of your organisation&apos;s media server</source>
         <translation>Die Adresse des Medienservers Ihrer Organisation</translation>
     </message>
     <message>
@@ -853,7 +853,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Lumex kann den Bildschirm nicht sehen, weil die Freigabe abgelehnt wurde. Wählen Sie den Bildschirm erneut, um noch einmal gefragt zu werden.</translation>
     </message>
     <message>
-        <source>Lumex cannot see the screen: the desktop's screen sharing failed (%1).</source>
+        <source>Lumex cannot see the screen: the desktop&apos;s screen sharing failed (%1).</source>
         <translation>Lumex kann den Bildschirm nicht sehen: Die Bildschirmfreigabe des Desktops ist fehlgeschlagen (%1).</translation>
     </message>
 </context>
