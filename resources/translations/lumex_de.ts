@@ -235,10 +235,44 @@
     </message>
 </context>
 <context>
+    <name>DonePage</name>
+    <message>
+        <source>New Recording</source>
+        <translation>Neue Aufnahme</translation>
+    </message>
+    <message>
+        <source>Whether the recording was handed to the server</source>
+        <translation>Ob die Aufnahme an den Server übergeben wurde</translation>
+    </message>
+    <message>
+        <source>Starts a new recording</source>
+        <translation>Beginnt eine neue Aufnahme</translation>
+    </message>
+</context>
+<context>
     <name>GLScreenGrabController</name>
     <message>
         <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
         <translation>Lumex kann den Bildschirm nicht zeigen: Von der Bildschirmfreigabe des Desktops kam kein Bild (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedRecordings</name>
+    <message>
+        <source>Publish the recording interrupted on %@?</source>
+        <translation>Die am %@ unterbrochene Aufnahme veröffentlichen?</translation>
+    </message>
+    <message>
+        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
+        <translation>Lumex oder der Computer wurde während dieser Aufnahme beendet. Wenn Sie sie jetzt nicht veröffentlichen, bleibt sie in %@.</translation>
+    </message>
+    <message>
+        <source>Publish…</source>
+        <translation>Veröffentlichen …</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Nicht jetzt</translation>
     </message>
 </context>
 <context>
@@ -281,32 +315,8 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Podcast aufnehmen</translation>
     </message>
     <message>
-        <source>Server communication error.</source>
-        <translation>Fehler bei der Kommunikation mit dem Server.</translation>
-    </message>
-    <message>
-        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
-        <translation>Bei der Kommunikation mit dem Orvane-Server ist ein Fehler aufgetreten. Bitte wenden Sie sich an Ihren Netzwerkadministrator.</translation>
-    </message>
-    <message>
-        <source>Authentication Failed</source>
-        <translation>Anmeldung fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
-        <translation>Benutzername oder Passwort sind möglicherweise falsch. Bitte geben Sie beide erneut ein und versuchen Sie es noch einmal.</translation>
-    </message>
-    <message>
         <source>Do you want to delete the recording and Quit?</source>
         <translation>Möchten Sie die Aufnahme löschen und Lumex beenden?</translation>
-    </message>
-    <message>
-        <source>Your current recording will be deleted. This action cannot be undone.</source>
-        <translation>Ihre aktuelle Aufnahme wird gelöscht. Dies kann nicht rückgängig gemacht werden.</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -317,40 +327,12 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Filmdateien auswählen</translation>
     </message>
     <message>
-        <source>Press %1 in any application to start or pause recording.</source>
-        <translation>Drücken Sie %1 in einem beliebigen Programm, um die Aufnahme zu starten oder anzuhalten.</translation>
-    </message>
-    <message>
-        <source>Closes this message</source>
-        <translation>Schließt diese Meldung</translation>
-    </message>
-    <message>
         <source>Keeps Lumex running with the recording</source>
         <translation>Lässt Lumex mit der Aufnahme weiterlaufen</translation>
     </message>
     <message>
         <source>Deletes the recording and quits Lumex</source>
         <translation>Löscht die Aufnahme und beendet Lumex</translation>
-    </message>
-    <message>
-        <source>Publish the recording interrupted on %@?</source>
-        <translation>Die am %@ unterbrochene Aufnahme veröffentlichen?</translation>
-    </message>
-    <message>
-        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
-        <translation>Lumex oder der Computer wurde während dieser Aufnahme beendet. Wenn Sie sie jetzt nicht veröffentlichen, bleibt sie in %@.</translation>
-    </message>
-    <message>
-        <source>Publish…</source>
-        <translation>Veröffentlichen …</translation>
-    </message>
-    <message>
-        <source>Not Now</source>
-        <translation>Nicht jetzt</translation>
-    </message>
-    <message>
-        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
-        <translation>Starten oder pausieren Sie die Aufnahme über das Menü „Aufnahme“: Dieser Desktop bietet keine Taste, die in jedem Programm wirkt.</translation>
     </message>
     <message>
         <source>Recording Paused</source>
@@ -415,86 +397,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Aufnehmen</translation>
     </message>
     <message>
-        <source>What would you like to record?</source>
-        <translation>Was möchten Sie aufnehmen?</translation>
-    </message>
-    <message>
-        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
-        <translation>Wählen Sie eine Quelle. Aufnahmen gehen an den Workflow, den Sie beim Veröffentlichen wählen.</translation>
-    </message>
-    <message>
-        <source>Video</source>
-        <translation>Video</translation>
-    </message>
-    <message>
-        <source>Audio</source>
-        <translation>Audio</translation>
-    </message>
-    <message>
-        <source>Screen</source>
-        <translation>Bildschirm</translation>
-    </message>
-    <message>
-        <source>Movie Files</source>
-        <translation>Filmdateien</translation>
-    </message>
-    <message>
-        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
-        <translation>Mit einer Kamera im Hörsaal oder der Kamera dieses Computers aufnehmen</translation>
-    </message>
-    <message>
-        <source>Record sound only</source>
-        <translation>Nur Ton aufnehmen</translation>
-    </message>
-    <message>
-        <source>Record this computer&apos;s screen with narration</source>
-        <translation>Den Bildschirm dieses Computers mit Kommentar aufnehmen</translation>
-    </message>
-    <message>
-        <source>Publish movie files you already have</source>
-        <translation>Vorhandene Filmdateien veröffentlichen</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Kamera</translation>
-    </message>
-    <message>
-        <source>Microphone</source>
-        <translation>Mikrofon</translation>
-    </message>
-    <message>
-        <source>Describe your recording</source>
-        <translation>Beschreiben Sie Ihre Aufnahme</translation>
-    </message>
-    <message>
-        <source>Give the recording a title and a description, then choose where it goes.</source>
-        <translation>Geben Sie der Aufnahme einen Titel und eine Beschreibung und wählen Sie dann ihr Ziel.</translation>
-    </message>
-    <message>
-        <source>Title</source>
-        <translation>Titel</translation>
-    </message>
-    <message>
-        <source>Title of the recording</source>
-        <translation>Titel der Aufnahme</translation>
-    </message>
-    <message>
-        <source>Description</source>
-        <translation>Beschreibung</translation>
-    </message>
-    <message>
-        <source>What is it about?</source>
-        <translation>Worum geht es?</translation>
-    </message>
-    <message>
-        <source>Workflow</source>
-        <translation>Workflow</translation>
-    </message>
-    <message>
-        <source>New Recording</source>
-        <translation>Neue Aufnahme</translation>
-    </message>
-    <message>
         <source>&amp;Lumex</source>
         <translation>&amp;Lumex</translation>
     </message>
@@ -531,62 +433,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>&amp;Kamerakonfiguration…</translation>
     </message>
     <message>
-        <source>Signed in as %1 on %2.</source>
-        <translation>Angemeldet als %1 auf %2.</translation>
-    </message>
-    <message>
-        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
-        <translation>Noch mit keinem Server verbunden. Wählen Sie Lumex ▸ Anmelden…, um sich zu verbinden.</translation>
-    </message>
-    <message>
-        <source>Microphone level</source>
-        <translation>Mikrofonpegel</translation>
-    </message>
-    <message>
-        <source>Preview</source>
-        <translation>Vorschau</translation>
-    </message>
-    <message>
-        <source>No preview yet</source>
-        <translation>Noch keine Vorschau</translation>
-    </message>
-    <message>
-        <source>Screen preview</source>
-        <translation>Bildschirmvorschau</translation>
-    </message>
-    <message>
-        <source>Camera preview</source>
-        <translation>Kameravorschau</translation>
-    </message>
-    <message>
-        <source>Recording state</source>
-        <translation>Aufnahmestatus</translation>
-    </message>
-    <message>
-        <source>Keyboard shortcut</source>
-        <translation>Tastenkürzel</translation>
-    </message>
-    <message>
-        <source>Recording time</source>
-        <translation>Aufnahmedauer</translation>
-    </message>
-    <message>
-        <source>Help</source>
-        <translation>Hilfe</translation>
-    </message>
-    <message>
-        <source>Files to publish</source>
-        <translation>Zu veröffentlichende Dateien</translation>
-    </message>
-    <message>
-        <source>Submission status</source>
-        <translation>Status der Übermittlung</translation>
-    </message>
-    <message>
-        <source>Files to publish:</source>
-        <translation>Zu veröffentlichende Dateien:</translation>
-    </message>
-    <message>
         <source>Done</source>
         <translation>Fertig</translation>
     </message>
@@ -601,74 +447,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Goes on to describe and publish the recording</source>
         <translation>Weiter zum Beschreiben und Veröffentlichen der Aufnahme</translation>
-    </message>
-    <message>
-        <source>The server and account you are signed in with</source>
-        <translation>Der Server und das Konto, mit denen Sie angemeldet sind</translation>
-    </message>
-    <message>
-        <source>The camera to record from</source>
-        <translation>Die Kamera, mit der aufgenommen wird</translation>
-    </message>
-    <message>
-        <source>The microphone to record from</source>
-        <translation>Das Mikrofon, mit dem aufgenommen wird</translation>
-    </message>
-    <message>
-        <source>How loud the chosen microphone is</source>
-        <translation>Wie laut das gewählte Mikrofon ist</translation>
-    </message>
-    <message>
-        <source>A recent picture from the remote camera</source>
-        <translation>Ein aktuelles Bild der entfernten Kamera</translation>
-    </message>
-    <message>
-        <source>A picture of the screen that is recorded</source>
-        <translation>Ein Bild des Bildschirms, der aufgenommen wird</translation>
-    </message>
-    <message>
-        <source>The live picture of the chosen camera</source>
-        <translation>Das Livebild der gewählten Kamera</translation>
-    </message>
-    <message>
-        <source>Whether a recording is running or paused</source>
-        <translation>Ob eine Aufnahme läuft oder pausiert</translation>
-    </message>
-    <message>
-        <source>The key that starts or pauses a recording from any application</source>
-        <translation>Die Taste, die eine Aufnahme aus jedem Programm startet oder pausiert</translation>
-    </message>
-    <message>
-        <source>How long the recording has run</source>
-        <translation>Wie lange die Aufnahme schon läuft</translation>
-    </message>
-    <message>
-        <source>What to fill in before publishing</source>
-        <translation>Was vor dem Veröffentlichen auszufüllen ist</translation>
-    </message>
-    <message>
-        <source>The movie files that are published</source>
-        <translation>Die Filmdateien, die veröffentlicht werden</translation>
-    </message>
-    <message>
-        <source>The title the recording is published with</source>
-        <translation>Der Titel, unter dem die Aufnahme veröffentlicht wird</translation>
-    </message>
-    <message>
-        <source>A description published with the recording</source>
-        <translation>Eine Beschreibung, die mit der Aufnahme veröffentlicht wird</translation>
-    </message>
-    <message>
-        <source>The server workflow that processes the recording</source>
-        <translation>Der Server-Workflow, der die Aufnahme verarbeitet</translation>
-    </message>
-    <message>
-        <source>Whether the recording was handed to the server</source>
-        <translation>Ob die Aufnahme an den Server übergeben wurde</translation>
-    </message>
-    <message>
-        <source>Starts a new recording</source>
-        <translation>Beginnt eine neue Aufnahme</translation>
     </message>
 </context>
 <context>
@@ -762,6 +540,65 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     </message>
 </context>
 <context>
+    <name>MetadataPage</name>
+    <message>
+        <source>Describe your recording</source>
+        <translation>Beschreiben Sie Ihre Aufnahme</translation>
+    </message>
+    <message>
+        <source>Give the recording a title and a description, then choose where it goes.</source>
+        <translation>Geben Sie der Aufnahme einen Titel und eine Beschreibung und wählen Sie dann ihr Ziel.</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Title of the recording</source>
+        <translation>Titel der Aufnahme</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>What is it about?</source>
+        <translation>Worum geht es?</translation>
+    </message>
+    <message>
+        <source>Workflow</source>
+        <translation>Workflow</translation>
+    </message>
+    <message>
+        <source>What to fill in before publishing</source>
+        <translation>Was vor dem Veröffentlichen auszufüllen ist</translation>
+    </message>
+    <message>
+        <source>The movie files that are published</source>
+        <translation>Die Filmdateien, die veröffentlicht werden</translation>
+    </message>
+    <message>
+        <source>The title the recording is published with</source>
+        <translation>Der Titel, unter dem die Aufnahme veröffentlicht wird</translation>
+    </message>
+    <message>
+        <source>A description published with the recording</source>
+        <translation>Eine Beschreibung, die mit der Aufnahme veröffentlicht wird</translation>
+    </message>
+    <message>
+        <source>The server workflow that processes the recording</source>
+        <translation>Der Server-Workflow, der die Aufnahme verarbeitet</translation>
+    </message>
+    <message>
+        <source>Files to publish:</source>
+        <translation>Zu veröffentlichende Dateien:</translation>
+    </message>
+</context>
+<context>
     <name>OrvaneServerInterface</name>
     <message>
         <source>%@ tool cannot be found.</source>
@@ -843,6 +680,81 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     </message>
 </context>
 <context>
+    <name>RecordPage</name>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Mikrofonpegel</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>No preview yet</source>
+        <translation>Noch keine Vorschau</translation>
+    </message>
+    <message>
+        <source>Screen preview</source>
+        <translation>Bildschirmvorschau</translation>
+    </message>
+    <message>
+        <source>Camera preview</source>
+        <translation>Kameravorschau</translation>
+    </message>
+    <message>
+        <source>The camera to record from</source>
+        <translation>Die Kamera, mit der aufgenommen wird</translation>
+    </message>
+    <message>
+        <source>The microphone to record from</source>
+        <translation>Das Mikrofon, mit dem aufgenommen wird</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Wie laut das gewählte Mikrofon ist</translation>
+    </message>
+    <message>
+        <source>A recent picture from the remote camera</source>
+        <translation>Ein aktuelles Bild der entfernten Kamera</translation>
+    </message>
+    <message>
+        <source>A picture of the screen that is recorded</source>
+        <translation>Ein Bild des Bildschirms, der aufgenommen wird</translation>
+    </message>
+    <message>
+        <source>The live picture of the chosen camera</source>
+        <translation>Das Livebild der gewählten Kamera</translation>
+    </message>
+    <message>
+        <source>Whether a recording is running or paused</source>
+        <translation>Ob eine Aufnahme läuft oder pausiert</translation>
+    </message>
+    <message>
+        <source>The key that starts or pauses a recording from any application</source>
+        <translation>Die Taste, die eine Aufnahme aus jedem Programm startet oder pausiert</translation>
+    </message>
+    <message>
+        <source>How long the recording has run</source>
+        <translation>Wie lange die Aufnahme schon läuft</translation>
+    </message>
+    <message>
+        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
+        <translation>Starten oder pausieren Sie die Aufnahme über das Menü „Aufnahme“: Dieser Desktop bietet keine Taste, die in jedem Programm wirkt.</translation>
+    </message>
+    <message>
+        <source>Press %1 in any application to start or pause recording.</source>
+        <translation>Drücken Sie %1 in einem beliebigen Programm, um die Aufnahme zu starten oder anzuhalten.</translation>
+    </message>
+</context>
+<context>
     <name>ScreenCastPortal</name>
     <message>
         <source>Lumex cannot see the screen: this desktop offers no screen sharing service (the desktop portal is not running).</source>
@@ -855,6 +767,92 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Lumex cannot see the screen: the desktop&apos;s screen sharing failed (%1).</source>
         <translation>Lumex kann den Bildschirm nicht sehen: Die Bildschirmfreigabe des Desktops ist fehlgeschlagen (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>Sheets</name>
+    <message>
+        <source>Server communication error.</source>
+        <translation>Fehler bei der Kommunikation mit dem Server.</translation>
+    </message>
+    <message>
+        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
+        <translation>Bei der Kommunikation mit dem Orvane-Server ist ein Fehler aufgetreten. Bitte wenden Sie sich an Ihren Netzwerkadministrator.</translation>
+    </message>
+    <message>
+        <source>Authentication Failed</source>
+        <translation>Anmeldung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
+        <translation>Benutzername oder Passwort sind möglicherweise falsch. Bitte geben Sie beide erneut ein und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Schließt diese Meldung</translation>
+    </message>
+    <message>
+        <source>Your current recording will be deleted. This action cannot be undone.</source>
+        <translation>Ihre aktuelle Aufnahme wird gelöscht. Dies kann nicht rückgängig gemacht werden.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>SourceChooserPage</name>
+    <message>
+        <source>What would you like to record?</source>
+        <translation>Was möchten Sie aufnehmen?</translation>
+    </message>
+    <message>
+        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
+        <translation>Wählen Sie eine Quelle. Aufnahmen gehen an den Workflow, den Sie beim Veröffentlichen wählen.</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
+        <translation>Mit einer Kamera im Hörsaal oder der Kamera dieses Computers aufnehmen</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>Record sound only</source>
+        <translation>Nur Ton aufnehmen</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>Bildschirm</translation>
+    </message>
+    <message>
+        <source>Record this computer&apos;s screen with narration</source>
+        <translation>Den Bildschirm dieses Computers mit Kommentar aufnehmen</translation>
+    </message>
+    <message>
+        <source>Movie Files</source>
+        <translation>Filmdateien</translation>
+    </message>
+    <message>
+        <source>Publish movie files you already have</source>
+        <translation>Vorhandene Filmdateien veröffentlichen</translation>
+    </message>
+    <message>
+        <source>The server and account you are signed in with</source>
+        <translation>Der Server und das Konto, mit denen Sie angemeldet sind</translation>
+    </message>
+    <message>
+        <source>Signed in as %1 on %2.</source>
+        <translation>Angemeldet als %1 auf %2.</translation>
+    </message>
+    <message>
+        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
+        <translation>Noch mit keinem Server verbunden. Wählen Sie Lumex ▸ Anmelden…, um sich zu verbinden.</translation>
     </message>
 </context>
 <context>
@@ -943,7 +941,7 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
 <context>
     <name>TransfersModel</name>
     <message>
-        <source>'%@' by %@</source>
+        <source>&apos;%@&apos; by %@</source>
         <translation>„%@“ von %@</translation>
     </message>
     <message>

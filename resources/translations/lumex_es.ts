@@ -235,10 +235,44 @@
     </message>
 </context>
 <context>
+    <name>DonePage</name>
+    <message>
+        <source>New Recording</source>
+        <translation>Nueva grabación</translation>
+    </message>
+    <message>
+        <source>Whether the recording was handed to the server</source>
+        <translation>Indica si la grabación se entregó al servidor</translation>
+    </message>
+    <message>
+        <source>Starts a new recording</source>
+        <translation>Inicia una grabación nueva</translation>
+    </message>
+</context>
+<context>
     <name>GLScreenGrabController</name>
     <message>
         <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
         <translation>Lumex no puede mostrar la pantalla: la función de compartir pantalla del escritorio no ha enviado ninguna imagen (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedRecordings</name>
+    <message>
+        <source>Publish the recording interrupted on %@?</source>
+        <translation>¿Publicar la grabación interrumpida el %@?</translation>
+    </message>
+    <message>
+        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
+        <translation>Lumex o el equipo se detuvo mientras se hacía esta grabación. Si no la publica ahora, se quedará en %@.</translation>
+    </message>
+    <message>
+        <source>Publish…</source>
+        <translation>Publicar…</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Ahora no</translation>
     </message>
 </context>
 <context>
@@ -265,40 +299,12 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
 <context>
     <name>LXController</name>
     <message>
-        <source>Server communication error.</source>
-        <translation>Error de comunicación con el servidor.</translation>
-    </message>
-    <message>
-        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
-        <translation>Se produjo un error al comunicarse con el servidor Orvane. Póngase en contacto con su administrador de red para obtener ayuda.</translation>
-    </message>
-    <message>
-        <source>Authentication Failed</source>
-        <translation>Error de autenticación</translation>
-    </message>
-    <message>
-        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
-        <translation>Puede que el nombre de usuario o la contraseña no sean correctos. Vuelva a escribirlos e inténtelo de nuevo.</translation>
-    </message>
-    <message>
-        <source>Closes this message</source>
-        <translation>Cierra este mensaje</translation>
-    </message>
-    <message>
         <source>The server&apos;s list of workflows could not be read.</source>
         <translation>No se pudo leer la lista de flujos de trabajo del servidor.</translation>
     </message>
     <message>
         <source>Do you want to delete the recording and Quit?</source>
         <translation>¿Quiere eliminar la grabación y salir?</translation>
-    </message>
-    <message>
-        <source>Your current recording will be deleted. This action cannot be undone.</source>
-        <translation>Se eliminará la grabación actual. Esta acción no se puede deshacer.</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancelar</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -329,32 +335,8 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <translation>No hay suficiente espacio en el volumen %@ para seguir grabando el podcast. La grabación se ha pausado.</translation>
     </message>
     <message>
-        <source>Publish the recording interrupted on %@?</source>
-        <translation>¿Publicar la grabación interrumpida el %@?</translation>
-    </message>
-    <message>
-        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
-        <translation>Lumex o el equipo se detuvo mientras se hacía esta grabación. Si no la publica ahora, se quedará en %@.</translation>
-    </message>
-    <message>
-        <source>Publish…</source>
-        <translation>Publicar…</translation>
-    </message>
-    <message>
-        <source>Not Now</source>
-        <translation>Ahora no</translation>
-    </message>
-    <message>
         <source>Choose Movie Files</source>
         <translation>Elegir archivos de vídeo</translation>
-    </message>
-    <message>
-        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
-        <translation>Use el menú Grabación para iniciar o pausar la grabación: este escritorio no ofrece ninguna tecla que funcione en cualquier aplicación.</translation>
-    </message>
-    <message>
-        <source>Press %1 in any application to start or pause recording.</source>
-        <translation>Pulse %1 en cualquier aplicación para iniciar o pausar la grabación.</translation>
     </message>
     <message>
         <source>Your podcast is being submitted.</source>
@@ -411,74 +393,6 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <translation>Pasa a describir y publicar la grabación</translation>
     </message>
     <message>
-        <source>The server and account you are signed in with</source>
-        <translation>El servidor y la cuenta con los que ha iniciado sesión</translation>
-    </message>
-    <message>
-        <source>The camera to record from</source>
-        <translation>La cámara con la que grabar</translation>
-    </message>
-    <message>
-        <source>The microphone to record from</source>
-        <translation>El micrófono con el que grabar</translation>
-    </message>
-    <message>
-        <source>How loud the chosen microphone is</source>
-        <translation>Nivel sonoro del micrófono elegido</translation>
-    </message>
-    <message>
-        <source>A recent picture from the remote camera</source>
-        <translation>Una imagen reciente de la cámara remota</translation>
-    </message>
-    <message>
-        <source>A picture of the screen that is recorded</source>
-        <translation>Una imagen de la pantalla que se graba</translation>
-    </message>
-    <message>
-        <source>The live picture of the chosen camera</source>
-        <translation>La imagen en directo de la cámara elegida</translation>
-    </message>
-    <message>
-        <source>Whether a recording is running or paused</source>
-        <translation>Indica si hay una grabación en curso o en pausa</translation>
-    </message>
-    <message>
-        <source>The key that starts or pauses a recording from any application</source>
-        <translation>La tecla que inicia o pausa una grabación desde cualquier aplicación</translation>
-    </message>
-    <message>
-        <source>How long the recording has run</source>
-        <translation>Cuánto tiempo lleva la grabación</translation>
-    </message>
-    <message>
-        <source>What to fill in before publishing</source>
-        <translation>Qué rellenar antes de publicar</translation>
-    </message>
-    <message>
-        <source>The movie files that are published</source>
-        <translation>Los archivos de vídeo que se publican</translation>
-    </message>
-    <message>
-        <source>The title the recording is published with</source>
-        <translation>El título con el que se publica la grabación</translation>
-    </message>
-    <message>
-        <source>A description published with the recording</source>
-        <translation>Una descripción que se publica con la grabación</translation>
-    </message>
-    <message>
-        <source>The server workflow that processes the recording</source>
-        <translation>El flujo de trabajo del servidor que procesa la grabación</translation>
-    </message>
-    <message>
-        <source>Whether the recording was handed to the server</source>
-        <translation>Indica si la grabación se entregó al servidor</translation>
-    </message>
-    <message>
-        <source>Starts a new recording</source>
-        <translation>Inicia una grabación nueva</translation>
-    </message>
-    <message>
         <source>Start Over</source>
         <translation>Empezar de nuevo</translation>
     </message>
@@ -489,130 +403,6 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Record</source>
         <translation>Grabar</translation>
-    </message>
-    <message>
-        <source>What would you like to record?</source>
-        <translation>¿Qué quiere grabar?</translation>
-    </message>
-    <message>
-        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
-        <translation>Elija una fuente. Las grabaciones van al flujo de trabajo que elija al publicar.</translation>
-    </message>
-    <message>
-        <source>Video</source>
-        <translation>Vídeo</translation>
-    </message>
-    <message>
-        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
-        <translation>Grabar con la cámara de un aula o con la de este equipo</translation>
-    </message>
-    <message>
-        <source>Audio</source>
-        <translation>Audio</translation>
-    </message>
-    <message>
-        <source>Record sound only</source>
-        <translation>Grabar solo sonido</translation>
-    </message>
-    <message>
-        <source>Screen</source>
-        <translation>Pantalla</translation>
-    </message>
-    <message>
-        <source>Record this computer&apos;s screen with narration</source>
-        <translation>Grabar la pantalla de este equipo con narración</translation>
-    </message>
-    <message>
-        <source>Movie Files</source>
-        <translation>Archivos de vídeo</translation>
-    </message>
-    <message>
-        <source>Publish movie files you already have</source>
-        <translation>Publicar archivos de vídeo que ya tiene</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Cámara</translation>
-    </message>
-    <message>
-        <source>Microphone</source>
-        <translation>Micrófono</translation>
-    </message>
-    <message>
-        <source>Microphone level</source>
-        <translation>Nivel del micrófono</translation>
-    </message>
-    <message>
-        <source>Preview</source>
-        <translation>Vista previa</translation>
-    </message>
-    <message>
-        <source>No preview yet</source>
-        <translation>Aún no hay vista previa</translation>
-    </message>
-    <message>
-        <source>Screen preview</source>
-        <translation>Vista previa de la pantalla</translation>
-    </message>
-    <message>
-        <source>Camera preview</source>
-        <translation>Vista previa de la cámara</translation>
-    </message>
-    <message>
-        <source>Recording state</source>
-        <translation>Estado de la grabación</translation>
-    </message>
-    <message>
-        <source>Keyboard shortcut</source>
-        <translation>Atajo de teclado</translation>
-    </message>
-    <message>
-        <source>Recording time</source>
-        <translation>Tiempo de grabación</translation>
-    </message>
-    <message>
-        <source>Describe your recording</source>
-        <translation>Describa su grabación</translation>
-    </message>
-    <message>
-        <source>Give the recording a title and a description, then choose where it goes.</source>
-        <translation>Dé a la grabación un título y una descripción, y elija después su destino.</translation>
-    </message>
-    <message>
-        <source>Help</source>
-        <translation>Ayuda</translation>
-    </message>
-    <message>
-        <source>Files to publish</source>
-        <translation>Archivos que publicar</translation>
-    </message>
-    <message>
-        <source>Title</source>
-        <translation>Título</translation>
-    </message>
-    <message>
-        <source>Title of the recording</source>
-        <translation>Título de la grabación</translation>
-    </message>
-    <message>
-        <source>Description</source>
-        <translation>Descripción</translation>
-    </message>
-    <message>
-        <source>What is it about?</source>
-        <translation>¿De qué trata?</translation>
-    </message>
-    <message>
-        <source>Workflow</source>
-        <translation>Flujo de trabajo</translation>
-    </message>
-    <message>
-        <source>Submission status</source>
-        <translation>Estado del envío</translation>
-    </message>
-    <message>
-        <source>New Recording</source>
-        <translation>Nueva grabación</translation>
     </message>
     <message>
         <source>&amp;Lumex</source>
@@ -651,20 +441,8 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <translation>Configuración de la &amp;cámara…</translation>
     </message>
     <message>
-        <source>Files to publish:</source>
-        <translation>Archivos que publicar:</translation>
-    </message>
-    <message>
         <source>Back</source>
         <translation>Atrás</translation>
-    </message>
-    <message>
-        <source>Signed in as %1 on %2.</source>
-        <translation>Sesión iniciada como %1 en %2.</translation>
-    </message>
-    <message>
-        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
-        <translation>Aún no está conectado a ningún servidor. Elija Lumex ▸ Iniciar sesión… para conectarse.</translation>
     </message>
     <message>
         <source>Done</source>
@@ -762,6 +540,65 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     </message>
 </context>
 <context>
+    <name>MetadataPage</name>
+    <message>
+        <source>Describe your recording</source>
+        <translation>Describa su grabación</translation>
+    </message>
+    <message>
+        <source>Give the recording a title and a description, then choose where it goes.</source>
+        <translation>Dé a la grabación un título y una descripción, y elija después su destino.</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Ayuda</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Título</translation>
+    </message>
+    <message>
+        <source>Title of the recording</source>
+        <translation>Título de la grabación</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Descripción</translation>
+    </message>
+    <message>
+        <source>What is it about?</source>
+        <translation>¿De qué trata?</translation>
+    </message>
+    <message>
+        <source>Workflow</source>
+        <translation>Flujo de trabajo</translation>
+    </message>
+    <message>
+        <source>What to fill in before publishing</source>
+        <translation>Qué rellenar antes de publicar</translation>
+    </message>
+    <message>
+        <source>The movie files that are published</source>
+        <translation>Los archivos de vídeo que se publican</translation>
+    </message>
+    <message>
+        <source>The title the recording is published with</source>
+        <translation>El título con el que se publica la grabación</translation>
+    </message>
+    <message>
+        <source>A description published with the recording</source>
+        <translation>Una descripción que se publica con la grabación</translation>
+    </message>
+    <message>
+        <source>The server workflow that processes the recording</source>
+        <translation>El flujo de trabajo del servidor que procesa la grabación</translation>
+    </message>
+    <message>
+        <source>Files to publish:</source>
+        <translation>Archivos que publicar:</translation>
+    </message>
+</context>
+<context>
     <name>OrvaneServerInterface</name>
     <message>
         <source>%@ tool cannot be found.</source>
@@ -843,6 +680,81 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     </message>
 </context>
 <context>
+    <name>RecordPage</name>
+    <message>
+        <source>Camera</source>
+        <translation>Cámara</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Micrófono</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Nivel del micrófono</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vista previa</translation>
+    </message>
+    <message>
+        <source>No preview yet</source>
+        <translation>Aún no hay vista previa</translation>
+    </message>
+    <message>
+        <source>Screen preview</source>
+        <translation>Vista previa de la pantalla</translation>
+    </message>
+    <message>
+        <source>Camera preview</source>
+        <translation>Vista previa de la cámara</translation>
+    </message>
+    <message>
+        <source>The camera to record from</source>
+        <translation>La cámara con la que grabar</translation>
+    </message>
+    <message>
+        <source>The microphone to record from</source>
+        <translation>El micrófono con el que grabar</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Nivel sonoro del micrófono elegido</translation>
+    </message>
+    <message>
+        <source>A recent picture from the remote camera</source>
+        <translation>Una imagen reciente de la cámara remota</translation>
+    </message>
+    <message>
+        <source>A picture of the screen that is recorded</source>
+        <translation>Una imagen de la pantalla que se graba</translation>
+    </message>
+    <message>
+        <source>The live picture of the chosen camera</source>
+        <translation>La imagen en directo de la cámara elegida</translation>
+    </message>
+    <message>
+        <source>Whether a recording is running or paused</source>
+        <translation>Indica si hay una grabación en curso o en pausa</translation>
+    </message>
+    <message>
+        <source>The key that starts or pauses a recording from any application</source>
+        <translation>La tecla que inicia o pausa una grabación desde cualquier aplicación</translation>
+    </message>
+    <message>
+        <source>How long the recording has run</source>
+        <translation>Cuánto tiempo lleva la grabación</translation>
+    </message>
+    <message>
+        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
+        <translation>Use el menú Grabación para iniciar o pausar la grabación: este escritorio no ofrece ninguna tecla que funcione en cualquier aplicación.</translation>
+    </message>
+    <message>
+        <source>Press %1 in any application to start or pause recording.</source>
+        <translation>Pulse %1 en cualquier aplicación para iniciar o pausar la grabación.</translation>
+    </message>
+</context>
+<context>
     <name>ScreenCastPortal</name>
     <message>
         <source>Lumex cannot see the screen: this desktop offers no screen sharing service (the desktop portal is not running).</source>
@@ -858,15 +770,93 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     </message>
 </context>
 <context>
+    <name>Sheets</name>
+    <message>
+        <source>Server communication error.</source>
+        <translation>Error de comunicación con el servidor.</translation>
+    </message>
+    <message>
+        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
+        <translation>Se produjo un error al comunicarse con el servidor Orvane. Póngase en contacto con su administrador de red para obtener ayuda.</translation>
+    </message>
+    <message>
+        <source>Authentication Failed</source>
+        <translation>Error de autenticación</translation>
+    </message>
+    <message>
+        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
+        <translation>Puede que el nombre de usuario o la contraseña no sean correctos. Vuelva a escribirlos e inténtelo de nuevo.</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Cierra este mensaje</translation>
+    </message>
+    <message>
+        <source>Your current recording will be deleted. This action cannot be undone.</source>
+        <translation>Se eliminará la grabación actual. Esta acción no se puede deshacer.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+</context>
+<context>
+    <name>SourceChooserPage</name>
+    <message>
+        <source>What would you like to record?</source>
+        <translation>¿Qué quiere grabar?</translation>
+    </message>
+    <message>
+        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
+        <translation>Elija una fuente. Las grabaciones van al flujo de trabajo que elija al publicar.</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Vídeo</translation>
+    </message>
+    <message>
+        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
+        <translation>Grabar con la cámara de un aula o con la de este equipo</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>Record sound only</source>
+        <translation>Grabar solo sonido</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>Pantalla</translation>
+    </message>
+    <message>
+        <source>Record this computer&apos;s screen with narration</source>
+        <translation>Grabar la pantalla de este equipo con narración</translation>
+    </message>
+    <message>
+        <source>Movie Files</source>
+        <translation>Archivos de vídeo</translation>
+    </message>
+    <message>
+        <source>Publish movie files you already have</source>
+        <translation>Publicar archivos de vídeo que ya tiene</translation>
+    </message>
+    <message>
+        <source>The server and account you are signed in with</source>
+        <translation>El servidor y la cuenta con los que ha iniciado sesión</translation>
+    </message>
+    <message>
+        <source>Signed in as %1 on %2.</source>
+        <translation>Sesión iniciada como %1 en %2.</translation>
+    </message>
+    <message>
+        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
+        <translation>Aún no está conectado a ningún servidor. Elija Lumex ▸ Iniciar sesión… para conectarse.</translation>
+    </message>
+</context>
+<context>
     <name>TransferCell</name>
-    <message>
-        <source>Upload progress</source>
-        <translation>Progreso de la subida</translation>
-    </message>
-    <message>
-        <source>How much of the recording has been uploaded</source>
-        <translation>Cuánto se ha subido ya de la grabación</translation>
-    </message>
     <message>
         <source>Retry</source>
         <comment>button: upload again</comment>
@@ -879,6 +869,84 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Retry Upload</source>
         <translation>Reintentar la subida</translation>
+    </message>
+</context>
+<context>
+    <name>Transfers</name>
+    <message>
+        <source>Transfers</source>
+        <translation>Transferencias</translation>
+    </message>
+    <message>
+        <source>The uploads of your recordings and how far each has got</source>
+        <translation>Las subidas de sus grabaciones y el progreso de cada una</translation>
+    </message>
+    <message>
+        <source>No Transfers</source>
+        <translation>No hay transferencias</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Limpiar</translation>
+    </message>
+    <message>
+        <source>Removes the completed uploads from the list</source>
+        <translation>Quita de la lista las subidas completadas</translation>
+    </message>
+    <message>
+        <source>Remove the completed uploads from the list</source>
+        <translation>Quitar de la lista las subidas completadas</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersController</name>
+    <message>
+        <source>No Transfers</source>
+        <translation>No hay transferencias</translation>
+    </message>
+    <message>
+        <source>1 Transfer</source>
+        <translation>1 transferencia</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Transfers</source>
+        <translation>
+            <numerusform>%n transferencia</numerusform>
+            <numerusform>%n transferencias</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>(no file)</source>
+        <translation>(sin archivo)</translation>
+    </message>
+    <message>
+        <source>This upload can no longer be retried.</source>
+        <translation>Esta subida ya no se puede reintentar.</translation>
+    </message>
+    <message>
+        <source>Its files were moved or deleted:
+%@</source>
+        <translation>Sus archivos se han movido o eliminado:
+%@</translation>
+    </message>
+    <message>
+        <source>Sign in to retry this upload.</source>
+        <translation>Inicie sesión para reintentar esta subida.</translation>
+    </message>
+    <message>
+        <source>The upload is sent again under the name you sign in with.</source>
+        <translation>La subida se vuelve a enviar con el nombre con el que inicie sesión.</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersModel</name>
+    <message>
+        <source>progress %1 %</source>
+        <translation>progreso %1 %</translation>
+    </message>
+    <message>
+        <source>Press Return to retry the upload.</source>
+        <translation>Pulse Intro para reintentar la subida.</translation>
     </message>
     <message>
         <source>&apos;%@&apos; by %@</source>
@@ -936,77 +1004,6 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
             <numerusform>%n hora</numerusform>
             <numerusform>%n horas</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>Transfers</name>
-    <message>
-        <source>Transfers</source>
-        <translation>Transferencias</translation>
-    </message>
-    <message>
-        <source>The uploads of your recordings and how far each has got</source>
-        <translation>Las subidas de sus grabaciones y el progreso de cada una</translation>
-    </message>
-    <message>
-        <source>Transfer</source>
-        <translation>Transferencia</translation>
-    </message>
-    <message>
-        <source>No Transfers</source>
-        <translation>No hay transferencias</translation>
-    </message>
-    <message>
-        <source>Clear</source>
-        <translation>Limpiar</translation>
-    </message>
-    <message>
-        <source>Removes the completed uploads from the list</source>
-        <translation>Quita de la lista las subidas completadas</translation>
-    </message>
-    <message>
-        <source>Remove the completed uploads from the list</source>
-        <translation>Quitar de la lista las subidas completadas</translation>
-    </message>
-</context>
-<context>
-    <name>TransfersController</name>
-    <message>
-        <source>No Transfers</source>
-        <translation>No hay transferencias</translation>
-    </message>
-    <message>
-        <source>1 Transfer</source>
-        <translation>1 transferencia</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n Transfers</source>
-        <translation>
-            <numerusform>%n transferencia</numerusform>
-            <numerusform>%n transferencias</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>(no file)</source>
-        <translation>(sin archivo)</translation>
-    </message>
-    <message>
-        <source>This upload can no longer be retried.</source>
-        <translation>Esta subida ya no se puede reintentar.</translation>
-    </message>
-    <message>
-        <source>Its files were moved or deleted:
-%@</source>
-        <translation>Sus archivos se han movido o eliminado:
-%@</translation>
-    </message>
-    <message>
-        <source>Sign in to retry this upload.</source>
-        <translation>Inicie sesión para reintentar esta subida.</translation>
-    </message>
-    <message>
-        <source>The upload is sent again under the name you sign in with.</source>
-        <translation>La subida se vuelve a enviar con el nombre con el que inicie sesión.</translation>
     </message>
 </context>
 </TS>

@@ -235,10 +235,44 @@
     </message>
 </context>
 <context>
+    <name>DonePage</name>
+    <message>
+        <source>New Recording</source>
+        <translation>Nouvel enregistrement</translation>
+    </message>
+    <message>
+        <source>Whether the recording was handed to the server</source>
+        <translation>Indique si l&apos;enregistrement a été transmis au serveur</translation>
+    </message>
+    <message>
+        <source>Starts a new recording</source>
+        <translation>Commence un nouvel enregistrement</translation>
+    </message>
+</context>
+<context>
     <name>GLScreenGrabController</name>
     <message>
         <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
         <translation>Lumex ne peut pas afficher l&apos;écran&#xa0;: le partage d&apos;écran du bureau n&apos;a fourni aucune image (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedRecordings</name>
+    <message>
+        <source>Publish the recording interrupted on %@?</source>
+        <translation>Publier l&apos;enregistrement interrompu le %@&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
+        <translation>Lumex ou l&apos;ordinateur s&apos;est arrêté pendant cet enregistrement. Si vous ne le publiez pas maintenant, il reste dans %@.</translation>
+    </message>
+    <message>
+        <source>Publish…</source>
+        <translation>Publier…</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Plus tard</translation>
     </message>
 </context>
 <context>
@@ -265,40 +299,12 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
 <context>
     <name>LXController</name>
     <message>
-        <source>Server communication error.</source>
-        <translation>Erreur de communication avec le serveur.</translation>
-    </message>
-    <message>
-        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
-        <translation>Une erreur s&apos;est produite lors de la communication avec le serveur Orvane. Contactez votre administrateur réseau pour obtenir de l&apos;aide.</translation>
-    </message>
-    <message>
-        <source>Authentication Failed</source>
-        <translation>Échec de l&apos;authentification</translation>
-    </message>
-    <message>
-        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
-        <translation>Le nom d&apos;utilisateur ou le mot de passe saisi est peut-être incorrect. Saisissez-les à nouveau et réessayez.</translation>
-    </message>
-    <message>
-        <source>Closes this message</source>
-        <translation>Ferme ce message</translation>
-    </message>
-    <message>
         <source>The server&apos;s list of workflows could not be read.</source>
         <translation>Impossible de lire la liste des flux de travail du serveur.</translation>
     </message>
     <message>
         <source>Do you want to delete the recording and Quit?</source>
         <translation>Voulez-vous supprimer l&apos;enregistrement et quitter&#xa0;?</translation>
-    </message>
-    <message>
-        <source>Your current recording will be deleted. This action cannot be undone.</source>
-        <translation>L&apos;enregistrement en cours sera supprimé. Cette action est irréversible.</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Annuler</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -329,32 +335,8 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <translation>L&apos;espace disque disponible sur le volume %@ ne suffit pas pour poursuivre l&apos;enregistrement du podcast. L&apos;enregistrement a été suspendu.</translation>
     </message>
     <message>
-        <source>Publish the recording interrupted on %@?</source>
-        <translation>Publier l&apos;enregistrement interrompu le %@&#xa0;?</translation>
-    </message>
-    <message>
-        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
-        <translation>Lumex ou l&apos;ordinateur s&apos;est arrêté pendant cet enregistrement. Si vous ne le publiez pas maintenant, il reste dans %@.</translation>
-    </message>
-    <message>
-        <source>Publish…</source>
-        <translation>Publier…</translation>
-    </message>
-    <message>
-        <source>Not Now</source>
-        <translation>Plus tard</translation>
-    </message>
-    <message>
         <source>Choose Movie Files</source>
         <translation>Choisir des fichiers vidéo</translation>
-    </message>
-    <message>
-        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
-        <translation>Utilisez le menu Enregistrement pour démarrer ou suspendre l&apos;enregistrement&#xa0;: ce bureau ne propose aucune touche qui fonctionne dans toutes les applications.</translation>
-    </message>
-    <message>
-        <source>Press %1 in any application to start or pause recording.</source>
-        <translation>Appuyez sur %1 dans n&apos;importe quelle application pour démarrer ou suspendre l&apos;enregistrement.</translation>
     </message>
     <message>
         <source>Your podcast is being submitted.</source>
@@ -411,74 +393,6 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <translation>Passe à la description et à la publication de l&apos;enregistrement</translation>
     </message>
     <message>
-        <source>The server and account you are signed in with</source>
-        <translation>Le serveur et le compte avec lesquels vous êtes connecté</translation>
-    </message>
-    <message>
-        <source>The camera to record from</source>
-        <translation>La caméra avec laquelle enregistrer</translation>
-    </message>
-    <message>
-        <source>The microphone to record from</source>
-        <translation>Le microphone avec lequel enregistrer</translation>
-    </message>
-    <message>
-        <source>How loud the chosen microphone is</source>
-        <translation>Niveau sonore du microphone choisi</translation>
-    </message>
-    <message>
-        <source>A recent picture from the remote camera</source>
-        <translation>Une image récente de la caméra distante</translation>
-    </message>
-    <message>
-        <source>A picture of the screen that is recorded</source>
-        <translation>Une image de l&apos;écran enregistré</translation>
-    </message>
-    <message>
-        <source>The live picture of the chosen camera</source>
-        <translation>L&apos;image en direct de la caméra choisie</translation>
-    </message>
-    <message>
-        <source>Whether a recording is running or paused</source>
-        <translation>Indique si un enregistrement est en cours ou suspendu</translation>
-    </message>
-    <message>
-        <source>The key that starts or pauses a recording from any application</source>
-        <translation>La touche qui démarre ou suspend un enregistrement depuis n&apos;importe quelle application</translation>
-    </message>
-    <message>
-        <source>How long the recording has run</source>
-        <translation>Durée écoulée de l&apos;enregistrement</translation>
-    </message>
-    <message>
-        <source>What to fill in before publishing</source>
-        <translation>Ce qu&apos;il faut renseigner avant de publier</translation>
-    </message>
-    <message>
-        <source>The movie files that are published</source>
-        <translation>Les fichiers vidéo qui seront publiés</translation>
-    </message>
-    <message>
-        <source>The title the recording is published with</source>
-        <translation>Le titre sous lequel l&apos;enregistrement est publié</translation>
-    </message>
-    <message>
-        <source>A description published with the recording</source>
-        <translation>Une description publiée avec l&apos;enregistrement</translation>
-    </message>
-    <message>
-        <source>The server workflow that processes the recording</source>
-        <translation>Le flux de travail du serveur qui traite l&apos;enregistrement</translation>
-    </message>
-    <message>
-        <source>Whether the recording was handed to the server</source>
-        <translation>Indique si l&apos;enregistrement a été transmis au serveur</translation>
-    </message>
-    <message>
-        <source>Starts a new recording</source>
-        <translation>Commence un nouvel enregistrement</translation>
-    </message>
-    <message>
         <source>Start Over</source>
         <translation>Recommencer</translation>
     </message>
@@ -489,130 +403,6 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Record</source>
         <translation>Enregistrer</translation>
-    </message>
-    <message>
-        <source>What would you like to record?</source>
-        <translation>Que voulez-vous enregistrer&#xa0;?</translation>
-    </message>
-    <message>
-        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
-        <translation>Choisissez une source. Les enregistrements vont au flux de travail choisi lors de la publication.</translation>
-    </message>
-    <message>
-        <source>Video</source>
-        <translation>Vidéo</translation>
-    </message>
-    <message>
-        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
-        <translation>Enregistrer avec une caméra d&apos;amphithéâtre ou celle de cet ordinateur</translation>
-    </message>
-    <message>
-        <source>Audio</source>
-        <translation>Audio</translation>
-    </message>
-    <message>
-        <source>Record sound only</source>
-        <translation>Enregistrer uniquement le son</translation>
-    </message>
-    <message>
-        <source>Screen</source>
-        <translation>Écran</translation>
-    </message>
-    <message>
-        <source>Record this computer&apos;s screen with narration</source>
-        <translation>Enregistrer l&apos;écran de cet ordinateur avec un commentaire</translation>
-    </message>
-    <message>
-        <source>Movie Files</source>
-        <translation>Fichiers vidéo</translation>
-    </message>
-    <message>
-        <source>Publish movie files you already have</source>
-        <translation>Publier des fichiers vidéo existants</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Caméra</translation>
-    </message>
-    <message>
-        <source>Microphone</source>
-        <translation>Microphone</translation>
-    </message>
-    <message>
-        <source>Microphone level</source>
-        <translation>Niveau du microphone</translation>
-    </message>
-    <message>
-        <source>Preview</source>
-        <translation>Aperçu</translation>
-    </message>
-    <message>
-        <source>No preview yet</source>
-        <translation>Pas encore d&apos;aperçu</translation>
-    </message>
-    <message>
-        <source>Screen preview</source>
-        <translation>Aperçu de l&apos;écran</translation>
-    </message>
-    <message>
-        <source>Camera preview</source>
-        <translation>Aperçu de la caméra</translation>
-    </message>
-    <message>
-        <source>Recording state</source>
-        <translation>État de l&apos;enregistrement</translation>
-    </message>
-    <message>
-        <source>Keyboard shortcut</source>
-        <translation>Raccourci clavier</translation>
-    </message>
-    <message>
-        <source>Recording time</source>
-        <translation>Durée d&apos;enregistrement</translation>
-    </message>
-    <message>
-        <source>Describe your recording</source>
-        <translation>Décrivez votre enregistrement</translation>
-    </message>
-    <message>
-        <source>Give the recording a title and a description, then choose where it goes.</source>
-        <translation>Donnez un titre et une description à l&apos;enregistrement, puis choisissez sa destination.</translation>
-    </message>
-    <message>
-        <source>Help</source>
-        <translation>Aide</translation>
-    </message>
-    <message>
-        <source>Files to publish</source>
-        <translation>Fichiers à publier</translation>
-    </message>
-    <message>
-        <source>Title</source>
-        <translation>Titre</translation>
-    </message>
-    <message>
-        <source>Title of the recording</source>
-        <translation>Titre de l&apos;enregistrement</translation>
-    </message>
-    <message>
-        <source>Description</source>
-        <translation>Description</translation>
-    </message>
-    <message>
-        <source>What is it about?</source>
-        <translation>De quoi s&apos;agit-il&#xa0;?</translation>
-    </message>
-    <message>
-        <source>Workflow</source>
-        <translation>Flux de travail</translation>
-    </message>
-    <message>
-        <source>Submission status</source>
-        <translation>État de l&apos;envoi</translation>
-    </message>
-    <message>
-        <source>New Recording</source>
-        <translation>Nouvel enregistrement</translation>
     </message>
     <message>
         <source>&amp;Lumex</source>
@@ -651,20 +441,8 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <translation>Configuration de la &amp;caméra…</translation>
     </message>
     <message>
-        <source>Files to publish:</source>
-        <translation>Fichiers à publier&#xa0;:</translation>
-    </message>
-    <message>
         <source>Back</source>
         <translation>Retour</translation>
-    </message>
-    <message>
-        <source>Signed in as %1 on %2.</source>
-        <translation>Connecté en tant que %1 sur %2.</translation>
-    </message>
-    <message>
-        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
-        <translation>Pas encore connecté à un serveur. Choisissez Lumex ▸ Se connecter… pour vous connecter.</translation>
     </message>
     <message>
         <source>Done</source>
@@ -762,6 +540,65 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     </message>
 </context>
 <context>
+    <name>MetadataPage</name>
+    <message>
+        <source>Describe your recording</source>
+        <translation>Décrivez votre enregistrement</translation>
+    </message>
+    <message>
+        <source>Give the recording a title and a description, then choose where it goes.</source>
+        <translation>Donnez un titre et une description à l&apos;enregistrement, puis choisissez sa destination.</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Aide</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titre</translation>
+    </message>
+    <message>
+        <source>Title of the recording</source>
+        <translation>Titre de l&apos;enregistrement</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <source>What is it about?</source>
+        <translation>De quoi s&apos;agit-il&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Workflow</source>
+        <translation>Flux de travail</translation>
+    </message>
+    <message>
+        <source>What to fill in before publishing</source>
+        <translation>Ce qu&apos;il faut renseigner avant de publier</translation>
+    </message>
+    <message>
+        <source>The movie files that are published</source>
+        <translation>Les fichiers vidéo qui seront publiés</translation>
+    </message>
+    <message>
+        <source>The title the recording is published with</source>
+        <translation>Le titre sous lequel l&apos;enregistrement est publié</translation>
+    </message>
+    <message>
+        <source>A description published with the recording</source>
+        <translation>Une description publiée avec l&apos;enregistrement</translation>
+    </message>
+    <message>
+        <source>The server workflow that processes the recording</source>
+        <translation>Le flux de travail du serveur qui traite l&apos;enregistrement</translation>
+    </message>
+    <message>
+        <source>Files to publish:</source>
+        <translation>Fichiers à publier&#xa0;:</translation>
+    </message>
+</context>
+<context>
     <name>OrvaneServerInterface</name>
     <message>
         <source>%@ tool cannot be found.</source>
@@ -843,6 +680,81 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     </message>
 </context>
 <context>
+    <name>RecordPage</name>
+    <message>
+        <source>Camera</source>
+        <translation>Caméra</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Microphone</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Niveau du microphone</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Aperçu</translation>
+    </message>
+    <message>
+        <source>No preview yet</source>
+        <translation>Pas encore d&apos;aperçu</translation>
+    </message>
+    <message>
+        <source>Screen preview</source>
+        <translation>Aperçu de l&apos;écran</translation>
+    </message>
+    <message>
+        <source>Camera preview</source>
+        <translation>Aperçu de la caméra</translation>
+    </message>
+    <message>
+        <source>The camera to record from</source>
+        <translation>La caméra avec laquelle enregistrer</translation>
+    </message>
+    <message>
+        <source>The microphone to record from</source>
+        <translation>Le microphone avec lequel enregistrer</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Niveau sonore du microphone choisi</translation>
+    </message>
+    <message>
+        <source>A recent picture from the remote camera</source>
+        <translation>Une image récente de la caméra distante</translation>
+    </message>
+    <message>
+        <source>A picture of the screen that is recorded</source>
+        <translation>Une image de l&apos;écran enregistré</translation>
+    </message>
+    <message>
+        <source>The live picture of the chosen camera</source>
+        <translation>L&apos;image en direct de la caméra choisie</translation>
+    </message>
+    <message>
+        <source>Whether a recording is running or paused</source>
+        <translation>Indique si un enregistrement est en cours ou suspendu</translation>
+    </message>
+    <message>
+        <source>The key that starts or pauses a recording from any application</source>
+        <translation>La touche qui démarre ou suspend un enregistrement depuis n&apos;importe quelle application</translation>
+    </message>
+    <message>
+        <source>How long the recording has run</source>
+        <translation>Durée écoulée de l&apos;enregistrement</translation>
+    </message>
+    <message>
+        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
+        <translation>Utilisez le menu Enregistrement pour démarrer ou suspendre l&apos;enregistrement&#xa0;: ce bureau ne propose aucune touche qui fonctionne dans toutes les applications.</translation>
+    </message>
+    <message>
+        <source>Press %1 in any application to start or pause recording.</source>
+        <translation>Appuyez sur %1 dans n&apos;importe quelle application pour démarrer ou suspendre l&apos;enregistrement.</translation>
+    </message>
+</context>
+<context>
     <name>ScreenCastPortal</name>
     <message>
         <source>Lumex cannot see the screen: this desktop offers no screen sharing service (the desktop portal is not running).</source>
@@ -858,15 +770,93 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     </message>
 </context>
 <context>
+    <name>Sheets</name>
+    <message>
+        <source>Server communication error.</source>
+        <translation>Erreur de communication avec le serveur.</translation>
+    </message>
+    <message>
+        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
+        <translation>Une erreur s&apos;est produite lors de la communication avec le serveur Orvane. Contactez votre administrateur réseau pour obtenir de l&apos;aide.</translation>
+    </message>
+    <message>
+        <source>Authentication Failed</source>
+        <translation>Échec de l&apos;authentification</translation>
+    </message>
+    <message>
+        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
+        <translation>Le nom d&apos;utilisateur ou le mot de passe saisi est peut-être incorrect. Saisissez-les à nouveau et réessayez.</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Ferme ce message</translation>
+    </message>
+    <message>
+        <source>Your current recording will be deleted. This action cannot be undone.</source>
+        <translation>L&apos;enregistrement en cours sera supprimé. Cette action est irréversible.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>SourceChooserPage</name>
+    <message>
+        <source>What would you like to record?</source>
+        <translation>Que voulez-vous enregistrer&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
+        <translation>Choisissez une source. Les enregistrements vont au flux de travail choisi lors de la publication.</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Vidéo</translation>
+    </message>
+    <message>
+        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
+        <translation>Enregistrer avec une caméra d&apos;amphithéâtre ou celle de cet ordinateur</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>Record sound only</source>
+        <translation>Enregistrer uniquement le son</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>Écran</translation>
+    </message>
+    <message>
+        <source>Record this computer&apos;s screen with narration</source>
+        <translation>Enregistrer l&apos;écran de cet ordinateur avec un commentaire</translation>
+    </message>
+    <message>
+        <source>Movie Files</source>
+        <translation>Fichiers vidéo</translation>
+    </message>
+    <message>
+        <source>Publish movie files you already have</source>
+        <translation>Publier des fichiers vidéo existants</translation>
+    </message>
+    <message>
+        <source>The server and account you are signed in with</source>
+        <translation>Le serveur et le compte avec lesquels vous êtes connecté</translation>
+    </message>
+    <message>
+        <source>Signed in as %1 on %2.</source>
+        <translation>Connecté en tant que %1 sur %2.</translation>
+    </message>
+    <message>
+        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
+        <translation>Pas encore connecté à un serveur. Choisissez Lumex ▸ Se connecter… pour vous connecter.</translation>
+    </message>
+</context>
+<context>
     <name>TransferCell</name>
-    <message>
-        <source>Upload progress</source>
-        <translation>Progression de l&apos;envoi</translation>
-    </message>
-    <message>
-        <source>How much of the recording has been uploaded</source>
-        <translation>Part de l&apos;enregistrement déjà envoyée</translation>
-    </message>
     <message>
         <source>Retry</source>
         <comment>button: upload again</comment>
@@ -879,6 +869,84 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Retry Upload</source>
         <translation>Réessayer l&apos;envoi</translation>
+    </message>
+</context>
+<context>
+    <name>Transfers</name>
+    <message>
+        <source>Transfers</source>
+        <translation>Transferts</translation>
+    </message>
+    <message>
+        <source>The uploads of your recordings and how far each has got</source>
+        <translation>Les envois de vos enregistrements et leur avancement</translation>
+    </message>
+    <message>
+        <source>No Transfers</source>
+        <translation>Aucun transfert</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer</translation>
+    </message>
+    <message>
+        <source>Removes the completed uploads from the list</source>
+        <translation>Retire de la liste les envois terminés</translation>
+    </message>
+    <message>
+        <source>Remove the completed uploads from the list</source>
+        <translation>Retirer de la liste les envois terminés</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersController</name>
+    <message>
+        <source>No Transfers</source>
+        <translation>Aucun transfert</translation>
+    </message>
+    <message>
+        <source>1 Transfer</source>
+        <translation>1 transfert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Transfers</source>
+        <translation>
+            <numerusform>%n transfert</numerusform>
+            <numerusform>%n transferts</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>(no file)</source>
+        <translation>(aucun fichier)</translation>
+    </message>
+    <message>
+        <source>This upload can no longer be retried.</source>
+        <translation>Cet envoi ne peut plus être relancé.</translation>
+    </message>
+    <message>
+        <source>Its files were moved or deleted:
+%@</source>
+        <translation>Ses fichiers ont été déplacés ou supprimés&#xa0;:
+%@</translation>
+    </message>
+    <message>
+        <source>Sign in to retry this upload.</source>
+        <translation>Connectez-vous pour relancer cet envoi.</translation>
+    </message>
+    <message>
+        <source>The upload is sent again under the name you sign in with.</source>
+        <translation>L&apos;envoi est relancé sous le nom avec lequel vous vous connectez.</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersModel</name>
+    <message>
+        <source>progress %1 %</source>
+        <translation>progression %1 %</translation>
+    </message>
+    <message>
+        <source>Press Return to retry the upload.</source>
+        <translation>Appuyez sur Entrée pour relancer l’envoi.</translation>
     </message>
     <message>
         <source>&apos;%@&apos; by %@</source>
@@ -936,77 +1004,6 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
             <numerusform>%n heure</numerusform>
             <numerusform>%n heures</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>Transfers</name>
-    <message>
-        <source>Transfers</source>
-        <translation>Transferts</translation>
-    </message>
-    <message>
-        <source>The uploads of your recordings and how far each has got</source>
-        <translation>Les envois de vos enregistrements et leur avancement</translation>
-    </message>
-    <message>
-        <source>Transfer</source>
-        <translation>Transfert</translation>
-    </message>
-    <message>
-        <source>No Transfers</source>
-        <translation>Aucun transfert</translation>
-    </message>
-    <message>
-        <source>Clear</source>
-        <translation>Effacer</translation>
-    </message>
-    <message>
-        <source>Removes the completed uploads from the list</source>
-        <translation>Retire de la liste les envois terminés</translation>
-    </message>
-    <message>
-        <source>Remove the completed uploads from the list</source>
-        <translation>Retirer de la liste les envois terminés</translation>
-    </message>
-</context>
-<context>
-    <name>TransfersController</name>
-    <message>
-        <source>No Transfers</source>
-        <translation>Aucun transfert</translation>
-    </message>
-    <message>
-        <source>1 Transfer</source>
-        <translation>1 transfert</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n Transfers</source>
-        <translation>
-            <numerusform>%n transfert</numerusform>
-            <numerusform>%n transferts</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>(no file)</source>
-        <translation>(aucun fichier)</translation>
-    </message>
-    <message>
-        <source>This upload can no longer be retried.</source>
-        <translation>Cet envoi ne peut plus être relancé.</translation>
-    </message>
-    <message>
-        <source>Its files were moved or deleted:
-%@</source>
-        <translation>Ses fichiers ont été déplacés ou supprimés&#xa0;:
-%@</translation>
-    </message>
-    <message>
-        <source>Sign in to retry this upload.</source>
-        <translation>Connectez-vous pour relancer cet envoi.</translation>
-    </message>
-    <message>
-        <source>The upload is sent again under the name you sign in with.</source>
-        <translation>L&apos;envoi est relancé sous le nom avec lequel vous vous connectez.</translation>
     </message>
 </context>
 </TS>

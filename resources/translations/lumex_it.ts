@@ -235,10 +235,44 @@
     </message>
 </context>
 <context>
+    <name>DonePage</name>
+    <message>
+        <source>New Recording</source>
+        <translation>Nuova registrazione</translation>
+    </message>
+    <message>
+        <source>Whether the recording was handed to the server</source>
+        <translation>Indica se la registrazione è stata consegnata al server</translation>
+    </message>
+    <message>
+        <source>Starts a new recording</source>
+        <translation>Avvia una nuova registrazione</translation>
+    </message>
+</context>
+<context>
     <name>GLScreenGrabController</name>
     <message>
         <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
         <translation>Lumex non può mostrare lo schermo: la condivisione dello schermo del desktop non ha fornito alcuna immagine (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedRecordings</name>
+    <message>
+        <source>Publish the recording interrupted on %@?</source>
+        <translation>Pubblicare la registrazione interrotta il %@?</translation>
+    </message>
+    <message>
+        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
+        <translation>Lumex o il computer si è arrestato durante questa registrazione. Se non viene pubblicata ora, resta in %@.</translation>
+    </message>
+    <message>
+        <source>Publish…</source>
+        <translation>Pubblica…</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Non ora</translation>
     </message>
 </context>
 <context>
@@ -265,40 +299,12 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
 <context>
     <name>LXController</name>
     <message>
-        <source>Server communication error.</source>
-        <translation>Errore di comunicazione con il server.</translation>
-    </message>
-    <message>
-        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
-        <translation>Si è verificato un errore durante la comunicazione con il server Orvane. Per assistenza, contattare l&apos;amministratore di rete.</translation>
-    </message>
-    <message>
-        <source>Authentication Failed</source>
-        <translation>Autenticazione non riuscita</translation>
-    </message>
-    <message>
-        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
-        <translation>Il nome utente o la password inseriti potrebbero non essere corretti. Digitarli di nuovo e riprovare.</translation>
-    </message>
-    <message>
-        <source>Closes this message</source>
-        <translation>Chiude questo messaggio</translation>
-    </message>
-    <message>
         <source>The server&apos;s list of workflows could not be read.</source>
         <translation>Impossibile leggere l&apos;elenco dei flussi di lavoro del server.</translation>
     </message>
     <message>
         <source>Do you want to delete the recording and Quit?</source>
         <translation>Eliminare la registrazione e uscire?</translation>
-    </message>
-    <message>
-        <source>Your current recording will be deleted. This action cannot be undone.</source>
-        <translation>La registrazione attuale verrà eliminata. Questa azione non può essere annullata.</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Annulla</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -329,32 +335,8 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <translation>Lo spazio disponibile sul volume %@ non è sufficiente per continuare la registrazione del podcast. La registrazione è stata messa in pausa.</translation>
     </message>
     <message>
-        <source>Publish the recording interrupted on %@?</source>
-        <translation>Pubblicare la registrazione interrotta il %@?</translation>
-    </message>
-    <message>
-        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
-        <translation>Lumex o il computer si è arrestato durante questa registrazione. Se non viene pubblicata ora, resta in %@.</translation>
-    </message>
-    <message>
-        <source>Publish…</source>
-        <translation>Pubblica…</translation>
-    </message>
-    <message>
-        <source>Not Now</source>
-        <translation>Non ora</translation>
-    </message>
-    <message>
         <source>Choose Movie Files</source>
         <translation>Scegli file video</translation>
-    </message>
-    <message>
-        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
-        <translation>Usare il menu Registrazione per avviare o mettere in pausa la registrazione: questo desktop non offre alcun tasto che funzioni in qualsiasi applicazione.</translation>
-    </message>
-    <message>
-        <source>Press %1 in any application to start or pause recording.</source>
-        <translation>Premere %1 in qualsiasi applicazione per avviare o mettere in pausa la registrazione.</translation>
     </message>
     <message>
         <source>Your podcast is being submitted.</source>
@@ -411,74 +393,6 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <translation>Passa alla descrizione e alla pubblicazione della registrazione</translation>
     </message>
     <message>
-        <source>The server and account you are signed in with</source>
-        <translation>Il server e l&apos;account con cui è stato eseguito l&apos;accesso</translation>
-    </message>
-    <message>
-        <source>The camera to record from</source>
-        <translation>La videocamera con cui registrare</translation>
-    </message>
-    <message>
-        <source>The microphone to record from</source>
-        <translation>Il microfono con cui registrare</translation>
-    </message>
-    <message>
-        <source>How loud the chosen microphone is</source>
-        <translation>Livello sonoro del microfono scelto</translation>
-    </message>
-    <message>
-        <source>A recent picture from the remote camera</source>
-        <translation>Un&apos;immagine recente della videocamera remota</translation>
-    </message>
-    <message>
-        <source>A picture of the screen that is recorded</source>
-        <translation>Un&apos;immagine dello schermo registrato</translation>
-    </message>
-    <message>
-        <source>The live picture of the chosen camera</source>
-        <translation>L&apos;immagine dal vivo della videocamera scelta</translation>
-    </message>
-    <message>
-        <source>Whether a recording is running or paused</source>
-        <translation>Indica se una registrazione è in corso o in pausa</translation>
-    </message>
-    <message>
-        <source>The key that starts or pauses a recording from any application</source>
-        <translation>Il tasto che avvia o mette in pausa una registrazione da qualsiasi applicazione</translation>
-    </message>
-    <message>
-        <source>How long the recording has run</source>
-        <translation>Da quanto tempo è in corso la registrazione</translation>
-    </message>
-    <message>
-        <source>What to fill in before publishing</source>
-        <translation>Che cosa compilare prima di pubblicare</translation>
-    </message>
-    <message>
-        <source>The movie files that are published</source>
-        <translation>I file video che vengono pubblicati</translation>
-    </message>
-    <message>
-        <source>The title the recording is published with</source>
-        <translation>Il titolo con cui viene pubblicata la registrazione</translation>
-    </message>
-    <message>
-        <source>A description published with the recording</source>
-        <translation>Una descrizione pubblicata con la registrazione</translation>
-    </message>
-    <message>
-        <source>The server workflow that processes the recording</source>
-        <translation>Il flusso di lavoro del server che elabora la registrazione</translation>
-    </message>
-    <message>
-        <source>Whether the recording was handed to the server</source>
-        <translation>Indica se la registrazione è stata consegnata al server</translation>
-    </message>
-    <message>
-        <source>Starts a new recording</source>
-        <translation>Avvia una nuova registrazione</translation>
-    </message>
-    <message>
         <source>Start Over</source>
         <translation>Ricomincia</translation>
     </message>
@@ -489,130 +403,6 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Record</source>
         <translation>Registra</translation>
-    </message>
-    <message>
-        <source>What would you like to record?</source>
-        <translation>Che cosa registrare?</translation>
-    </message>
-    <message>
-        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
-        <translation>Scegliere una sorgente. Le registrazioni vanno al flusso di lavoro scelto al momento della pubblicazione.</translation>
-    </message>
-    <message>
-        <source>Video</source>
-        <translation>Video</translation>
-    </message>
-    <message>
-        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
-        <translation>Registra con una videocamera in aula o con quella di questo computer</translation>
-    </message>
-    <message>
-        <source>Audio</source>
-        <translation>Audio</translation>
-    </message>
-    <message>
-        <source>Record sound only</source>
-        <translation>Registra solo l&apos;audio</translation>
-    </message>
-    <message>
-        <source>Screen</source>
-        <translation>Schermo</translation>
-    </message>
-    <message>
-        <source>Record this computer&apos;s screen with narration</source>
-        <translation>Registra lo schermo di questo computer con commento</translation>
-    </message>
-    <message>
-        <source>Movie Files</source>
-        <translation>File video</translation>
-    </message>
-    <message>
-        <source>Publish movie files you already have</source>
-        <translation>Pubblica file video già esistenti</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Videocamera</translation>
-    </message>
-    <message>
-        <source>Microphone</source>
-        <translation>Microfono</translation>
-    </message>
-    <message>
-        <source>Microphone level</source>
-        <translation>Livello del microfono</translation>
-    </message>
-    <message>
-        <source>Preview</source>
-        <translation>Anteprima</translation>
-    </message>
-    <message>
-        <source>No preview yet</source>
-        <translation>Ancora nessuna anteprima</translation>
-    </message>
-    <message>
-        <source>Screen preview</source>
-        <translation>Anteprima dello schermo</translation>
-    </message>
-    <message>
-        <source>Camera preview</source>
-        <translation>Anteprima della videocamera</translation>
-    </message>
-    <message>
-        <source>Recording state</source>
-        <translation>Stato della registrazione</translation>
-    </message>
-    <message>
-        <source>Keyboard shortcut</source>
-        <translation>Scorciatoia da tastiera</translation>
-    </message>
-    <message>
-        <source>Recording time</source>
-        <translation>Durata della registrazione</translation>
-    </message>
-    <message>
-        <source>Describe your recording</source>
-        <translation>Descrivere la registrazione</translation>
-    </message>
-    <message>
-        <source>Give the recording a title and a description, then choose where it goes.</source>
-        <translation>Dare alla registrazione un titolo e una descrizione, poi sceglierne la destinazione.</translation>
-    </message>
-    <message>
-        <source>Help</source>
-        <translation>Aiuto</translation>
-    </message>
-    <message>
-        <source>Files to publish</source>
-        <translation>File da pubblicare</translation>
-    </message>
-    <message>
-        <source>Title</source>
-        <translation>Titolo</translation>
-    </message>
-    <message>
-        <source>Title of the recording</source>
-        <translation>Titolo della registrazione</translation>
-    </message>
-    <message>
-        <source>Description</source>
-        <translation>Descrizione</translation>
-    </message>
-    <message>
-        <source>What is it about?</source>
-        <translation>Di che cosa si tratta?</translation>
-    </message>
-    <message>
-        <source>Workflow</source>
-        <translation>Flusso di lavoro</translation>
-    </message>
-    <message>
-        <source>Submission status</source>
-        <translation>Stato dell&apos;invio</translation>
-    </message>
-    <message>
-        <source>New Recording</source>
-        <translation>Nuova registrazione</translation>
     </message>
     <message>
         <source>&amp;Lumex</source>
@@ -651,20 +441,8 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <translation>Configurazione &amp;videocamera…</translation>
     </message>
     <message>
-        <source>Files to publish:</source>
-        <translation>File da pubblicare:</translation>
-    </message>
-    <message>
         <source>Back</source>
         <translation>Indietro</translation>
-    </message>
-    <message>
-        <source>Signed in as %1 on %2.</source>
-        <translation>Accesso eseguito come %1 su %2.</translation>
-    </message>
-    <message>
-        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
-        <translation>Non ancora connesso a un server. Scegliere Lumex ▸ Accedi… per connettersi.</translation>
     </message>
     <message>
         <source>Done</source>
@@ -762,6 +540,65 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     </message>
 </context>
 <context>
+    <name>MetadataPage</name>
+    <message>
+        <source>Describe your recording</source>
+        <translation>Descrivere la registrazione</translation>
+    </message>
+    <message>
+        <source>Give the recording a title and a description, then choose where it goes.</source>
+        <translation>Dare alla registrazione un titolo e una descrizione, poi sceglierne la destinazione.</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Aiuto</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titolo</translation>
+    </message>
+    <message>
+        <source>Title of the recording</source>
+        <translation>Titolo della registrazione</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Descrizione</translation>
+    </message>
+    <message>
+        <source>What is it about?</source>
+        <translation>Di che cosa si tratta?</translation>
+    </message>
+    <message>
+        <source>Workflow</source>
+        <translation>Flusso di lavoro</translation>
+    </message>
+    <message>
+        <source>What to fill in before publishing</source>
+        <translation>Che cosa compilare prima di pubblicare</translation>
+    </message>
+    <message>
+        <source>The movie files that are published</source>
+        <translation>I file video che vengono pubblicati</translation>
+    </message>
+    <message>
+        <source>The title the recording is published with</source>
+        <translation>Il titolo con cui viene pubblicata la registrazione</translation>
+    </message>
+    <message>
+        <source>A description published with the recording</source>
+        <translation>Una descrizione pubblicata con la registrazione</translation>
+    </message>
+    <message>
+        <source>The server workflow that processes the recording</source>
+        <translation>Il flusso di lavoro del server che elabora la registrazione</translation>
+    </message>
+    <message>
+        <source>Files to publish:</source>
+        <translation>File da pubblicare:</translation>
+    </message>
+</context>
+<context>
     <name>OrvaneServerInterface</name>
     <message>
         <source>%@ tool cannot be found.</source>
@@ -843,6 +680,81 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     </message>
 </context>
 <context>
+    <name>RecordPage</name>
+    <message>
+        <source>Camera</source>
+        <translation>Videocamera</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Microfono</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Livello del microfono</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Anteprima</translation>
+    </message>
+    <message>
+        <source>No preview yet</source>
+        <translation>Ancora nessuna anteprima</translation>
+    </message>
+    <message>
+        <source>Screen preview</source>
+        <translation>Anteprima dello schermo</translation>
+    </message>
+    <message>
+        <source>Camera preview</source>
+        <translation>Anteprima della videocamera</translation>
+    </message>
+    <message>
+        <source>The camera to record from</source>
+        <translation>La videocamera con cui registrare</translation>
+    </message>
+    <message>
+        <source>The microphone to record from</source>
+        <translation>Il microfono con cui registrare</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Livello sonoro del microfono scelto</translation>
+    </message>
+    <message>
+        <source>A recent picture from the remote camera</source>
+        <translation>Un&apos;immagine recente della videocamera remota</translation>
+    </message>
+    <message>
+        <source>A picture of the screen that is recorded</source>
+        <translation>Un&apos;immagine dello schermo registrato</translation>
+    </message>
+    <message>
+        <source>The live picture of the chosen camera</source>
+        <translation>L&apos;immagine dal vivo della videocamera scelta</translation>
+    </message>
+    <message>
+        <source>Whether a recording is running or paused</source>
+        <translation>Indica se una registrazione è in corso o in pausa</translation>
+    </message>
+    <message>
+        <source>The key that starts or pauses a recording from any application</source>
+        <translation>Il tasto che avvia o mette in pausa una registrazione da qualsiasi applicazione</translation>
+    </message>
+    <message>
+        <source>How long the recording has run</source>
+        <translation>Da quanto tempo è in corso la registrazione</translation>
+    </message>
+    <message>
+        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
+        <translation>Usare il menu Registrazione per avviare o mettere in pausa la registrazione: questo desktop non offre alcun tasto che funzioni in qualsiasi applicazione.</translation>
+    </message>
+    <message>
+        <source>Press %1 in any application to start or pause recording.</source>
+        <translation>Premere %1 in qualsiasi applicazione per avviare o mettere in pausa la registrazione.</translation>
+    </message>
+</context>
+<context>
     <name>ScreenCastPortal</name>
     <message>
         <source>Lumex cannot see the screen: this desktop offers no screen sharing service (the desktop portal is not running).</source>
@@ -858,15 +770,93 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     </message>
 </context>
 <context>
+    <name>Sheets</name>
+    <message>
+        <source>Server communication error.</source>
+        <translation>Errore di comunicazione con il server.</translation>
+    </message>
+    <message>
+        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
+        <translation>Si è verificato un errore durante la comunicazione con il server Orvane. Per assistenza, contattare l&apos;amministratore di rete.</translation>
+    </message>
+    <message>
+        <source>Authentication Failed</source>
+        <translation>Autenticazione non riuscita</translation>
+    </message>
+    <message>
+        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
+        <translation>Il nome utente o la password inseriti potrebbero non essere corretti. Digitarli di nuovo e riprovare.</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Chiude questo messaggio</translation>
+    </message>
+    <message>
+        <source>Your current recording will be deleted. This action cannot be undone.</source>
+        <translation>La registrazione attuale verrà eliminata. Questa azione non può essere annullata.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annulla</translation>
+    </message>
+</context>
+<context>
+    <name>SourceChooserPage</name>
+    <message>
+        <source>What would you like to record?</source>
+        <translation>Che cosa registrare?</translation>
+    </message>
+    <message>
+        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
+        <translation>Scegliere una sorgente. Le registrazioni vanno al flusso di lavoro scelto al momento della pubblicazione.</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
+        <translation>Registra con una videocamera in aula o con quella di questo computer</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>Record sound only</source>
+        <translation>Registra solo l&apos;audio</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>Schermo</translation>
+    </message>
+    <message>
+        <source>Record this computer&apos;s screen with narration</source>
+        <translation>Registra lo schermo di questo computer con commento</translation>
+    </message>
+    <message>
+        <source>Movie Files</source>
+        <translation>File video</translation>
+    </message>
+    <message>
+        <source>Publish movie files you already have</source>
+        <translation>Pubblica file video già esistenti</translation>
+    </message>
+    <message>
+        <source>The server and account you are signed in with</source>
+        <translation>Il server e l&apos;account con cui è stato eseguito l&apos;accesso</translation>
+    </message>
+    <message>
+        <source>Signed in as %1 on %2.</source>
+        <translation>Accesso eseguito come %1 su %2.</translation>
+    </message>
+    <message>
+        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
+        <translation>Non ancora connesso a un server. Scegliere Lumex ▸ Accedi… per connettersi.</translation>
+    </message>
+</context>
+<context>
     <name>TransferCell</name>
-    <message>
-        <source>Upload progress</source>
-        <translation>Avanzamento del caricamento</translation>
-    </message>
-    <message>
-        <source>How much of the recording has been uploaded</source>
-        <translation>Quanta parte della registrazione è già stata caricata</translation>
-    </message>
     <message>
         <source>Retry</source>
         <comment>button: upload again</comment>
@@ -879,6 +869,84 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Retry Upload</source>
         <translation>Riprova caricamento</translation>
+    </message>
+</context>
+<context>
+    <name>Transfers</name>
+    <message>
+        <source>Transfers</source>
+        <translation>Trasferimenti</translation>
+    </message>
+    <message>
+        <source>The uploads of your recordings and how far each has got</source>
+        <translation>I caricamenti delle registrazioni e il loro avanzamento</translation>
+    </message>
+    <message>
+        <source>No Transfers</source>
+        <translation>Nessun trasferimento</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Pulisci</translation>
+    </message>
+    <message>
+        <source>Removes the completed uploads from the list</source>
+        <translation>Rimuove dall&apos;elenco i caricamenti completati</translation>
+    </message>
+    <message>
+        <source>Remove the completed uploads from the list</source>
+        <translation>Rimuovi dall&apos;elenco i caricamenti completati</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersController</name>
+    <message>
+        <source>No Transfers</source>
+        <translation>Nessun trasferimento</translation>
+    </message>
+    <message>
+        <source>1 Transfer</source>
+        <translation>1 trasferimento</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Transfers</source>
+        <translation>
+            <numerusform>%n trasferimento</numerusform>
+            <numerusform>%n trasferimenti</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>(no file)</source>
+        <translation>(nessun file)</translation>
+    </message>
+    <message>
+        <source>This upload can no longer be retried.</source>
+        <translation>Non è più possibile riprovare questo caricamento.</translation>
+    </message>
+    <message>
+        <source>Its files were moved or deleted:
+%@</source>
+        <translation>I suoi file sono stati spostati o eliminati:
+%@</translation>
+    </message>
+    <message>
+        <source>Sign in to retry this upload.</source>
+        <translation>Accedere per riprovare questo caricamento.</translation>
+    </message>
+    <message>
+        <source>The upload is sent again under the name you sign in with.</source>
+        <translation>Il caricamento viene inviato di nuovo con il nome con cui si accede.</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersModel</name>
+    <message>
+        <source>progress %1 %</source>
+        <translation>avanzamento %1 %</translation>
+    </message>
+    <message>
+        <source>Press Return to retry the upload.</source>
+        <translation>Premi Invio per riprovare il caricamento.</translation>
     </message>
     <message>
         <source>&apos;%@&apos; by %@</source>
@@ -936,77 +1004,6 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
             <numerusform>%n ora</numerusform>
             <numerusform>%n ore</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>Transfers</name>
-    <message>
-        <source>Transfers</source>
-        <translation>Trasferimenti</translation>
-    </message>
-    <message>
-        <source>The uploads of your recordings and how far each has got</source>
-        <translation>I caricamenti delle registrazioni e il loro avanzamento</translation>
-    </message>
-    <message>
-        <source>Transfer</source>
-        <translation>Trasferimento</translation>
-    </message>
-    <message>
-        <source>No Transfers</source>
-        <translation>Nessun trasferimento</translation>
-    </message>
-    <message>
-        <source>Clear</source>
-        <translation>Pulisci</translation>
-    </message>
-    <message>
-        <source>Removes the completed uploads from the list</source>
-        <translation>Rimuove dall&apos;elenco i caricamenti completati</translation>
-    </message>
-    <message>
-        <source>Remove the completed uploads from the list</source>
-        <translation>Rimuovi dall&apos;elenco i caricamenti completati</translation>
-    </message>
-</context>
-<context>
-    <name>TransfersController</name>
-    <message>
-        <source>No Transfers</source>
-        <translation>Nessun trasferimento</translation>
-    </message>
-    <message>
-        <source>1 Transfer</source>
-        <translation>1 trasferimento</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n Transfers</source>
-        <translation>
-            <numerusform>%n trasferimento</numerusform>
-            <numerusform>%n trasferimenti</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>(no file)</source>
-        <translation>(nessun file)</translation>
-    </message>
-    <message>
-        <source>This upload can no longer be retried.</source>
-        <translation>Non è più possibile riprovare questo caricamento.</translation>
-    </message>
-    <message>
-        <source>Its files were moved or deleted:
-%@</source>
-        <translation>I suoi file sono stati spostati o eliminati:
-%@</translation>
-    </message>
-    <message>
-        <source>Sign in to retry this upload.</source>
-        <translation>Accedere per riprovare questo caricamento.</translation>
-    </message>
-    <message>
-        <source>The upload is sent again under the name you sign in with.</source>
-        <translation>Il caricamento viene inviato di nuovo con il nome con cui si accede.</translation>
     </message>
 </context>
 </TS>

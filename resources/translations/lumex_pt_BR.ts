@@ -235,10 +235,44 @@
     </message>
 </context>
 <context>
+    <name>DonePage</name>
+    <message>
+        <source>New Recording</source>
+        <translation>Nova gravação</translation>
+    </message>
+    <message>
+        <source>Whether the recording was handed to the server</source>
+        <translation>Indica se a gravação foi entregue ao servidor</translation>
+    </message>
+    <message>
+        <source>Starts a new recording</source>
+        <translation>Inicia uma nova gravação</translation>
+    </message>
+</context>
+<context>
     <name>GLScreenGrabController</name>
     <message>
         <source>Lumex cannot show the screen: no picture came from the desktop&apos;s screen sharing (%1).</source>
         <translation>O Lumex não consegue mostrar a tela: o compartilhamento de tela do ambiente de trabalho não enviou nenhuma imagem (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedRecordings</name>
+    <message>
+        <source>Publish the recording interrupted on %@?</source>
+        <translation>Publicar a gravação interrompida em %@?</translation>
+    </message>
+    <message>
+        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
+        <translation>O Lumex ou o computador parou durante esta gravação. Se você não publicá-la agora, ela ficará em %@.</translation>
+    </message>
+    <message>
+        <source>Publish…</source>
+        <translation>Publicar…</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Agora não</translation>
     </message>
 </context>
 <context>
@@ -265,40 +299,12 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
 <context>
     <name>LXController</name>
     <message>
-        <source>Server communication error.</source>
-        <translation>Erro de comunicação com o servidor.</translation>
-    </message>
-    <message>
-        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
-        <translation>Ocorreu um erro na comunicação com o servidor Orvane. Entre em contato com o administrador da rede para obter ajuda.</translation>
-    </message>
-    <message>
-        <source>Authentication Failed</source>
-        <translation>Falha na autenticação</translation>
-    </message>
-    <message>
-        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
-        <translation>O nome de usuário ou a senha informados podem estar incorretos. Digite-os novamente e tente de novo.</translation>
-    </message>
-    <message>
-        <source>Closes this message</source>
-        <translation>Fecha esta mensagem</translation>
-    </message>
-    <message>
         <source>The server&apos;s list of workflows could not be read.</source>
         <translation>Não foi possível ler a lista de fluxos de trabalho do servidor.</translation>
     </message>
     <message>
         <source>Do you want to delete the recording and Quit?</source>
         <translation>Deseja excluir a gravação e sair?</translation>
-    </message>
-    <message>
-        <source>Your current recording will be deleted. This action cannot be undone.</source>
-        <translation>A gravação atual será excluída. Esta ação não pode ser desfeita.</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancelar</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -329,32 +335,8 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <translation>Não há espaço suficiente no volume %@ para continuar gravando o podcast. A gravação foi pausada.</translation>
     </message>
     <message>
-        <source>Publish the recording interrupted on %@?</source>
-        <translation>Publicar a gravação interrompida em %@?</translation>
-    </message>
-    <message>
-        <source>Lumex or the computer stopped while this recording was made. If you do not publish it now, it stays in %@.</source>
-        <translation>O Lumex ou o computador parou durante esta gravação. Se você não publicá-la agora, ela ficará em %@.</translation>
-    </message>
-    <message>
-        <source>Publish…</source>
-        <translation>Publicar…</translation>
-    </message>
-    <message>
-        <source>Not Now</source>
-        <translation>Agora não</translation>
-    </message>
-    <message>
         <source>Choose Movie Files</source>
         <translation>Escolher arquivos de vídeo</translation>
-    </message>
-    <message>
-        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
-        <translation>Use o menu Gravação para iniciar ou pausar a gravação: este ambiente de trabalho não oferece nenhuma tecla que funcione em qualquer aplicativo.</translation>
-    </message>
-    <message>
-        <source>Press %1 in any application to start or pause recording.</source>
-        <translation>Pressione %1 em qualquer aplicativo para iniciar ou pausar a gravação.</translation>
     </message>
     <message>
         <source>Your podcast is being submitted.</source>
@@ -411,74 +393,6 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <translation>Segue para descrever e publicar a gravação</translation>
     </message>
     <message>
-        <source>The server and account you are signed in with</source>
-        <translation>O servidor e a conta com que você entrou</translation>
-    </message>
-    <message>
-        <source>The camera to record from</source>
-        <translation>A câmera com a qual gravar</translation>
-    </message>
-    <message>
-        <source>The microphone to record from</source>
-        <translation>O microfone com o qual gravar</translation>
-    </message>
-    <message>
-        <source>How loud the chosen microphone is</source>
-        <translation>Nível sonoro do microfone escolhido</translation>
-    </message>
-    <message>
-        <source>A recent picture from the remote camera</source>
-        <translation>Uma imagem recente da câmera remota</translation>
-    </message>
-    <message>
-        <source>A picture of the screen that is recorded</source>
-        <translation>Uma imagem da tela que é gravada</translation>
-    </message>
-    <message>
-        <source>The live picture of the chosen camera</source>
-        <translation>A imagem ao vivo da câmera escolhida</translation>
-    </message>
-    <message>
-        <source>Whether a recording is running or paused</source>
-        <translation>Indica se uma gravação está em andamento ou pausada</translation>
-    </message>
-    <message>
-        <source>The key that starts or pauses a recording from any application</source>
-        <translation>A tecla que inicia ou pausa uma gravação a partir de qualquer aplicativo</translation>
-    </message>
-    <message>
-        <source>How long the recording has run</source>
-        <translation>Há quanto tempo a gravação está em andamento</translation>
-    </message>
-    <message>
-        <source>What to fill in before publishing</source>
-        <translation>O que preencher antes de publicar</translation>
-    </message>
-    <message>
-        <source>The movie files that are published</source>
-        <translation>Os arquivos de vídeo que são publicados</translation>
-    </message>
-    <message>
-        <source>The title the recording is published with</source>
-        <translation>O título com que a gravação é publicada</translation>
-    </message>
-    <message>
-        <source>A description published with the recording</source>
-        <translation>Uma descrição publicada com a gravação</translation>
-    </message>
-    <message>
-        <source>The server workflow that processes the recording</source>
-        <translation>O fluxo de trabalho do servidor que processa a gravação</translation>
-    </message>
-    <message>
-        <source>Whether the recording was handed to the server</source>
-        <translation>Indica se a gravação foi entregue ao servidor</translation>
-    </message>
-    <message>
-        <source>Starts a new recording</source>
-        <translation>Inicia uma nova gravação</translation>
-    </message>
-    <message>
         <source>Start Over</source>
         <translation>Recomeçar</translation>
     </message>
@@ -489,130 +403,6 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>Record</source>
         <translation>Gravar</translation>
-    </message>
-    <message>
-        <source>What would you like to record?</source>
-        <translation>O que você deseja gravar?</translation>
-    </message>
-    <message>
-        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
-        <translation>Escolha uma fonte. As gravações vão para o fluxo de trabalho que você escolher ao publicar.</translation>
-    </message>
-    <message>
-        <source>Video</source>
-        <translation>Vídeo</translation>
-    </message>
-    <message>
-        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
-        <translation>Gravar com uma câmera em sala de aula ou com a câmera deste computador</translation>
-    </message>
-    <message>
-        <source>Audio</source>
-        <translation>Áudio</translation>
-    </message>
-    <message>
-        <source>Record sound only</source>
-        <translation>Gravar apenas o som</translation>
-    </message>
-    <message>
-        <source>Screen</source>
-        <translation>Tela</translation>
-    </message>
-    <message>
-        <source>Record this computer&apos;s screen with narration</source>
-        <translation>Gravar a tela deste computador com narração</translation>
-    </message>
-    <message>
-        <source>Movie Files</source>
-        <translation>Arquivos de vídeo</translation>
-    </message>
-    <message>
-        <source>Publish movie files you already have</source>
-        <translation>Publicar arquivos de vídeo que você já tem</translation>
-    </message>
-    <message>
-        <source>Camera</source>
-        <translation>Câmera</translation>
-    </message>
-    <message>
-        <source>Microphone</source>
-        <translation>Microfone</translation>
-    </message>
-    <message>
-        <source>Microphone level</source>
-        <translation>Nível do microfone</translation>
-    </message>
-    <message>
-        <source>Preview</source>
-        <translation>Pré-visualização</translation>
-    </message>
-    <message>
-        <source>No preview yet</source>
-        <translation>Ainda sem pré-visualização</translation>
-    </message>
-    <message>
-        <source>Screen preview</source>
-        <translation>Pré-visualização da tela</translation>
-    </message>
-    <message>
-        <source>Camera preview</source>
-        <translation>Pré-visualização da câmera</translation>
-    </message>
-    <message>
-        <source>Recording state</source>
-        <translation>Estado da gravação</translation>
-    </message>
-    <message>
-        <source>Keyboard shortcut</source>
-        <translation>Atalho de teclado</translation>
-    </message>
-    <message>
-        <source>Recording time</source>
-        <translation>Tempo de gravação</translation>
-    </message>
-    <message>
-        <source>Describe your recording</source>
-        <translation>Descreva sua gravação</translation>
-    </message>
-    <message>
-        <source>Give the recording a title and a description, then choose where it goes.</source>
-        <translation>Dê um título e uma descrição à gravação e depois escolha o destino dela.</translation>
-    </message>
-    <message>
-        <source>Help</source>
-        <translation>Ajuda</translation>
-    </message>
-    <message>
-        <source>Files to publish</source>
-        <translation>Arquivos a publicar</translation>
-    </message>
-    <message>
-        <source>Title</source>
-        <translation>Título</translation>
-    </message>
-    <message>
-        <source>Title of the recording</source>
-        <translation>Título da gravação</translation>
-    </message>
-    <message>
-        <source>Description</source>
-        <translation>Descrição</translation>
-    </message>
-    <message>
-        <source>What is it about?</source>
-        <translation>Sobre o que é?</translation>
-    </message>
-    <message>
-        <source>Workflow</source>
-        <translation>Fluxo de trabalho</translation>
-    </message>
-    <message>
-        <source>Submission status</source>
-        <translation>Status do envio</translation>
-    </message>
-    <message>
-        <source>New Recording</source>
-        <translation>Nova gravação</translation>
     </message>
     <message>
         <source>&amp;Lumex</source>
@@ -651,20 +441,8 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <translation>Configuração da &amp;câmera…</translation>
     </message>
     <message>
-        <source>Files to publish:</source>
-        <translation>Arquivos a publicar:</translation>
-    </message>
-    <message>
         <source>Back</source>
         <translation>Voltar</translation>
-    </message>
-    <message>
-        <source>Signed in as %1 on %2.</source>
-        <translation>Conectado como %1 em %2.</translation>
-    </message>
-    <message>
-        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
-        <translation>Ainda não conectado a um servidor. Escolha Lumex ▸ Entrar… para se conectar.</translation>
     </message>
     <message>
         <source>Done</source>
@@ -762,6 +540,65 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     </message>
 </context>
 <context>
+    <name>MetadataPage</name>
+    <message>
+        <source>Describe your recording</source>
+        <translation>Descreva sua gravação</translation>
+    </message>
+    <message>
+        <source>Give the recording a title and a description, then choose where it goes.</source>
+        <translation>Dê um título e uma descrição à gravação e depois escolha o destino dela.</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Ajuda</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Título</translation>
+    </message>
+    <message>
+        <source>Title of the recording</source>
+        <translation>Título da gravação</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Descrição</translation>
+    </message>
+    <message>
+        <source>What is it about?</source>
+        <translation>Sobre o que é?</translation>
+    </message>
+    <message>
+        <source>Workflow</source>
+        <translation>Fluxo de trabalho</translation>
+    </message>
+    <message>
+        <source>What to fill in before publishing</source>
+        <translation>O que preencher antes de publicar</translation>
+    </message>
+    <message>
+        <source>The movie files that are published</source>
+        <translation>Os arquivos de vídeo que são publicados</translation>
+    </message>
+    <message>
+        <source>The title the recording is published with</source>
+        <translation>O título com que a gravação é publicada</translation>
+    </message>
+    <message>
+        <source>A description published with the recording</source>
+        <translation>Uma descrição publicada com a gravação</translation>
+    </message>
+    <message>
+        <source>The server workflow that processes the recording</source>
+        <translation>O fluxo de trabalho do servidor que processa a gravação</translation>
+    </message>
+    <message>
+        <source>Files to publish:</source>
+        <translation>Arquivos a publicar:</translation>
+    </message>
+</context>
+<context>
     <name>OrvaneServerInterface</name>
     <message>
         <source>%@ tool cannot be found.</source>
@@ -843,6 +680,81 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     </message>
 </context>
 <context>
+    <name>RecordPage</name>
+    <message>
+        <source>Camera</source>
+        <translation>Câmera</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Microfone</translation>
+    </message>
+    <message>
+        <source>Microphone level</source>
+        <translation>Nível do microfone</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Pré-visualização</translation>
+    </message>
+    <message>
+        <source>No preview yet</source>
+        <translation>Ainda sem pré-visualização</translation>
+    </message>
+    <message>
+        <source>Screen preview</source>
+        <translation>Pré-visualização da tela</translation>
+    </message>
+    <message>
+        <source>Camera preview</source>
+        <translation>Pré-visualização da câmera</translation>
+    </message>
+    <message>
+        <source>The camera to record from</source>
+        <translation>A câmera com a qual gravar</translation>
+    </message>
+    <message>
+        <source>The microphone to record from</source>
+        <translation>O microfone com o qual gravar</translation>
+    </message>
+    <message>
+        <source>How loud the chosen microphone is</source>
+        <translation>Nível sonoro do microfone escolhido</translation>
+    </message>
+    <message>
+        <source>A recent picture from the remote camera</source>
+        <translation>Uma imagem recente da câmera remota</translation>
+    </message>
+    <message>
+        <source>A picture of the screen that is recorded</source>
+        <translation>Uma imagem da tela que é gravada</translation>
+    </message>
+    <message>
+        <source>The live picture of the chosen camera</source>
+        <translation>A imagem ao vivo da câmera escolhida</translation>
+    </message>
+    <message>
+        <source>Whether a recording is running or paused</source>
+        <translation>Indica se uma gravação está em andamento ou pausada</translation>
+    </message>
+    <message>
+        <source>The key that starts or pauses a recording from any application</source>
+        <translation>A tecla que inicia ou pausa uma gravação a partir de qualquer aplicativo</translation>
+    </message>
+    <message>
+        <source>How long the recording has run</source>
+        <translation>Há quanto tempo a gravação está em andamento</translation>
+    </message>
+    <message>
+        <source>Use the Recording menu to start or pause recording: this desktop offers no key that works in any application.</source>
+        <translation>Use o menu Gravação para iniciar ou pausar a gravação: este ambiente de trabalho não oferece nenhuma tecla que funcione em qualquer aplicativo.</translation>
+    </message>
+    <message>
+        <source>Press %1 in any application to start or pause recording.</source>
+        <translation>Pressione %1 em qualquer aplicativo para iniciar ou pausar a gravação.</translation>
+    </message>
+</context>
+<context>
     <name>ScreenCastPortal</name>
     <message>
         <source>Lumex cannot see the screen: this desktop offers no screen sharing service (the desktop portal is not running).</source>
@@ -858,15 +770,93 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     </message>
 </context>
 <context>
+    <name>Sheets</name>
+    <message>
+        <source>Server communication error.</source>
+        <translation>Erro de comunicação com o servidor.</translation>
+    </message>
+    <message>
+        <source>An error occurred while communicating with the Orvane server. Please contact your network administrator for further help.</source>
+        <translation>Ocorreu um erro na comunicação com o servidor Orvane. Entre em contato com o administrador da rede para obter ajuda.</translation>
+    </message>
+    <message>
+        <source>Authentication Failed</source>
+        <translation>Falha na autenticação</translation>
+    </message>
+    <message>
+        <source>The username or password you entered may not be correct. Please retype the username and password and try again.</source>
+        <translation>O nome de usuário ou a senha informados podem estar incorretos. Digite-os novamente e tente de novo.</translation>
+    </message>
+    <message>
+        <source>Closes this message</source>
+        <translation>Fecha esta mensagem</translation>
+    </message>
+    <message>
+        <source>Your current recording will be deleted. This action cannot be undone.</source>
+        <translation>A gravação atual será excluída. Esta ação não pode ser desfeita.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+</context>
+<context>
+    <name>SourceChooserPage</name>
+    <message>
+        <source>What would you like to record?</source>
+        <translation>O que você deseja gravar?</translation>
+    </message>
+    <message>
+        <source>Choose a source. Recordings go to the workflow you pick when you publish.</source>
+        <translation>Escolha uma fonte. As gravações vão para o fluxo de trabalho que você escolher ao publicar.</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Vídeo</translation>
+    </message>
+    <message>
+        <source>Record from a camera in a lecture hall or from this computer&apos;s camera</source>
+        <translation>Gravar com uma câmera em sala de aula ou com a câmera deste computador</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Áudio</translation>
+    </message>
+    <message>
+        <source>Record sound only</source>
+        <translation>Gravar apenas o som</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>Tela</translation>
+    </message>
+    <message>
+        <source>Record this computer&apos;s screen with narration</source>
+        <translation>Gravar a tela deste computador com narração</translation>
+    </message>
+    <message>
+        <source>Movie Files</source>
+        <translation>Arquivos de vídeo</translation>
+    </message>
+    <message>
+        <source>Publish movie files you already have</source>
+        <translation>Publicar arquivos de vídeo que você já tem</translation>
+    </message>
+    <message>
+        <source>The server and account you are signed in with</source>
+        <translation>O servidor e a conta com que você entrou</translation>
+    </message>
+    <message>
+        <source>Signed in as %1 on %2.</source>
+        <translation>Conectado como %1 em %2.</translation>
+    </message>
+    <message>
+        <source>Not connected to a server yet. Choose Lumex ▸ Sign In… to connect.</source>
+        <translation>Ainda não conectado a um servidor. Escolha Lumex ▸ Entrar… para se conectar.</translation>
+    </message>
+</context>
+<context>
     <name>TransferCell</name>
-    <message>
-        <source>Upload progress</source>
-        <translation>Progresso do envio</translation>
-    </message>
-    <message>
-        <source>How much of the recording has been uploaded</source>
-        <translation>Quanto da gravação já foi enviado</translation>
-    </message>
     <message>
         <source>Retry</source>
         <comment>button: upload again</comment>
@@ -879,6 +869,84 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>Retry Upload</source>
         <translation>Tentar enviar de novo</translation>
+    </message>
+</context>
+<context>
+    <name>Transfers</name>
+    <message>
+        <source>Transfers</source>
+        <translation>Transferências</translation>
+    </message>
+    <message>
+        <source>The uploads of your recordings and how far each has got</source>
+        <translation>Os envios das suas gravações e o andamento de cada um</translation>
+    </message>
+    <message>
+        <source>No Transfers</source>
+        <translation>Nenhuma transferência</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Limpar</translation>
+    </message>
+    <message>
+        <source>Removes the completed uploads from the list</source>
+        <translation>Remove da lista os envios concluídos</translation>
+    </message>
+    <message>
+        <source>Remove the completed uploads from the list</source>
+        <translation>Remover da lista os envios concluídos</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersController</name>
+    <message>
+        <source>No Transfers</source>
+        <translation>Nenhuma transferência</translation>
+    </message>
+    <message>
+        <source>1 Transfer</source>
+        <translation>1 transferência</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Transfers</source>
+        <translation>
+            <numerusform>%n transferência</numerusform>
+            <numerusform>%n transferências</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>(no file)</source>
+        <translation>(nenhum arquivo)</translation>
+    </message>
+    <message>
+        <source>This upload can no longer be retried.</source>
+        <translation>Não é mais possível tentar este envio de novo.</translation>
+    </message>
+    <message>
+        <source>Its files were moved or deleted:
+%@</source>
+        <translation>Os arquivos dele foram movidos ou excluídos:
+%@</translation>
+    </message>
+    <message>
+        <source>Sign in to retry this upload.</source>
+        <translation>Entre para tentar este envio de novo.</translation>
+    </message>
+    <message>
+        <source>The upload is sent again under the name you sign in with.</source>
+        <translation>O envio é refeito com o nome com que você entrar.</translation>
+    </message>
+</context>
+<context>
+    <name>TransfersModel</name>
+    <message>
+        <source>progress %1 %</source>
+        <translation>progresso %1 %</translation>
+    </message>
+    <message>
+        <source>Press Return to retry the upload.</source>
+        <translation>Pressione Enter para tentar o envio de novo.</translation>
     </message>
     <message>
         <source>&apos;%@&apos; by %@</source>
@@ -936,77 +1004,6 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
             <numerusform>%n hora</numerusform>
             <numerusform>%n horas</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>Transfers</name>
-    <message>
-        <source>Transfers</source>
-        <translation>Transferências</translation>
-    </message>
-    <message>
-        <source>The uploads of your recordings and how far each has got</source>
-        <translation>Os envios das suas gravações e o andamento de cada um</translation>
-    </message>
-    <message>
-        <source>Transfer</source>
-        <translation>Transferência</translation>
-    </message>
-    <message>
-        <source>No Transfers</source>
-        <translation>Nenhuma transferência</translation>
-    </message>
-    <message>
-        <source>Clear</source>
-        <translation>Limpar</translation>
-    </message>
-    <message>
-        <source>Removes the completed uploads from the list</source>
-        <translation>Remove da lista os envios concluídos</translation>
-    </message>
-    <message>
-        <source>Remove the completed uploads from the list</source>
-        <translation>Remover da lista os envios concluídos</translation>
-    </message>
-</context>
-<context>
-    <name>TransfersController</name>
-    <message>
-        <source>No Transfers</source>
-        <translation>Nenhuma transferência</translation>
-    </message>
-    <message>
-        <source>1 Transfer</source>
-        <translation>1 transferência</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n Transfers</source>
-        <translation>
-            <numerusform>%n transferência</numerusform>
-            <numerusform>%n transferências</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>(no file)</source>
-        <translation>(nenhum arquivo)</translation>
-    </message>
-    <message>
-        <source>This upload can no longer be retried.</source>
-        <translation>Não é mais possível tentar este envio de novo.</translation>
-    </message>
-    <message>
-        <source>Its files were moved or deleted:
-%@</source>
-        <translation>Os arquivos dele foram movidos ou excluídos:
-%@</translation>
-    </message>
-    <message>
-        <source>Sign in to retry this upload.</source>
-        <translation>Entre para tentar este envio de novo.</translation>
-    </message>
-    <message>
-        <source>The upload is sent again under the name you sign in with.</source>
-        <translation>O envio é refeito com o nome com que você entrar.</translation>
     </message>
 </context>
 </TS>

@@ -1,4 +1,7 @@
+#include "CameraConfigController.h"
 #include "LXController.h"
+#include "PreferencesController.h"
+#include "TransfersController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"

@@ -1,4 +1,5 @@
 #include "LXController.h"
+#include "TransfersController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"

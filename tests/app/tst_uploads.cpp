@@ -1,5 +1,6 @@
 #include "DesktopNotifier.h"
 #include "LXController.h"
+#include "TransfersController.h"
 #include "LXMainWindow.h"
 #include "TransferCell.h"
 
