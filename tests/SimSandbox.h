@@ -58,7 +58,8 @@ public:
     static std::shared_ptr<OrvaneServerInterface> makeInterface(
         const QVariant &password = kPassword, const QString &user = kUser)
     {
-        return OrvaneServerInterface::create(Credentials { user, password.isValid() ? password.toString() : QString(), kServerHost },
+        return OrvaneServerInterface::create(
+            Credentials { user, password.isValid() ? password.toString() : QString(), kServerHost },
             std::make_shared<PodcastJob>());
     }
     // The tool's first line of output for every server command.

@@ -323,10 +323,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Beenden</translation>
     </message>
     <message>
-        <source>Choose Movie Files</source>
-        <translation>Filmdateien auswählen</translation>
-    </message>
-    <message>
         <source>Keeps Lumex running with the recording</source>
         <translation>Lässt Lumex mit der Aufnahme weiterlaufen</translation>
     </message>
@@ -337,18 +333,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Recording Paused</source>
         <translation>Aufnahme angehalten</translation>
-    </message>
-    <message>
-        <source>Not enough disk space available</source>
-        <translation>Nicht genügend Speicherplatz verfügbar</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
-        <translation>Auf dem Volume %@ ist nicht genügend Speicherplatz verfügbar, um einen Podcast aufzunehmen.</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
-        <translation>Auf dem Volume %@ ist nicht genügend Speicherplatz verfügbar, um die Aufnahme des Podcasts fortzusetzen. Ihre Aufnahme wurde angehalten.</translation>
     </message>
     <message>
         <source>Your podcast is being submitted.</source>
@@ -447,6 +431,10 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Goes on to describe and publish the recording</source>
         <translation>Weiter zum Beschreiben und Veröffentlichen der Aufnahme</translation>
+    </message>
+    <message>
+        <source>Choose Movie Files</source>
+        <translation>Filmdateien auswählen</translation>
     </message>
 </context>
 <context>
@@ -798,6 +786,18 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Not enough disk space available</source>
+        <translation>Nicht genügend Speicherplatz verfügbar</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
+        <translation>Auf dem Volume %@ ist nicht genügend Speicherplatz verfügbar, um die Aufnahme des Podcasts fortzusetzen. Ihre Aufnahme wurde angehalten.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
+        <translation>Auf dem Volume %@ ist nicht genügend Speicherplatz verfügbar, um einen Podcast aufzunehmen.</translation>
     </message>
 </context>
 <context>

@@ -323,22 +323,6 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <translation>Grabación en pausa</translation>
     </message>
     <message>
-        <source>Not enough disk space available</source>
-        <translation>No hay suficiente espacio en disco</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
-        <translation>No hay suficiente espacio en el volumen %@ para grabar un podcast.</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
-        <translation>No hay suficiente espacio en el volumen %@ para seguir grabando el podcast. La grabación se ha pausado.</translation>
-    </message>
-    <message>
-        <source>Choose Movie Files</source>
-        <translation>Elegir archivos de vídeo</translation>
-    </message>
-    <message>
         <source>Your podcast is being submitted.</source>
         <translation>Se está enviando su podcast.</translation>
     </message>
@@ -447,6 +431,10 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Done</source>
         <translation>Hecho</translation>
+    </message>
+    <message>
+        <source>Choose Movie Files</source>
+        <translation>Elegir archivos de vídeo</translation>
     </message>
 </context>
 <context>
@@ -798,6 +786,18 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Cancel</source>
         <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Not enough disk space available</source>
+        <translation>No hay suficiente espacio en disco</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
+        <translation>No hay suficiente espacio en el volumen %@ para seguir grabando el podcast. La grabación se ha pausado.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
+        <translation>No hay suficiente espacio en el volumen %@ para grabar un podcast.</translation>
     </message>
 </context>
 <context>

@@ -323,22 +323,6 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <translation>Enregistrement suspendu</translation>
     </message>
     <message>
-        <source>Not enough disk space available</source>
-        <translation>Espace disque insuffisant</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
-        <translation>L&apos;espace disque disponible sur le volume %@ ne suffit pas pour enregistrer un podcast.</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
-        <translation>L&apos;espace disque disponible sur le volume %@ ne suffit pas pour poursuivre l&apos;enregistrement du podcast. L&apos;enregistrement a été suspendu.</translation>
-    </message>
-    <message>
-        <source>Choose Movie Files</source>
-        <translation>Choisir des fichiers vidéo</translation>
-    </message>
-    <message>
         <source>Your podcast is being submitted.</source>
         <translation>Votre podcast est en cours d&apos;envoi.</translation>
     </message>
@@ -447,6 +431,10 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Done</source>
         <translation>Terminé</translation>
+    </message>
+    <message>
+        <source>Choose Movie Files</source>
+        <translation>Choisir des fichiers vidéo</translation>
     </message>
 </context>
 <context>
@@ -798,6 +786,18 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Not enough disk space available</source>
+        <translation>Espace disque insuffisant</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
+        <translation>L&apos;espace disque disponible sur le volume %@ ne suffit pas pour poursuivre l&apos;enregistrement du podcast. L&apos;enregistrement a été suspendu.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
+        <translation>L&apos;espace disque disponible sur le volume %@ ne suffit pas pour enregistrer un podcast.</translation>
     </message>
 </context>
 <context>

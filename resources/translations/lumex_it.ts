@@ -323,22 +323,6 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <translation>Registrazione in pausa</translation>
     </message>
     <message>
-        <source>Not enough disk space available</source>
-        <translation>Spazio su disco insufficiente</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
-        <translation>Lo spazio disponibile sul volume %@ non è sufficiente per registrare un podcast.</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
-        <translation>Lo spazio disponibile sul volume %@ non è sufficiente per continuare la registrazione del podcast. La registrazione è stata messa in pausa.</translation>
-    </message>
-    <message>
-        <source>Choose Movie Files</source>
-        <translation>Scegli file video</translation>
-    </message>
-    <message>
         <source>Your podcast is being submitted.</source>
         <translation>Invio del podcast in corso.</translation>
     </message>
@@ -447,6 +431,10 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Done</source>
         <translation>Fatto</translation>
+    </message>
+    <message>
+        <source>Choose Movie Files</source>
+        <translation>Scegli file video</translation>
     </message>
 </context>
 <context>
@@ -798,6 +786,18 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Cancel</source>
         <translation>Annulla</translation>
+    </message>
+    <message>
+        <source>Not enough disk space available</source>
+        <translation>Spazio su disco insufficiente</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
+        <translation>Lo spazio disponibile sul volume %@ non è sufficiente per continuare la registrazione del podcast. La registrazione è stata messa in pausa.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
+        <translation>Lo spazio disponibile sul volume %@ non è sufficiente per registrare un podcast.</translation>
     </message>
 </context>
 <context>

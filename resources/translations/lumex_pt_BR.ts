@@ -323,22 +323,6 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <translation>Gravação pausada</translation>
     </message>
     <message>
-        <source>Not enough disk space available</source>
-        <translation>Espaço em disco insuficiente</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
-        <translation>Não há espaço suficiente no volume %@ para gravar um podcast.</translation>
-    </message>
-    <message>
-        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
-        <translation>Não há espaço suficiente no volume %@ para continuar gravando o podcast. A gravação foi pausada.</translation>
-    </message>
-    <message>
-        <source>Choose Movie Files</source>
-        <translation>Escolher arquivos de vídeo</translation>
-    </message>
-    <message>
         <source>Your podcast is being submitted.</source>
         <translation>Seu podcast está sendo enviado.</translation>
     </message>
@@ -447,6 +431,10 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>Done</source>
         <translation>Concluído</translation>
+    </message>
+    <message>
+        <source>Choose Movie Files</source>
+        <translation>Escolher arquivos de vídeo</translation>
     </message>
 </context>
 <context>
@@ -798,6 +786,18 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>Cancel</source>
         <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Not enough disk space available</source>
+        <translation>Espaço em disco insuficiente</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to continue recording the podcast. Your recording has been paused.</source>
+        <translation>Não há espaço suficiente no volume %@ para continuar gravando o podcast. A gravação foi pausada.</translation>
+    </message>
+    <message>
+        <source>There is not enough disk space available on the volume %@ to record a podcast.</source>
+        <translation>Não há espaço suficiente no volume %@ para gravar um podcast.</translation>
     </message>
 </context>
 <context>

@@ -55,8 +55,8 @@ public:
     // selectAppropriateRecordingDevice reads it: whether it records here,
     // the camera (its uniqueID here, its name on the server) and the
     // microphone.
-    void writeSelectionToDefaults(Source source, const QString &sourceName, bool local, const QVariantMap &camera,
-        const QString &microphone);
+    void writeSelectionToDefaults(
+        Source source, const QString &sourceName, bool local, const QVariantMap &camera, const QString &microphone);
 
     // The level of a chosen microphone that no camera session holds is read
     // by a session of its own.

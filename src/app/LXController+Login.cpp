@@ -1,9 +1,9 @@
 #include "LXController.h"
 
 #include "DeviceChooser.h"
-#include "Format.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
+#include "LXWorkflowMenu.h"
 #include "MetadataPage.h"
 #include "RecordPage.h"
 #include "RemoteCameraPreviews.h"
@@ -57,18 +57,8 @@ void LXController::didGetWorkflows(const std::optional<QVariantList> &workflows,
             Error { kServerInterfaceErrorDomain, -1, tr("The server's list of workflows could not be read.") });
         return;
     }
-    m_workflows.clear();
-    m_workflows.reserve(workflows->size());
-    QStringList titles;
-    for (const QVariant &entry : *workflows) {
-        QVariantMap workflow = entry.toMap();
-        const QString titleAndDescription = lxFormat(QStringLiteral("%@\n$$$$\n%@"),
-            { workflow.value(QStringLiteral("title")), workflow.value(QStringLiteral("description")) });
-        workflow.insert(QStringLiteral("titleAndDescription"), titleAndDescription);
-        m_workflows.append(workflow);
-        titles << titleAndDescription;
-    }
-    m_window->metadataPage()->setWorkflows(titles);
+    m_workflows = LXWorkflowMenu::prepared(*workflows);
+    m_window->metadataPage()->setWorkflows(m_workflows);
     updateWorkflowPopUp();
 
     QPointer<LXController> self(this);
@@ -104,7 +94,8 @@ void LXController::didGetCameras(const std::optional<QVariantList> &cameras, con
     LXNotificationCenter::defaultCenter().post(kUserDidConnectNotice);
     userDidConnect();
 
-    m_previews->startRefreshing([this] { return !m_localRecordingChosen; }, [this] { return chosenRemoteCameraName(); });
+    m_previews->startRefreshing(
+        [this] { return !m_localRecordingChosen; }, [this] { return chosenRemoteCameraName(); });
     showChosenRemoteCameraPreview();
 }
 
@@ -117,38 +108,6 @@ void LXController::userDidConnect()
     m_window->activateWindow();
     resetJobAndRecordingState();
     lookForInterruptedRecordings();
-}
-
-QVariantList LXController::remoteCameras() const
-{
-    return m_previews->remoteCameras();
-}
-
-void LXController::setRemoteCameras(const QVariantList &cameras)
-{
-    // A list of values: the copy is as deep as the records the downloads
-    // write into.
-    m_previews->setRemoteCameras(cameras);
-}
-
-void LXController::refreshAllCameraPreviewImages()
-{
-    m_previews->refreshIfWanted();
-}
-
-void LXController::requestPreviewUpdateOfSelectedRemoteCamera()
-{
-    m_previews->requestUpdateOfChosenCamera();
-}
-
-QTimer *LXController::remoteCameraSnapshotRefreshTimer() const
-{
-    return m_previews->refreshTimer();
-}
-
-QTimer *LXController::selectedRemoteCameraPreviewUpdateTimer() const
-{
-    return m_previews->chosenCameraUpdateTimer();
 }
 
 QString LXController::chosenRemoteCameraName() const

@@ -9,28 +9,6 @@
 #include <QPushButton>
 #include <QTimer>
 
-bool LXController::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::Hide && !m_lastWindowCheckPending && watched->isWidgetType()
-        && QApplication::topLevelWidgets().contains(watched)) {
-        m_lastWindowCheckPending = true;
-        QTimer::singleShot(0, this, &LXController::maybeLastWindowClosed);
-    }
-    return QObject::eventFilter(watched, event);
-}
-
-void LXController::maybeLastWindowClosed()
-{
-    m_lastWindowCheckPending = false;
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (const QWidget *window : windows) {
-        if (window->isVisible() && window->windowType() != Qt::ToolTip && window->windowType() != Qt::Popup)
-            return;
-    }
-    if (applicationShouldTerminateAfterLastWindowClosed())
-        requestQuit();
-}
-
 bool LXController::applicationShouldTerminateAfterLastWindowClosed() const
 {
     const bool panelVisible = m_loginPanel && m_loginPanel->loginPanel()->isVisible();

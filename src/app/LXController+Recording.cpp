@@ -1,29 +1,17 @@
 #include "LXController.h"
 
 #include "CountdownView.h"
-#include "Format.h"
 #include "LXMainWindow.h"
 #include "RecordPage.h"
 #include "RecordingDiskSpace.h"
+#include "Sheets.h"
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QTimer>
 
 namespace {
 
 constexpr int kCountdownSeconds = 3;
-constexpr int kFlashMsec = 900;
-
-// The tick that stops may be the one running now: it goes once it is done.
-void stopTimer(QTimer *&timer)
-{
-    if (!timer)
-        return;
-    timer->stop();
-    timer->deleteLater();
-    timer = nullptr;
-}
 
 } // namespace
 
@@ -49,26 +37,13 @@ void LXController::setWaitingOnRecordOrPauseResponse(bool waiting)
 
 void LXController::recordPauseButtonClicked()
 {
-    switch (m_recordPauseAction) {
-    case RecordPauseAction::Record:
-        recordClicked();
-        break;
-    case RecordPauseAction::Pause:
+    // The button's action follows the state; it is hidden while counting down.
+    if (m_state == State::Recording)
         pauseClicked();
-        break;
-    case RecordPauseAction::Resume:
+    else if (m_state == State::Paused)
         resumeClicked();
-        break;
-    }
-}
-
-void LXController::restartEverySecondTimer(int msec, void (LXController::*target)())
-{
-    stopTimer(m_everySecondTimer);
-    m_everySecondTimer = new QTimer(this);
-    m_everySecondTimer->setInterval(msec);
-    connect(m_everySecondTimer, &QTimer::timeout, this, target);
-    m_everySecondTimer->start();
+    else if (m_state == State::Idle)
+        recordClicked();
 }
 
 void LXController::recordClicked()
@@ -124,21 +99,16 @@ void LXController::updateToRecordingView(const std::optional<Error> &error)
     }
     setState(State::Recording);
     m_window->setRecordPauseButtonVisible(true);
-    m_recordPauseAction = RecordPauseAction::Pause;
-    stopTimer(m_everySecondTimer);
-    m_recordingTime->start();
-    updateTimer();
-    // Named for a second, yet ticks frameRate/2 times a second.
-    restartEverySecondTimer(qRound(2000.0 / m_recordingTime->frameRate()), &LXController::updateTimer);
+    m_clock->run();
 }
 
 void LXController::updateTimer()
 {
-    setTimerValue(m_recordingTime->elapsedTimeString());
+    setTimerValue(recordingTime()->elapsedTimeString());
     if (m_state != State::Recording || !m_localRecordingChosen)
         return;
     // Every tick of every third second checks; the first failing one pauses.
-    const qint64 seconds = qint64(m_recordingTime->elapsedTime());
+    const qint64 seconds = qint64(recordingTime()->elapsedTime());
     if (seconds % 3 == 0 && !RecordingDiskSpace::enoughForRecording())
         showCutoffWarningAndPauseRecordingIfApplicable();
 }
@@ -152,14 +122,9 @@ void LXController::pauseClicked()
         m_countdownView->hide();
     if (m_route)
         m_route->pause();
-    m_recordPauseAction = RecordPauseAction::Resume;
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::StartOver);
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::Publish);
-    stopTimer(m_everySecondTimer);
-    m_recordingTime->stop();
-    updateTimer();
+    m_window->offerPausedChoices(true);
+    m_clock->freeze();
     setTimerTextHidden(true);
-    restartEverySecondTimer(kFlashMsec, &LXController::flashPause);
 }
 
 void LXController::flashPause()
@@ -182,35 +147,18 @@ void LXController::resumeClicked()
         m_countdownView->show();
     if (m_route)
         m_route->resume();
-    m_recordPauseAction = RecordPauseAction::Pause;
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
+    m_window->offerPausedChoices(false);
     m_window->recordPage()->setRecordingStateVisible(false, true);
-    stopTimer(m_everySecondTimer);
-    m_recordingTime->start(); // continues from the time before the pause
-    updateTimer();
+    m_clock->run();
     setTimerTextHidden(false);
-    restartEverySecondTimer(qRound(2000.0 / m_recordingTime->frameRate()), &LXController::updateTimer);
 }
 
 void LXController::showCutoffWarningAndPauseRecordingIfApplicable()
 {
-    const QString name = RecordingDiskSpace::volumeName();
-    auto *alert = new QMessageBox(m_window.get());
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    alert->setObjectName(QStringLiteral("diskSpaceAlert"));
-    alert->setText(tr("Not enough disk space available"));
-    alert->setStandardButtons(QMessageBox::Ok);
-    if (m_state != State::Recording) {
-        alert->setInformativeText(lxFormat(
-            tr("There is not enough disk space available on the volume %@ to record a podcast."), { QVariant(name) }));
-    } else {
-        alert->setInformativeText(lxFormat(tr("There is not enough disk space available on the volume %@ to continue "
-                                              "recording the podcast. Your recording has been paused."),
-            { QVariant(name) }));
+    const bool recording = m_state == State::Recording;
+    QMessageBox *alert = Sheets::diskSpaceAlert(m_window.get(), RecordingDiskSpace::volumeName(), recording);
+    if (recording)
         pauseClicked();
-    }
     QApplication::beep();
     alert->open();
 }
@@ -242,24 +190,6 @@ void LXController::recordPauseResumeMenuItemInvoked()
         recordClicked();
     else
         QApplication::beep();
-}
-
-void LXController::jobDidPause(const std::optional<Error> &error)
-{
-    if (error)
-        alertUserToError(*error);
-}
-
-void LXController::jobDidResume(const std::optional<Error> &error)
-{
-    if (error)
-        alertUserToError(*error);
-}
-
-void LXController::jobDidStop(const std::optional<Error> &error)
-{
-    if (error)
-        alertUserToError(*error);
 }
 
 void LXController::localJobDidStop(const std::optional<Error> &error)

@@ -1,6 +1,7 @@
 #include "LXController.h"
 
 #include "CaptureDevicesController.h"
+#include "ChosenFilesRoute.h"
 #include "DeviceChooser.h"
 #include "GLScreenGrabController.h"
 #include "LXDefaultsKeys.h"
@@ -45,11 +46,7 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
     if (mode == Mode::File) {
         setMode(Mode::File);
         delete m_openPanel;
-        m_openPanel = new QFileDialog(m_window.get(), tr("Choose Movie Files"), QDir::homePath());
-        m_openPanel->setObjectName(QStringLiteral("openPanel"));
-        m_openPanel->setFileMode(QFileDialog::ExistingFiles);
-        m_openPanel->setWindowModality(Qt::WindowModal);
-        m_openPanel->resize(m_openPanel->width(), 435);
+        m_openPanel = m_window->makeMoviePanel();
         connect(m_openPanel, &QDialog::finished, this, &LXController::openPanelDidEnd);
         m_openPanel->open();
         return;
@@ -102,6 +99,7 @@ void LXController::openPanelDidEnd(int returnCode)
 void LXController::prepareToSubmitFiles(const QStringList &paths)
 {
     setMode(Mode::File);
+    setRoute(std::make_unique<ChosenFilesRoute>(*this, ChosenFilesRoute::Files::UsersOwn));
     if (m_job)
         m_job->setMovieFilePaths(paths);
     m_window->showMetadataPageForFiles(paths);
@@ -130,16 +128,6 @@ void LXController::openFilesFromDesktop(const QStringList &paths)
         applicationOpenFile(paths.first());
     else if (!paths.isEmpty())
         applicationOpenFiles(paths);
-}
-
-InputDeviceMenu *LXController::cameraMenu() const
-{
-    return m_devices->cameraMenu();
-}
-
-InputDeviceMenu *LXController::microphoneMenu() const
-{
-    return m_devices->microphoneMenu();
 }
 
 void LXController::rebuildInputDevicesList()
@@ -200,12 +188,7 @@ void LXController::localCameraAndMicrophoneSelected(QAction *item)
         setJobLocalAudioDeviceName(QString());
         return;
     }
-    RecordPage *page = m_window->recordPage();
-    page->showLocalPreview(session);
-    for (const CaptureInputPtr &input : session->inputs())
-        for (const CaptureConnectionPtr &connection : input->connections())
-            if (connection->mediaType() == MediaType::Sound && connection->isEnabled())
-                page->setMicrophoneLevelConnection(connection);
+    m_window->recordPage()->showCaptureSession(session);
 }
 
 void LXController::tearDownLocalCameraAndMicrophone()

@@ -22,22 +22,12 @@ void LXController::setSubmittedStatus(const QString &text)
 
 void LXController::publishClicked()
 {
-    // Nothing stops yet: the user may go back and resume.
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-    m_window->setRecordPauseButtonVisible(false);
-    m_window->showMetadataPage();
-    m_window->metadataPage()->focusTitle();
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::Done);
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::BackToRecording);
+    m_window->showMetadataPageForRecording();
 }
 
 void LXController::cancelClicked()
 {
-    m_window->showRecordPage();
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::Publish);
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::StartOver);
-    m_window->setRecordPauseButtonVisible(true); // still resumes
+    m_window->showPausedRecordPage();
 }
 
 void LXController::submitClicked()
@@ -51,22 +41,10 @@ void LXController::submitClicked()
     }
     m_previews->stopRefreshing();
 
-    // Files chosen on disk have no route: they are handed over as they are.
-    const bool uploadFollows = m_mode == Mode::File || (m_route && m_route->recordsOnThisComputer());
-    if (m_mode == Mode::File) {
-        // An interrupted recording is ours, as a finished one is: it leaves
-        // the spool folder once queued, or every later login would offer it
-        // again. Files the user chose stay where they are.
-        const bool recovered = !m_recoveredRecording.isEmpty()
-            && m_job->movieFilePaths().value_or(QStringList()) == QStringList { m_recoveredRecording };
-        m_recoveredRecording.clear();
-        if (m_server)
-            (m_server.get()->*(recovered ? &OrvaneServerInterface::submitAndDeleteJobFilesWithDelegate
-                                         : &OrvaneServerInterface::submitJobFilesWithDelegate))(
-                this, [this](const std::optional<Error> &error) { jobDidStop(error); });
-    } else if (m_route) {
+    // Recordings made here and chosen files are uploaded from here.
+    const bool uploadFollows = m_route && m_route->recordsOnThisComputer();
+    if (m_route)
         m_route->stopAndHandOver();
-    }
 
     LXUserDefaults &defaults = LXUserDefaults::standard();
     defaults.setValue(
@@ -75,9 +53,6 @@ void LXController::submitClicked()
 
     m_window->showDonePage();
     m_window->recordPage()->setRecordingStateVisible(false);
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-    m_window->donePage()->setNewPodcastButtonVisible(true);
     // Said before the server answers; a failure comes later as an alert.
     if (uploadFollows) {
         if (transfersController())
@@ -118,9 +93,7 @@ void LXController::newPodcastClicked(Qt::KeyboardModifiers modifiers)
     m_window->hide();
     if (transfersController())
         transfersController()->stopPollingSubmissions();
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
     m_window->donePage()->setNewPodcastButtonVisible(false);
-    m_window->setRecordPauseButtonVisible(false);
     // Shift slows the page down, to watch it go.
     m_window->showSourceChooser(modifiers.testFlag(Qt::ShiftModifier) ? 2000 : 400);
     // Every new recording begins with signing in again.
@@ -153,9 +126,5 @@ void LXController::startOverSheetDidEnd(int returnCode)
         m_route->discard();
     m_window->showSourceChooser();
     m_window->recordPage()->setRecordingStateVisible(false);
-    m_window->setRecordPauseButtonVisible(false);
-    m_window->setPublishOffer(LXMainWindow::PublishOffer::None);
-    m_window->setStartOverOffer(LXMainWindow::StartOverOffer::None);
-    m_recordPauseAction = RecordPauseAction::Record;
     resetJobAndRecordingState();
 }

@@ -1,10 +1,12 @@
 #include "LXController.h"
 
+#include "ChosenFilesRoute.h"
 #include "DesktopNotifier.h"
 #include "DeviceChooser.h"
 #include "DonePage.h"
 #include "InterruptedRecordings.h"
 #include "LXMainWindow.h"
+#include "LastWindowWatcher.h"
 #include "MetadataPage.h"
 #include "RecordPage.h"
 #include "RemoteCameraPreviews.h"
@@ -27,9 +29,12 @@ void LXController::connectWindow()
     connect(w, &LXMainWindow::sheetsChanged, this, &LXController::canRecordOrPauseChanged);
     // Closing the main window only hides it; whether that was the last
     // window, and whether the application may end with it, is decided once
-    // the hiding is done (see eventFilter).
+    // the hiding is done.
     connect(w, &LXMainWindow::closeRequested, this, [this] { m_window->hide(); });
-    qApp->installEventFilter(this);
+    connect(new LastWindowWatcher(this), &LastWindowWatcher::lastWindowClosed, this, [this] {
+        if (applicationShouldTerminateAfterLastWindowClosed())
+            requestQuit();
+    });
     connect(w, &LXMainWindow::quitRequested, this, &LXController::requestQuit);
     connect(m_windows, &SecondaryWindows::quitRequested, this, &LXController::requestQuit);
     connect(w, &LXMainWindow::preferencesRequested, this, &LXController::showPreferencesWindow);
@@ -80,53 +85,13 @@ void LXController::connectWindow()
     });
     connect(m_devices, &DeviceChooser::chosenCameraTitleChanged, record, &RecordPage::setChosenCamera);
     connect(m_devices, &DeviceChooser::chosenMicrophoneTitleChanged, record, &RecordPage::setChosenMicrophone);
-    connect(m_devices, &DeviceChooser::microphoneLevelConnectionChanged, record,
-        &RecordPage::setMicrophoneLevelConnection);
+    connect(
+        m_devices, &DeviceChooser::microphoneLevelConnectionChanged, record, &RecordPage::setMicrophoneLevelConnection);
     // The job's camera and the mode decide whose snapshot the record page shows.
     connect(this, &LXController::canBeginRecordingChanged, this, &LXController::showChosenRemoteCameraPreview);
     connect(m_previews, &RemoteCameraPreviews::snapshotChanged, this, &LXController::showChosenRemoteCameraPreview);
     connect(m_interruptedRecordings, &InterruptedRecordings::publishRequested, this,
         &LXController::publishRecoveredRecording);
-}
-
-void LXController::configureLocalCamera()
-{
-    m_windows->configureLocalCamera();
-}
-
-void LXController::cameraConfigWindowClosed()
-{
-    m_windows->cameraConfigWindowClosed();
-}
-
-void LXController::showPreferencesWindow()
-{
-    m_windows->showPreferencesWindow();
-}
-
-void LXController::showTransfersWindow()
-{
-    m_windows->showTransfersWindow();
-}
-
-void LXController::transfersWindowClosed()
-{
-    m_windows->transfersWindowClosed();
-}
-
-CameraConfigController *LXController::cameraConfigController() const
-{
-    return m_windows->cameraConfigController();
-}
-
-PreferencesController *LXController::preferencesController() const
-{
-    return m_windows->preferencesController();
-}
-
-TransfersController *LXController::transfersController() const
-{
-    return m_windows->transfersController();
 }
 
 void LXController::notifyIfWatchedUploadEnded(const QVariantMap &upload)
@@ -158,23 +123,13 @@ void LXController::lookForInterruptedRecordings()
     m_interruptedRecordings->lookFor(m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList());
 }
 
-bool LXController::isLookingForInterruptedRecordings() const
-{
-    return m_interruptedRecordings->isLooking();
-}
-
-QMessageBox *LXController::interruptedRecordingQuestion() const
-{
-    return m_interruptedRecordings->question();
-}
-
 void LXController::publishRecoveredRecording(
     const QString &path, const QDateTime &started, const QDateTime &interrupted)
 {
     if (!m_job)
         return;
     prepareToSubmitFiles({ path });
-    m_recoveredRecording = path;
+    setRoute(std::make_unique<ChosenFilesRoute>(*this, ChosenFilesRoute::Files::InterruptedRecording));
     if (started.isValid())
         m_job->setStartedAt(started);
     m_job->setStoppedAt(interrupted);

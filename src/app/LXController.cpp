@@ -10,11 +10,12 @@
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXUserDefaults.h"
+#include "LXWorkflowMenu.h"
 #include "MetadataPage.h"
 #include "PreferencesController.h"
-#include "SecondaryWindows.h"
 #include "RecordPage.h"
 #include "RemoteCameraPreviews.h"
+#include "SecondaryWindows.h"
 
 #include <QApplication>
 #include <QHash>
@@ -47,6 +48,9 @@ LXController::LXController()
     m_screenGrabController = std::make_unique<GLScreenGrabController>();
     m_captureDevicesController = new CaptureDevicesController(this);
     m_captureDevicesController->setController(this);
+    m_clock = new RecordingClock(this);
+    connect(m_clock, &RecordingClock::ticked, this, &LXController::updateTimer);
+    connect(m_clock, &RecordingClock::flashed, this, &LXController::flashPause);
     m_windows = new SecondaryWindows(this, m_captureDevicesController, this);
     m_localRecordingChosen = false;
 
@@ -64,7 +68,6 @@ LXController::~LXController()
     if (m_captureDevicesController)
         m_captureDevicesController->setController(nullptr);
     m_route.reset();
-    m_recordingTime.reset();
     m_job.reset();
     m_server.reset();
     if (m_loginPanel)
@@ -75,7 +78,6 @@ void LXController::awakeFromNib()
 {
     m_state = State::Idle;
     m_mode = Mode::NoSource;
-    m_recordingTime = std::make_unique<StopWatch>();
 
     LXUserDefaults::standard().registerDefaults(LXDefaultsKeys::GlobalKeyCode, LXDefaultsKeys::GlobalKeyModifiers);
     PreferencesController::registerRecordPauseShortcutKey();
@@ -224,27 +226,16 @@ bool LXController::microphoneListShouldBeHidden() const
 
 QString LXController::currentModeString() const
 {
-    switch (m_mode) {
-    case Mode::Video:
-        return QStringLiteral("Video");
-    case Mode::Audio:
-        return QStringLiteral("Audio");
-    case Mode::Screen:
-        return QStringLiteral("Screen");
-    case Mode::File:
-        return QStringLiteral("File");
-    case Mode::NoSource:
-        break;
-    }
-    return QStringLiteral("");
+    static const char *const names[] = { "Video", "Audio", "Screen", "File", "" };
+    return QString::fromLatin1(names[int(m_mode)]);
 }
 
 void LXController::updateBoundControls()
 {
     // A recording begun can always be paused or resumed; a new one needs a
     // device that can record, or the countdown would run for nothing.
-    const bool enabled = canRecordOrPause() && !m_waitingOnRecordOrPauseResponse
-        && (hasBegunRecording() || canBeginRecording());
+    const bool enabled
+        = canRecordOrPause() && !m_waitingOnRecordOrPauseResponse && (hasBegunRecording() || canBeginRecording());
     m_window->setRecordControls(recordPauseMenuTitle(), recordOrPauseImage(), enabled);
     // Sound-only sources pick from the microphone menu; video picks a camera
     // and, in its submenu, the microphone.
@@ -265,29 +256,13 @@ void LXController::resetJobAndRecordingState()
         m_server->setJob(job);
     m_currentJobCompletedUploading = false;
 
-    if (!m_workflows.isEmpty()) {
-        const QString previous = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::PreviousWorkflowChosen);
-        bool chosen = false;
-        // Every match is taken, so the last workflow of that title wins.
-        for (const QVariant &workflow : std::as_const(m_workflows)) {
-            const QVariantMap map = workflow.toMap();
-            if (!previous.isNull() && map.value(QStringLiteral("title")).toString() == previous) {
-                job->setWorkflow(map);
-                chosen = true;
-            }
-        }
-        if (!chosen)
-            job->setWorkflow(m_workflows.first().toMap());
-    }
+    if (!m_workflows.isEmpty())
+        job->setWorkflow(LXWorkflowMenu::preferred(
+            m_workflows, LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::PreviousWorkflowChosen)));
 
-    m_recordPauseAction = RecordPauseAction::Record;
-    if (m_recordingTime)
-        m_recordingTime->reset();
+    m_clock->reset();
     setTimerTextHidden(false);
     setTimerValue(QString());
-    if (m_everySecondTimer)
-        m_everySecondTimer->deleteLater();
-    m_everySecondTimer = nullptr;
     m_previews->stopRefreshing();
     delete m_countdownView;
     m_window->metadataPage()->setTitlePlaceholderImageVisible(false);

@@ -3,12 +3,16 @@
 #include "CaptureDevicesController.h"
 #include "CountdownView.h"
 #include "Credentials.h"
+#include "DeviceChooser.h"
 #include "Error.h"
+#include "InterruptedRecordings.h"
 #include "LXLoginPanelController.h"
 #include "OrvaneServerInterface.h"
 #include "PodcastJob.h"
+#include "RecordingClock.h"
 #include "RecordingRoute.h"
-#include "StopWatch.h"
+#include "RemoteCameraPreviews.h"
+#include "SecondaryWindows.h"
 #include "TransfersControllerDelegate.h"
 
 #include <QFileDialog>
@@ -21,18 +25,10 @@
 #include <memory>
 #include <optional>
 
-class CameraConfigController;
-class DeviceChooser;
 class GLScreenGrabController;
-class InputDeviceMenu;
-class InterruptedRecordings;
-class PreferencesController;
 class LXMainWindow;
 class QAction;
 class QTimer;
-class RemoteCameraPreviews;
-class SecondaryWindows;
-class TransfersController;
 
 // The spine of the application: the main window's controller and the
 // application's delegate. It keeps the two values everything else is derived
@@ -126,19 +122,21 @@ public:
     std::shared_ptr<OrvaneServerInterface> server() const override { return m_server; }
     const Credentials &credentials() const { return m_credentials; }
     QVariantList workflows() const { return m_workflows; }
-    QVariantList remoteCameras() const;
-    void setRemoteCameras(const QVariantList &cameras);
-    StopWatch *recordingTime() const { return m_recordingTime.get(); }
+    QVariantList remoteCameras() const { return m_previews->remoteCameras(); }
+    // A list of values: the copy is as deep as the records the downloads
+    // write into.
+    void setRemoteCameras(const QVariantList &cameras) { m_previews->setRemoteCameras(cameras); }
+    StopWatch *recordingTime() const { return m_clock->stopWatch(); }
     QString timerValue() const { return m_timerValue; }
     bool timerTextHidden() const { return m_timerTextHidden; }
 
     LXMainWindow *window() const { return m_window.get(); }
     LXUserLoginPanelController *loginPanel() const { return m_loginPanel; }
-    QTimer *remoteCameraSnapshotRefreshTimer() const;
-    QTimer *selectedRemoteCameraPreviewUpdateTimer() const;
-    TransfersController *transfersController() const;
-    PreferencesController *preferencesController() const;
-    CameraConfigController *cameraConfigController() const;
+    QTimer *remoteCameraSnapshotRefreshTimer() const { return m_previews->refreshTimer(); }
+    QTimer *selectedRemoteCameraPreviewUpdateTimer() const { return m_previews->chosenCameraUpdateTimer(); }
+    TransfersController *transfersController() const { return m_windows->transfersController(); }
+    PreferencesController *preferencesController() const { return m_windows->preferencesController(); }
+    CameraConfigController *cameraConfigController() const { return m_windows->cameraConfigController(); }
     CaptureDevicesController *captureDevicesController() const override { return m_captureDevicesController; }
     DeviceChooser *deviceChooser() const { return m_devices; }
 
@@ -149,8 +147,8 @@ public:
     void didGetWorkflows(const std::optional<QVariantList> &workflows, const std::optional<Error> &error);
     void didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error);
     void userDidConnect();
-    void refreshAllCameraPreviewImages();
-    void requestPreviewUpdateOfSelectedRemoteCamera();
+    void refreshAllCameraPreviewImages() { m_previews->refreshIfWanted(); }
+    void requestPreviewUpdateOfSelectedRemoteCamera() { m_previews->requestUpdateOfChosenCamera(); }
 
     // Sources and devices (+Sources). Shift held while clicking slows the
     // page's slide down.
@@ -166,8 +164,8 @@ public:
     void localCameraAndMicrophoneSelected(QAction *item);
     void tearDownLocalCameraAndMicrophone();
     void writeSelectedDevicesToDefaults();
-    InputDeviceMenu *cameraMenu() const;
-    InputDeviceMenu *microphoneMenu() const;
+    InputDeviceMenu *cameraMenu() const { return m_devices->cameraMenu(); }
+    InputDeviceMenu *microphoneMenu() const { return m_devices->microphoneMenu(); }
     QFileDialog *openPanel() const { return m_openPanel; }
     void openPanelDidEnd(int returnCode);
 
@@ -199,9 +197,14 @@ public:
     QObject *routeContext() override { return this; }
     void jobDidStart(const std::optional<Error> &error) override;
     void updateToRecordingView(const std::optional<Error> &error) override;
-    void jobDidPause(const std::optional<Error> &error) override;
-    void jobDidResume(const std::optional<Error> &error) override;
-    void jobDidStop(const std::optional<Error> &error) override;
+    // Failures of pause, resume and stop are shown; the state stays.
+    void jobDidPause(const std::optional<Error> &error) override { jobDidStop(error); }
+    void jobDidResume(const std::optional<Error> &error) override { jobDidStop(error); }
+    void jobDidStop(const std::optional<Error> &error) override
+    {
+        if (error)
+            alertUserToError(*error);
+    }
     void localJobDidStop(const std::optional<Error> &error) override;
 
     // The submission flow (+Submission): the metadata page, the hand-over,
@@ -221,11 +224,11 @@ public:
     void alertDidEnd();
 
     // Secondary windows and uploads (+Windows).
-    void configureLocalCamera();
-    void cameraConfigWindowClosed();
-    void showPreferencesWindow();
-    void showTransfersWindow();
-    void transfersWindowClosed();
+    void configureLocalCamera() { m_windows->configureLocalCamera(); }
+    void cameraConfigWindowClosed() { m_windows->cameraConfigWindowClosed(); }
+    void showPreferencesWindow() { m_windows->showPreferencesWindow(); }
+    void showTransfersWindow() { m_windows->showTransfersWindow(); }
+    void transfersWindowClosed() { m_windows->transfersWindowClosed(); }
     // Notifies once per upload when `upload` (a row of the transfers list)
     // has completed or failed.
     void notifyIfWatchedUploadEnded(const QVariantMap &upload);
@@ -234,8 +237,8 @@ public:
     // After a login: looks, off the main thread, for movies in the spool
     // folder that no job and no upload owns, and asks about each in turn.
     void lookForInterruptedRecordings();
-    bool isLookingForInterruptedRecordings() const;
-    QMessageBox *interruptedRecordingQuestion() const;
+    bool isLookingForInterruptedRecordings() const { return m_interruptedRecordings->isLooking(); }
+    QMessageBox *interruptedRecordingQuestion() const { return m_interruptedRecordings->question(); }
 
     // Quitting (+Quit).
     bool applicationShouldTerminateAfterLastWindowClosed() const;
@@ -267,12 +270,7 @@ signals:
     // The application should end now (the quit flow has agreed).
     void terminateRequested();
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
-    enum class RecordPauseAction { Record, Pause, Resume };
-
     // Emits the change signal of every derived property that depends on `key`.
     void announceDependents(const char *key);
     void observeValueForKeyPath(const char *keyPath);
@@ -286,12 +284,10 @@ private:
     void showChosenRemoteCameraPreview();
     // The server camera the job records with; null for none or a local one.
     QString chosenRemoteCameraName() const;
-    void maybeLastWindowClosed();
     void setTimerValue(const QString &value);
     void setTimerTextHidden(bool hidden);
     void setWaitingOnRecordOrPauseResponse(bool waiting);
     void recordPauseButtonClicked();
-    void restartEverySecondTimer(int msec, void (LXController::*target)());
     void setSubmittedStatus(const QString &text);
     void publishRecoveredRecording(const QString &path, const QDateTime &started, const QDateTime &interrupted);
 
@@ -299,7 +295,7 @@ private:
     QPointer<LXUserLoginPanelController> m_loginPanel;
     Credentials m_credentials;
     QVariantList m_workflows;
-    std::unique_ptr<StopWatch> m_recordingTime;
+    RecordingClock *m_clock = nullptr;
     QString m_timerValue;
     bool m_timerTextHidden = false;
     bool m_localRecordingChosen = false;
@@ -308,7 +304,6 @@ private:
     std::shared_ptr<PodcastJob> m_job;
     std::shared_ptr<OrvaneServerInterface> m_server;
     std::unique_ptr<RecordingRoute> m_route;
-    QTimer *m_everySecondTimer = nullptr;
     std::unique_ptr<GLScreenGrabController> m_screenGrabController;
     QPointer<CaptureDevicesController> m_captureDevicesController;
     SecondaryWindows *m_windows = nullptr;
@@ -320,12 +315,8 @@ private:
     QPointer<QMessageBox> m_startOverSheet;
     QPointer<QFileDialog> m_openPanel;
     QPointer<CountdownView> m_countdownView;
-    RecordPauseAction m_recordPauseAction = RecordPauseAction::Record;
-    // The interrupted recording now on the metadata page, if any.
-    QString m_recoveredRecording;
     bool m_currentJobCompletedUploading = false;
     bool m_waitingOnRecordOrPauseResponse = false;
     bool m_inBetweenMainWindowAndLoginPanel = false;
     bool m_connected = false;
-    bool m_lastWindowCheckPending = false;
 };

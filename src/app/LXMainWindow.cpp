@@ -15,7 +15,9 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QDir>
 #include <QDragEnterEvent>
+#include <QFileDialog>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
@@ -68,8 +70,8 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     m_record = new RecordPage(m_contentBox);
     m_metadata = new MetadataPage(m_contentBox);
     m_done = new DonePage(m_contentBox);
-    for (QWidget *page : { static_cast<QWidget *>(m_record), static_cast<QWidget *>(m_metadata),
-             static_cast<QWidget *>(m_done) })
+    for (QWidget *page :
+        { static_cast<QWidget *>(m_record), static_cast<QWidget *>(m_metadata), static_cast<QWidget *>(m_done) })
         page->hide();
     m_contentBox->setContentView(m_sourceChooser);
 
@@ -201,9 +203,45 @@ void LXMainWindow::showMetadataPageForFiles(const QStringList &paths)
     m_metadata->focusTitle();
 }
 
+void LXMainWindow::showMetadataPageForRecording()
+{
+    // Nothing stops yet: the user may go back and resume.
+    setRecordPauseButtonVisible(false);
+    showMetadataPage();
+    m_metadata->focusTitle();
+    setPublishOffer(PublishOffer::Done);
+    setStartOverOffer(StartOverOffer::BackToRecording);
+}
+
+void LXMainWindow::showPausedRecordPage()
+{
+    showRecordPage();
+    offerPausedChoices(true);
+    setRecordPauseButtonVisible(true); // still resumes
+}
+
 void LXMainWindow::showDonePage()
 {
     showPage(Page::Done);
+    setPublishOffer(PublishOffer::None);
+    setStartOverOffer(StartOverOffer::None);
+    m_done->setNewPodcastButtonVisible(true);
+}
+
+void LXMainWindow::offerPausedChoices(bool paused)
+{
+    setStartOverOffer(paused ? StartOverOffer::StartOver : StartOverOffer::None);
+    setPublishOffer(paused ? PublishOffer::Publish : PublishOffer::None);
+}
+
+QFileDialog *LXMainWindow::makeMoviePanel()
+{
+    auto *panel = new QFileDialog(this, tr("Choose Movie Files"), QDir::homePath());
+    panel->setObjectName(QStringLiteral("openPanel"));
+    panel->setFileMode(QFileDialog::ExistingFiles);
+    panel->setWindowModality(Qt::WindowModal);
+    panel->resize(panel->width(), 435);
+    return panel;
 }
 
 void LXMainWindow::offerBack()
@@ -219,8 +257,8 @@ void LXMainWindow::showPage(Page page, int durationMs)
     const Page current = m_currentPage;
     const bool forward = current == Page::SourceChooser || (current == Page::Record && page != Page::SourceChooser);
     m_currentPage = page;
-    m_contentBox->pushView(pages[int(page)], forward ? LXPushView::Direction::FromRight : LXPushView::Direction::FromLeft,
-        durationMs);
+    m_contentBox->pushView(
+        pages[int(page)], forward ? LXPushView::Direction::FromRight : LXPushView::Direction::FromLeft, durationMs);
     m_startOver->setVisible(page != Page::SourceChooser && page != Page::Done);
     m_recordPause->setVisible(page == Page::Record);
     if (page == Page::SourceChooser) {

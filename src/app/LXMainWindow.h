@@ -9,6 +9,7 @@ class LXPushView;
 class LXRecordButton;
 class MetadataPage;
 class QAction;
+class QFileDialog;
 class QPushButton;
 class RecordPage;
 class SourceChooserPage;
@@ -46,7 +47,17 @@ public:
     // The metadata page for files chosen on disk, listing them, with "Back"
     // to the source chooser and "Done".
     void showMetadataPageForFiles(const QStringList &paths);
+    // The metadata page for a paused recording: "Back" to it and "Done".
+    void showMetadataPageForRecording();
+    // Back from the metadata page to the paused recording.
+    void showPausedRecordPage();
+    // The done page with its new-recording button, and nothing to go back to.
     void showDonePage();
+    // While paused, "Start Over" and "Publish" are offered; while recording
+    // neither is.
+    void offerPausedChoices(bool paused);
+    // The panel in which movie files to publish are chosen.
+    QFileDialog *makeMoviePanel();
     Page currentPage() const { return m_currentPage; }
 
     // Signing in is offered only while not connected: a new sign-in starts

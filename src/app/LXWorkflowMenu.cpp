@@ -1,5 +1,7 @@
 #include "LXWorkflowMenu.h"
 
+#include "Format.h"
+
 LXWorkflowMenu::LXWorkflowMenu(QWidget *parent)
     : QMenu(parent)
 {
@@ -20,4 +22,28 @@ QAction *LXWorkflowMenu::insertItemWithTitle(const QString &title, int index)
         action->setToolTip(pieces.at(1));
     addAction(action);
     return action;
+}
+
+QVariantList LXWorkflowMenu::prepared(const QVariantList &workflows)
+{
+    QVariantList list;
+    list.reserve(workflows.size());
+    for (const QVariant &entry : workflows) {
+        QVariantMap workflow = entry.toMap();
+        workflow.insert(QStringLiteral("titleAndDescription"),
+            lxFormat(QStringLiteral("%@\n$$$$\n%@"),
+                { workflow.value(QStringLiteral("title")), workflow.value(QStringLiteral("description")) }));
+        list.append(workflow);
+    }
+    return list;
+}
+
+QVariantMap LXWorkflowMenu::preferred(const QVariantList &workflows, const QString &previousTitle)
+{
+    QVariantMap chosen = workflows.value(0).toMap();
+    // Every match is taken, so the last workflow of that title wins.
+    for (const QVariant &workflow : workflows)
+        if (!previousTitle.isNull() && workflow.toMap().value(QStringLiteral("title")).toString() == previousTitle)
+            chosen = workflow.toMap();
+    return chosen;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QMenu>
+#include <QVariantList>
+#include <QVariantMap>
 
 // The workflow pop-up's menu. A title of the form "TITLE\n$$$$\nDESCRIPTION"
 // becomes an item titled TITLE with DESCRIPTION as its tool tip.
@@ -10,6 +12,13 @@ class LXWorkflowMenu final : public QMenu
     Q_DISABLE_COPY_MOVE(LXWorkflowMenu)
 
 public:
+    // The server's workflows as the menu shows them: each with
+    // "titleAndDescription", in the server's order, duplicates kept.
+    static QVariantList prepared(const QVariantList &workflows);
+    // The workflow titled `previousTitle`, the last of that title winning;
+    // the first workflow when none has it; nothing for an empty list.
+    static QVariantMap preferred(const QVariantList &workflows, const QString &previousTitle);
+
     static inline const QString kSeparator = QStringLiteral("\n$$$$\n");
 
     explicit LXWorkflowMenu(QWidget *parent = nullptr);

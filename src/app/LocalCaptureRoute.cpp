@@ -79,7 +79,8 @@ void LocalCaptureRoute::discardForQuit(Done done)
     CaptureDevicesController *capture = m_delegate.captureDevicesController();
     if (!capture || !capture->isRecording())
         return done(std::nullopt);
-    QObject::connect(capture, &CaptureDevicesController::recordingFinished, m_delegate.routeContext(),
+    QObject::connect(
+        capture, &CaptureDevicesController::recordingFinished, m_delegate.routeContext(),
         [done = std::move(done)] { done(std::nullopt); }, Qt::SingleShotConnection);
     capture->cancelRecording();
 }

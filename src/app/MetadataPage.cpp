@@ -95,11 +95,12 @@ void MetadataPage::showChosenFiles(const QStringList &paths)
     m_helpText->setVisible(paths.isEmpty());
 }
 
-void MetadataPage::setWorkflows(const QStringList &titles)
+void MetadataPage::setWorkflows(const QVariantList &workflows)
 {
     m_workflowMenu->clear();
-    for (int i = 0; i < titles.size(); ++i) {
-        QAction *item = m_workflowMenu->insertItemWithTitle(titles.at(i), i);
+    for (int i = 0; i < workflows.size(); ++i) {
+        const QString title = workflows.at(i).toMap().value(QStringLiteral("titleAndDescription")).toString();
+        QAction *item = m_workflowMenu->insertItemWithTitle(title, i);
         connect(item, &QAction::triggered, this, [this, i] { emit workflowChosen(i); });
     }
 }

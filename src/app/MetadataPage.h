@@ -21,9 +21,10 @@ public:
     // The page for a recording shows the help text; the page for files
     // chosen on disk lists them instead. An empty list shows no files.
     void showChosenFiles(const QStringList &paths);
-    // Menu items in the workflow pop-up, as "TITLE\n$$$$\nDESCRIPTION" texts;
-    // choosing one emits workflowChosen with its index in `titles`.
-    void setWorkflows(const QStringList &titles);
+    // Menu items in the workflow pop-up, from each workflow's
+    // "titleAndDescription"; choosing one emits workflowChosen with its
+    // index in `workflows`.
+    void setWorkflows(const QVariantList &workflows);
     void setChosenWorkflowTitle(const QString &title);
     // Typing beyond these lengths is cut off.
     void setLengthLimits(int title, int description);

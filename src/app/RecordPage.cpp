@@ -6,8 +6,8 @@
 #include "LXDefaultsKeys.h"
 #include "LXGlyphs.h"
 #include "LXShortcutKeys.h"
-#include "LXUserDefaults.h"
 #include "LXTimerBackgroundView.h"
+#include "LXUserDefaults.h"
 #include "PageWidgets.h"
 #include "VKPopUpButton.h"
 
@@ -245,4 +245,13 @@ void RecordPage::showSoundPicture()
     LXGlyphs::draw(p, LXGlyphs::Glyph::Microphone, QRectF(230, 110, 180, 180), QColor(235, 235, 240));
     p.end();
     setScreenPreviewImage(image);
+}
+
+void RecordPage::showCaptureSession(const std::shared_ptr<CaptureSession> &session)
+{
+    showLocalPreview(session);
+    for (const CaptureInputPtr &input : session->inputs())
+        for (const CaptureConnectionPtr &connection : input->connections())
+            if (connection->mediaType() == MediaType::Sound && connection->isEnabled())
+                setMicrophoneLevelConnection(connection);
 }

@@ -46,6 +46,9 @@ public:
     void showSoundPicture();
     // A local camera's live picture over the preview; null ends it.
     void showLocalPreview(const std::shared_ptr<CaptureSession> &session);
+    // This computer's camera and microphone live: the picture and the level
+    // of the session's sound.
+    void showCaptureSession(const std::shared_ptr<CaptureSession> &session);
     // A chosen microphone's level beside the devices; null hides the meter.
     void setMicrophoneLevelConnection(const CaptureConnectionPtr &connection);
 

@@ -6,8 +6,8 @@
 #include "TransfersController.h"
 
 #include <QGuiApplication>
-#include <QWidget>
 #include <QScreen>
+#include <QWidget>
 
 namespace {
 
@@ -53,8 +53,8 @@ void SecondaryWindows::configureLocalCamera()
     }
     m_cameraConfig = new CameraConfigController(this);
     centre(m_cameraConfig->window());
-    connect(m_cameraConfig, &CameraConfigController::windowWillClose, this,
-        &SecondaryWindows::cameraConfigWindowClosed);
+    connect(
+        m_cameraConfig, &CameraConfigController::windowWillClose, this, &SecondaryWindows::cameraConfigWindowClosed);
     m_cameraConfig->window()->show();
 }
 

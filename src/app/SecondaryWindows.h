@@ -18,8 +18,8 @@ class SecondaryWindows final : public QObject
     Q_DISABLE_COPY_MOVE(SecondaryWindows)
 
 public:
-    SecondaryWindows(TransfersControllerDelegate *transfersDelegate, CaptureDevicesController *devices,
-        QObject *parent = nullptr);
+    SecondaryWindows(
+        TransfersControllerDelegate *transfersDelegate, CaptureDevicesController *devices, QObject *parent = nullptr);
     ~SecondaryWindows() override;
 
     CameraConfigController *cameraConfigController() const { return m_cameraConfig; }

@@ -1,5 +1,7 @@
 #include "Sheets.h"
 
+#include "Format.h"
+
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -48,8 +50,8 @@ QMessageBox *Sheets::errorAlert(QWidget *parent, const Error &error)
     return alert;
 }
 
-QMessageBox *Sheets::deletionQuestion(QWidget *parent, const QString &question, QPushButton **destroy,
-    const QString &destroyTitle, QPushButton **keep)
+QMessageBox *Sheets::deletionQuestion(
+    QWidget *parent, const QString &question, QPushButton **destroy, const QString &destroyTitle, QPushButton **keep)
 {
     QMessageBox *box = sheet(parent, QMessageBox::Critical);
     box->setText(question);
@@ -60,4 +62,19 @@ QMessageBox *Sheets::deletionQuestion(QWidget *parent, const QString &question, 
     box->setAccessibleDescription(box->informativeText());
     box->setEscapeButton(*keep);
     return box;
+}
+
+QMessageBox *Sheets::diskSpaceAlert(QWidget *parent, const QString &volume, bool whileRecording)
+{
+    QMessageBox *alert = sheet(parent, QMessageBox::Warning);
+    alert->setObjectName(QStringLiteral("diskSpaceAlert"));
+    alert->setText(tr("Not enough disk space available"));
+    alert->setStandardButtons(QMessageBox::Ok);
+    alert->setInformativeText(whileRecording
+            ? lxFormat(tr("There is not enough disk space available on the volume %@ to continue recording the "
+                          "podcast. Your recording has been paused."),
+                { QVariant(volume) })
+            : lxFormat(tr("There is not enough disk space available on the volume %@ to record a podcast."),
+                { QVariant(volume) }));
+    return alert;
 }

@@ -20,6 +20,9 @@ public:
     // otherwise a server error, with the tool's own text under the details;
     // code 26, whatever the domain, as a failed authentication.
     static QMessageBox *errorAlert(QWidget *parent, const Error &error);
+    // Not enough room on the volume called `volume` to record; while
+    // recording, the alert says the recording has been paused.
+    static QMessageBox *diskSpaceAlert(QWidget *parent, const QString &volume, bool whileRecording);
     // "Your current recording will be deleted…", asked before deleting a
     // recording. `destroy` names the button that deletes; `keep` the one
     // that does not.

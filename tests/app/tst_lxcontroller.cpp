@@ -1,7 +1,5 @@
 #include "CameraConfigController.h"
 #include "LXController.h"
-#include "PreferencesController.h"
-#include "TransfersController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
@@ -10,6 +8,8 @@
 #include "LXWorkflowMenu.h"
 #include "LocalAgentTask.h"
 #include "Log.h"
+#include "PreferencesController.h"
+#include "TransfersController.h"
 
 #include "SimSandbox.h"
 

@@ -1,10 +1,10 @@
 #include "LXController.h"
-#include "TransfersController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXNotificationCenter.h"
 #include "LXPlaceholderLineEdit.h"
 #include "LXUserDefaults.h"
+#include "TransfersController.h"
 
 #include "SimSandbox.h"
 #include "app/SignIn.h"

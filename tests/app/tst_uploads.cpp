@@ -1,8 +1,8 @@
 #include "DesktopNotifier.h"
 #include "LXController.h"
-#include "TransfersController.h"
 #include "LXMainWindow.h"
 #include "TransferCell.h"
+#include "TransfersController.h"
 
 #include "SimSandbox.h"
 #include "app/SignIn.h"
