@@ -1,8 +1,18 @@
 #include "VKPopUpButton.h"
 
+#include <QAction>
+#include <QActionEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStandardItemModel>
+
+namespace {
+
+// The title of an item's place in the menu: its own, or its submenu's.
+constexpr int kTopTitleRole = Qt::UserRole + 1;
+
+} // namespace
 
 VKPopUpButton::VKPopUpButton(QWidget *parent)
     : QComboBox(parent)
@@ -10,11 +20,22 @@ VKPopUpButton::VKPopUpButton(QWidget *parent)
     setCursor(Qt::PointingHandCursor);
     setMinimumHeight(28);
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(this, &QComboBox::activated, this, [this](int index) {
+        if (auto *item = itemData(index).value<QAction *>(); item && m_menu)
+            item->trigger();
+    });
 }
 
 void VKPopUpButton::setMenu(QMenu *menu)
 {
+    if (m_menu == menu)
+        return;
+    if (m_menu)
+        m_menu->removeEventFilter(this);
     m_menu = menu;
+    if (m_menu)
+        m_menu->installEventFilter(this);
+    mirrorMenu();
     updateGeometry();
     update();
 }
@@ -22,8 +43,67 @@ void VKPopUpButton::setMenu(QMenu *menu)
 void VKPopUpButton::setTitle(const QString &title)
 {
     m_title = title;
+    showChosenItem();
     updateGeometry();
     update();
+}
+
+bool VKPopUpButton::eventFilter(QObject *watched, QEvent *event)
+{
+    const QEvent::Type type = event->type();
+    if (type == QEvent::ActionAdded || type == QEvent::ActionRemoved || type == QEvent::ActionChanged)
+        mirrorMenu();
+    return QComboBox::eventFilter(watched, event);
+}
+
+void VKPopUpButton::mirrorMenu()
+{
+    const QSignalBlocker blocker(this);
+    clear();
+    if (!m_menu)
+        return;
+    auto add = [this](const QString &text, QAction *item, const QString &topTitle) {
+        addItem(item->icon(), text, QVariant::fromValue(item));
+        setItemData(count() - 1, topTitle, kTopTitleRole);
+        if (item->isEnabled())
+            return;
+        // Screen readers read a list item's description, not whether it is
+        // enabled.
+        setItemData(count() - 1, tr("In use, cannot be chosen"), Qt::AccessibleDescriptionRole);
+        if (auto *model = qobject_cast<QStandardItemModel *>(this->model()))
+            model->item(count() - 1)->setEnabled(false);
+    };
+    for (QAction *item : m_menu->actions()) {
+        if (item->isSeparator())
+            continue;
+        QMenu *submenu = item->menu();
+        if (!submenu) {
+            add(item->text(), item, item->text());
+            continue;
+        }
+        submenu->removeEventFilter(this);
+        submenu->installEventFilter(this);
+        for (QAction *subitem : submenu->actions())
+            if (!subitem->isSeparator())
+                add(tr("%1 — %2", "a device, then the device recorded with it").arg(item->text(), subitem->text()),
+                    subitem, item->text());
+    }
+    showChosenItem();
+}
+
+void VKPopUpButton::showChosenItem()
+{
+    // A checked submenu item is the choice; otherwise the first item whose
+    // own or whose menu's title the button shows.
+    int chosen = -1;
+    for (int i = 0; i < count() && chosen < 0; ++i)
+        if (const auto *item = itemData(i).value<QAction *>(); item && item->isChecked())
+            chosen = i;
+    for (int i = 0; i < count() && chosen < 0; ++i)
+        if (!m_title.isEmpty() && itemData(i, kTopTitleRole).toString() == m_title)
+            chosen = i;
+    const QSignalBlocker blocker(this);
+    setCurrentIndex(chosen);
 }
 
 QString VKPopUpButton::title() const

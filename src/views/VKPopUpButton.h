@@ -5,7 +5,10 @@
 #include <QPointer>
 
 // A black, rounded pop-up button for the dark pages of the main window
-// (camera and microphone menus).
+// (camera and microphone menus). A menu it pops is also mirrored, item by
+// item (a submenu's items as "ITEM — SUBITEM"), into the combo box's own
+// list, so screen readers read every item, whether it can be chosen and the
+// current choice, and the arrow keys choose an item as a click would.
 class VKPopUpButton final : public QComboBox
 {
     Q_OBJECT
@@ -27,8 +30,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void mirrorMenu();
+    void showChosenItem();
+
     QPointer<QMenu> m_menu;
     QString m_title;
 };

@@ -103,7 +103,12 @@ private slots:
         qputenv("LUMEX_TEST_DEVICES", "camera:cam1:Test Camera;microphone:mic1:Test Microphone");
         m_sim = std::make_unique<SimSandbox>();
     }
-    void init() { QVERIFY(m_sim->resetState()); }
+    void init()
+    {
+        QVERIFY(m_sim->resetState());
+        // Each row starts as a new account does: no recording folder yet.
+        QVERIFY(QDir(m_sim->jobDataFolder()).removeRecursively() && !QFileInfo::exists(m_sim->jobDataFolder()));
+    }
     void cleanup()
     {
         if (m_c && m_c->job()->localAgentTask()) // an agent left recording

@@ -12,6 +12,7 @@
 #include "SimSandbox.h"
 #include "app/SignIn.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocalServer>
@@ -170,6 +171,9 @@ private slots:
         const QString microphone = m_controller->job()->localAudioDeviceName();
         QCOMPARE(cameraID + QLatin1Char('|') + microphone, expected[1]);
         QCOMPARE(m_controller->canBeginRecording(), !cameraID.isEmpty() || !microphone.isEmpty());
+        // Nothing that can record, no record button: the countdown would run for nothing.
+        QCOMPARE(child("recordPauseButton")->isEnabled(), m_controller->canBeginRecording());
+        QCOMPARE(child<QAction>("recordPauseMenuItem")->isEnabled(), m_controller->canBeginRecording());
         if (!microphone.isEmpty()) // the chosen microphone is heard before recording
             QTRY_VERIFY_WITH_TIMEOUT(child<AudioLevelMeter>("microphoneLevelMeter")->fraction() > 0, 10000);
         if (camera.contains("uniqueID"))
@@ -215,6 +219,43 @@ private slots:
         QCOMPARE(m_controller->mode(), Mode::Audio);
         tabRound(child("microphonesPopUpButton"));
         QVERIFY(reached.contains(child("recordPauseButton")));
+    }
+
+    void devicePopUpsAreReadAndChosenFromTheKeyboard()
+    {
+        QCOMPARE(m_sim->server({ QStringLiteral("--start"), QStringLiteral("Lecture Hall A") }).status, 0);
+        signIn(kDevices);
+        m_controller->sourceClicked(Mode::Video);
+        auto *popUp = child<VKPopUpButton>("camerasPopUpButton");
+        // Every item as a screen reader reads it, open or closed: its name, " (busy)" when it cannot be chosen.
+        QStringList read;
+        std::function<void(QAccessibleInterface *)> walk = [&](QAccessibleInterface *node) {
+            for (int i = 0; node && i < node->childCount(); ++i) {
+                QAccessibleInterface *item = node->child(i);
+                if (item && (item->role() == QAccessible::ListItem || item->role() == QAccessible::Cell))
+                    read << item->text(QAccessible::Name)
+                            + (item->text(QAccessible::Description).isEmpty() ? "" : " (busy)");
+                walk(item);
+            }
+        };
+        QAccessibleInterface *button = QAccessible::queryAccessibleInterface(popUp);
+        walk(button);
+        QCOMPARE(read.join('|'),
+            QStringLiteral("Cam One — Mic One|Cam One — Mic Two|Cam Two — Mic One|Cam Two — Mic Two|"
+                           "Lecture Hall A (busy)|Studio 2|Seminar Room"));
+        // On Linux a combo box is read by its choice, then what it is for.
+        QCOMPARE(button->text(QAccessible::Value), QStringLiteral("Cam One — Mic One"));
+        QCOMPARE(button->text(QAccessible::Description), QStringLiteral("The camera to record from"));
+        // The arrow keys choose as a click does; an item in use is passed over.
+        popUp->setFocus();
+        QTest::keyClick(popUp, Qt::Key_Down);
+        QCOMPARE(m_controller->job()->localAudioDeviceName(), QStringLiteral("test:mic2"));
+        QCOMPARE(button->text(QAccessible::Value), QStringLiteral("Cam One — Mic Two"));
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(popUp, Qt::Key_Down);
+        QCOMPARE(m_controller->job()->camera().value("name").toString(), QStringLiteral("Studio 2"));
+        QVERIFY(!m_controller->localRecordingChosen());
+        QCOMPARE(button->text(QAccessible::Value), QStringLiteral("Studio 2"));
     }
 
     void textStandsOutFromItsBackground()
