@@ -230,6 +230,11 @@ private slots:
         click("recordPauseButton");
         QVERIFY(
             m_c->state() == State::Idle && alertOn(m_c->window())->informativeText().endsWith("to record a podcast."));
+        // The volume by its label, or where it is mounted when it has none: never a blank.
+        const QStorageInfo volume(m_sim->home());
+        const QString name = volume.name().isEmpty() ? volume.rootPath() : volume.name();
+        QVERIFY2(alertOn(m_c->window())->informativeText().contains("on the volume " + name + " to record"),
+            qPrintable(alertOn(m_c->window())->informativeText()));
         const QStringList lines = log.lines().filter("Not enough space for recording: ");
         QVERIFY(!lines.isEmpty() && lines.last().endsWith(QString::asprintf("but cutoff is %.1f MB", huge + 100)));
         alertOn(m_c->window())->accept();

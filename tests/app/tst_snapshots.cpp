@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSslConfiguration>
 
 // Snapshots from the simulator's HTTPS host, whose log tells what each
@@ -95,6 +96,23 @@ private slots:
         if (setup == "twin")
             requests.removeAll("127.0.0.1 none /preview/Studio%202.jpg");
         QCOMPARE(requests.join('|'), row[4]);
+    }
+
+    void aSecondUserIsAnsweredWithTheirOwnCredentials()
+    {
+        // A new recording begins at the login panel, where the lecturer signs in after the demo user.
+        QFile::remove(m_sim.state("preview-users.log"));
+        m_controller->job()->setTitle("Done");
+        m_controller->newPodcastClicked();
+        LXUserLoginPanelController *panel = m_controller->loginPanel();
+        panel->usernameField()->setText("lecturer");
+        panel->passwordField()->setText("chalkboard");
+        QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(m_controller->credentials().user, QStringLiteral("lecturer"), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sim.readFile(m_sim.state("preview-users.log")).count('\n') >= 3, 20000);
+        QCOMPARE(QString(m_sim.readFile(m_sim.state("preview-users.log"))).split('\n', Qt::SkipEmptyParts)
+                     .filter("demo"),
+            QStringList());
     }
 };
 

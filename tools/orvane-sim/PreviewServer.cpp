@@ -117,6 +117,8 @@ QByteArray PreviewServer::respond(const QByteArray &head)
     }
     if (!authenticated)
         return reply("401 Unauthorized", "WWW-Authenticate: Basic realm=\"orvane\"\r\n");
+    if (QFile users(m_store.filePath(StateStore::kPreviewUsers)); users.open(QIODevice::Append))
+        users.write(credentials.left(colon) + '\n');
 
     const QString path = url.path(QUrl::FullyDecoded);
     if (!path.startsWith(QLatin1String("/preview/")) || !path.endsWith(QLatin1String(".jpg")))

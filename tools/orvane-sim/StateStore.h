@@ -22,6 +22,8 @@ public:
     static inline const QString kAgentFirstSample = QStringLiteral("agent-first-sample");
     // One line per request to the snapshot host (plain text).
     static inline const QString kPreviewRequests = QStringLiteral("preview-requests.log");
+    // Who each snapshot was served to, a user name a line.
+    static inline const QString kPreviewUsers = QStringLiteral("preview-users.log");
 
     explicit StateStore(QString folder)
         : m_folder(std::move(folder))
