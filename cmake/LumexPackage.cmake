@@ -75,10 +75,11 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # elements of the capture pipelines (x264enc: ugly; voaacenc: bad; avenc_aac:
 # libav; qtmux, ximagesrc, v4l2src, pulsesrc, level, jpegenc: good; appsink,
 # test sources, decodebin: base; pipewiresrc for the screen on Wayland), the
-# countdown's sound font, and pkexec for the camera agent's helpers.
+# countdown's synthesiser (opened at run time, so dpkg-shlibdeps cannot see
+# it) and sound font, and pkexec for the camera agent's helpers.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, gstreamer1.0-plugins-bad, gstreamer1.0-plugins-ugly, gstreamer1.0-libav, gstreamer1.0-pipewire, timgm6mb-soundfont, pkexec")
+    "gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, gstreamer1.0-plugins-bad, gstreamer1.0-plugins-ugly, gstreamer1.0-libav, gstreamer1.0-pipewire, libfluidsynth3, timgm6mb-soundfont, pkexec")
 # Qt's own texts (standard buttons) in the user's language, the Wayland
 # platform and the desktop portal.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-translations-l10n, qt6-wayland, xdg-desktop-portal")

@@ -55,6 +55,8 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
         return;
 
     setMode(mode);
+    if (!m_captureDevicesController->hasRefreshed())
+        m_captureDevicesController->refreshDevices();
     RecordPage *page = m_window->recordPage();
     page->setHotkeySuggestion(QString());
     if (mode == Mode::Video) {

@@ -58,21 +58,18 @@ void LXController::connectWindow()
     connect(w, &LXMainWindow::submitClicked, this, &LXController::submitClicked);
     connect(w, &LXMainWindow::cancelClicked, this, &LXController::cancelClicked);
     connect(w, &LXMainWindow::startOverClicked, this, &LXController::startOverClicked);
-    connect(w->donePage(), &DonePage::newPodcastClicked, this,
-        [this] { newPodcastClicked(QGuiApplication::keyboardModifiers()); });
-
-    MetadataPage *metadata = w->metadataPage();
-    connect(metadata, &MetadataPage::workflowChosen, this, &LXController::chooseWorkflow);
-    connect(metadata, &MetadataPage::titleEdited, this, [this](const QString &title) {
+    connect(
+        w, &LXMainWindow::newPodcastClicked, this, [this] { newPodcastClicked(QGuiApplication::keyboardModifiers()); });
+    connect(w, &LXMainWindow::workflowChosen, this, &LXController::chooseWorkflow);
+    connect(w, &LXMainWindow::titleEdited, this, [this](const QString &title) {
         if (m_job)
             m_job->setTitle(title);
     });
-    connect(metadata, &MetadataPage::descriptionEdited, this, [this](const QString &description) {
+    connect(w, &LXMainWindow::descriptionEdited, this, [this](const QString &description) {
         if (m_job)
             m_job->setJobDescription(description);
     });
 
-    RecordPage *record = w->recordPage();
     connect(m_devices, &DeviceChooser::localMicrophoneChosen, this, &LXController::localMicrophoneSelected);
     connect(m_devices, &DeviceChooser::remoteMicrophoneChosen, this, &LXController::remoteMicrophoneSelected);
     connect(m_devices, &DeviceChooser::remoteCameraChosen, this, &LXController::remoteCameraSelected);
@@ -83,10 +80,14 @@ void LXController::connectWindow()
         setJobCamera(QVariantMap());
         setJobLocalAudioDeviceName(QString());
     });
-    connect(m_devices, &DeviceChooser::chosenCameraTitleChanged, record, &RecordPage::setChosenCamera);
-    connect(m_devices, &DeviceChooser::chosenMicrophoneTitleChanged, record, &RecordPage::setChosenMicrophone);
-    connect(
-        m_devices, &DeviceChooser::microphoneLevelConnectionChanged, record, &RecordPage::setMicrophoneLevelConnection);
+    connect(m_devices, &DeviceChooser::chosenCameraTitleChanged, this,
+        [this](const QString &title) { m_window->recordPage()->setChosenCamera(title); });
+    connect(m_devices, &DeviceChooser::chosenMicrophoneTitleChanged, this,
+        [this](const QString &title) { m_window->recordPage()->setChosenMicrophone(title); });
+    connect(m_devices, &DeviceChooser::microphoneLevelConnectionChanged, this,
+        [this](const CaptureConnectionPtr &connection) {
+            m_window->recordPage()->setMicrophoneLevelConnection(connection);
+        });
     // The job's camera and the mode decide whose snapshot the record page shows.
     connect(this, &LXController::canBeginRecordingChanged, this, &LXController::showChosenRemoteCameraPreview);
     connect(m_previews, &RemoteCameraPreviews::snapshotChanged, this, &LXController::showChosenRemoteCameraPreview);

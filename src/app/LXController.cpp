@@ -46,7 +46,7 @@ LXController::LXController()
     // Local capture reads the spool folder before any server interface exists.
     OrvaneServerInterface::initialize();
     m_screenGrabController = std::make_unique<GLScreenGrabController>();
-    m_captureDevicesController = new CaptureDevicesController(this);
+    m_captureDevicesController = new CaptureDevicesController(this, CaptureDevicesController::FirstRefresh::Later);
     m_captureDevicesController->setController(this);
     m_clock = new RecordingClock(this);
     connect(m_clock, &RecordingClock::ticked, this, &LXController::updateTimer);
@@ -83,13 +83,24 @@ void LXController::awakeFromNib()
     PreferencesController::registerRecordPauseShortcutKey();
     LXNotificationCenter::defaultCenter().addObserver(
         this, kRecordPauseKeyShortcutTriggered, [this](const QVariant &) { recordPauseKeyTriggered(); });
-    m_window->metadataPage()->setLengthLimits(220, 1000);
 
     updateBoundControls();
     updateDockIcon();
     m_window->setConnected(false);
     m_window->show();
     showLoginPanel();
+    // This computer's devices are looked for once the login panel has been
+    // drawn: the person signing in needs them only after that.
+    m_loginPanel->loginPanel()->installEventFilter(this);
+}
+
+bool LXController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Paint && watched == (m_loginPanel ? m_loginPanel->loginPanel() : nullptr)) {
+        watched->removeEventFilter(this);
+        QTimer::singleShot(0, m_captureDevicesController, &CaptureDevicesController::refreshDevices);
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void LXController::announceDependents(const char *key)
@@ -239,7 +250,8 @@ void LXController::updateBoundControls()
     m_window->setRecordControls(recordPauseMenuTitle(), recordOrPauseImage(), enabled);
     // Sound-only sources pick from the microphone menu; video picks a camera
     // and, in its submenu, the microphone.
-    m_window->recordPage()->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
+    if (m_window->hasMadeLaterPages())
+        m_window->recordPage()->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
     m_window->setAcceptsFileDrops(m_state == State::Idle);
 }
 

@@ -270,6 +270,9 @@ signals:
     // The application should end now (the quit flow has agreed).
     void terminateRequested();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     // Emits the change signal of every derived property that depends on `key`.
     void announceDependents(const char *key);

@@ -67,18 +67,46 @@ LXMainWindow::LXMainWindow(QWidget *parent)
     setCentralWidget(central);
 
     m_sourceChooser = new SourceChooserPage(m_contentBox);
-    m_record = new RecordPage(m_contentBox);
-    m_metadata = new MetadataPage(m_contentBox);
-    m_done = new DonePage(m_contentBox);
-    for (QWidget *page :
-        { static_cast<QWidget *>(m_record), static_cast<QWidget *>(m_metadata), static_cast<QWidget *>(m_done) })
-        page->hide();
     m_contentBox->setContentView(m_sourceChooser);
 
     makeMenus();
     setAcceptDrops(true);
     resize(800, 560);
     setMinimumSize(640, 460);
+}
+
+RecordPage *LXMainWindow::recordPage()
+{
+    makeLaterPages();
+    return m_record;
+}
+
+MetadataPage *LXMainWindow::metadataPage()
+{
+    makeLaterPages();
+    return m_metadata;
+}
+
+DonePage *LXMainWindow::donePage()
+{
+    makeLaterPages();
+    return m_done;
+}
+
+void LXMainWindow::makeLaterPages()
+{
+    if (m_record)
+        return;
+    m_record = new RecordPage(m_contentBox);
+    m_metadata = new MetadataPage(m_contentBox);
+    m_done = new DonePage(m_contentBox);
+    for (QWidget *page :
+        { static_cast<QWidget *>(m_record), static_cast<QWidget *>(m_metadata), static_cast<QWidget *>(m_done) })
+        page->hide();
+    connect(m_metadata, &MetadataPage::titleEdited, this, &LXMainWindow::titleEdited);
+    connect(m_metadata, &MetadataPage::descriptionEdited, this, &LXMainWindow::descriptionEdited);
+    connect(m_metadata, &MetadataPage::workflowChosen, this, &LXMainWindow::workflowChosen);
+    connect(m_done, &DonePage::newPodcastClicked, this, &LXMainWindow::newPodcastClicked);
 
     // Tab follows the reading order: the page's controls, then the strip
     // from left to right. Hidden pages drop out of the chain by themselves.
@@ -253,6 +281,7 @@ void LXMainWindow::offerBack()
 
 void LXMainWindow::showPage(Page page, int durationMs)
 {
+    makeLaterPages();
     QWidget *const pages[] = { m_sourceChooser, m_record, m_metadata, m_done };
     const Page current = m_currentPage;
     const bool forward = current == Page::SourceChooser || (current == Page::Record && page != Page::SourceChooser);

@@ -30,10 +30,13 @@ public:
 
     explicit LXMainWindow(QWidget *parent = nullptr);
 
+    // The pages after the first are made when first asked for: the window
+    // is shown at start-up, behind the login panel, with the first alone.
     SourceChooserPage *sourceChooserPage() const { return m_sourceChooser; }
-    RecordPage *recordPage() const { return m_record; }
-    MetadataPage *metadataPage() const { return m_metadata; }
-    DonePage *donePage() const { return m_done; }
+    RecordPage *recordPage();
+    MetadataPage *metadataPage();
+    DonePage *donePage();
+    bool hasMadeLaterPages() const { return m_record != nullptr; }
 
     // How long a page takes to slide in unless told otherwise.
     static constexpr int kPushDurationMs = 260;
@@ -107,6 +110,11 @@ signals:
     void cameraConfigurationRequested();
     void quitRequested();
     void recordPauseMenuItemInvoked();
+    // From the later pages.
+    void titleEdited(const QString &title);
+    void descriptionEdited(const QString &description);
+    void workflowChosen(int index);
+    void newPodcastClicked();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -121,6 +129,7 @@ private:
     void makeMenus();
     void showPage(Page page, int durationMs = kPushDurationMs);
     void offerBack();
+    void makeLaterPages();
 
     LXPushView *m_contentBox = nullptr;
     SourceChooserPage *m_sourceChooser = nullptr;

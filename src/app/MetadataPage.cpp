@@ -75,6 +75,9 @@ MetadataPage::MetadataPage(QWidget *parent)
     v->addWidget(workflowLabel);
     v->addWidget(m_workflowButton, 0, Qt::AlignLeft);
 
+    // The server takes titles of up to 220 characters and descriptions of
+    // up to 1000.
+    setLengthLimits(220, 1000);
     describe(this,
         {
             { "helpTextField", tr("What to fill in before publishing") },

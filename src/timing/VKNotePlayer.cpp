@@ -8,21 +8,67 @@
 #include <fluidsynth.h>
 
 #include <cmath>
+#include <dlfcn.h>
 #include <mutex>
 
 namespace {
 
+// FluidSynth and the sound libraries it brings (PulseAudio, JACK, SDL and a
+// dozen codecs) are loaded when the first note is wanted, not when Lumex
+// starts: a person signing in waits for none of them.
+struct FluidSynthLibrary
+{
+#define LUMEX_FLUID_FUNCTIONS(X)                                                                                       \
+    X(delete_fluid_audio_driver)                                                                                       \
+    X(delete_fluid_settings)                                                                                           \
+    X(delete_fluid_synth)                                                                                              \
+    X(fluid_set_log_function)                                                                                          \
+    X(fluid_settings_setint)                                                                                           \
+    X(fluid_settings_setnum)                                                                                           \
+    X(fluid_settings_setstr)                                                                                           \
+    X(fluid_synth_noteoff)                                                                                             \
+    X(fluid_synth_noteon)                                                                                              \
+    X(fluid_synth_program_select)                                                                                      \
+    X(fluid_synth_sfload)                                                                                              \
+    X(fluid_synth_write_float)                                                                                         \
+    X(new_fluid_audio_driver)                                                                                          \
+    X(new_fluid_settings)                                                                                              \
+    X(new_fluid_synth)
+#define LUMEX_FLUID_MEMBER(name) decltype(&::name) name = nullptr;
+    LUMEX_FLUID_FUNCTIONS(LUMEX_FLUID_MEMBER)
+    bool loaded = false;
+
+    FluidSynthLibrary()
+    {
+        void *handle = ::dlopen("libfluidsynth.so.3", RTLD_NOW | RTLD_LOCAL);
+        if (!handle)
+            return;
+        loaded = true;
+#define LUMEX_FLUID_RESOLVE(name)                                                                                      \
+    name = reinterpret_cast<decltype(&::name)>(::dlsym(handle, #name));                                                \
+    loaded = loaded && name;
+        LUMEX_FLUID_FUNCTIONS(LUMEX_FLUID_RESOLVE)
+    }
+};
+
+// Loaded once, on the first thread that asks; kept for the run.
+const FluidSynthLibrary &synthLibrary()
+{
+    static const FluidSynthLibrary library;
+    return library;
+}
+
 struct SettingsDeleter
 {
-    void operator()(fluid_settings_t *s) const { delete_fluid_settings(s); }
+    void operator()(fluid_settings_t *s) const { synthLibrary().delete_fluid_settings(s); }
 };
 struct SynthDeleter
 {
-    void operator()(fluid_synth_t *s) const { delete_fluid_synth(s); }
+    void operator()(fluid_synth_t *s) const { synthLibrary().delete_fluid_synth(s); }
 };
 struct DriverDeleter
 {
-    void operator()(fluid_audio_driver_t *d) const { delete_fluid_audio_driver(d); }
+    void operator()(fluid_audio_driver_t *d) const { synthLibrary().delete_fluid_audio_driver(d); }
 };
 using SettingsPtr = std::unique_ptr<fluid_settings_t, SettingsDeleter>;
 using SynthPtr = std::unique_ptr<fluid_synth_t, SynthDeleter>;
@@ -37,22 +83,22 @@ void silenceLibraryLog()
     static std::once_flag once;
     std::call_once(once, [] {
         for (int level : { FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG })
-            fluid_set_log_function(level, nullptr, nullptr);
+            synthLibrary().fluid_set_log_function(level, nullptr, nullptr);
     });
 }
 
 SettingsPtr makeSettings(int sampleRate)
 {
     silenceLibraryLog();
-    SettingsPtr settings(new_fluid_settings());
-    fluid_settings_setnum(settings.get(), "synth.sample-rate", sampleRate);
-    fluid_settings_setint(settings.get(), "synth.reverb.active", 0);
-    fluid_settings_setint(settings.get(), "synth.chorus.active", 0);
-    fluid_settings_setint(settings.get(), "synth.polyphony", 16);
-    fluid_settings_setnum(settings.get(), "synth.gain", 0.6);
-    fluid_settings_setstr(settings.get(), "audio.driver", "pulseaudio");
-    fluid_settings_setstr(settings.get(), "audio.pulseaudio.media-role", "event");
-    fluid_settings_setint(settings.get(), "audio.period-size", 512);
+    SettingsPtr settings(synthLibrary().new_fluid_settings());
+    synthLibrary().fluid_settings_setnum(settings.get(), "synth.sample-rate", sampleRate);
+    synthLibrary().fluid_settings_setint(settings.get(), "synth.reverb.active", 0);
+    synthLibrary().fluid_settings_setint(settings.get(), "synth.chorus.active", 0);
+    synthLibrary().fluid_settings_setint(settings.get(), "synth.polyphony", 16);
+    synthLibrary().fluid_settings_setnum(settings.get(), "synth.gain", 0.6);
+    synthLibrary().fluid_settings_setstr(settings.get(), "audio.driver", "pulseaudio");
+    synthLibrary().fluid_settings_setstr(settings.get(), "audio.pulseaudio.media-role", "event");
+    synthLibrary().fluid_settings_setint(settings.get(), "audio.period-size", 512);
     return settings;
 }
 
@@ -60,18 +106,18 @@ SettingsPtr makeSettings(int sampleRate)
 // null with `why` set when the font cannot be loaded.
 SynthPtr makeSynth(fluid_settings_t *settings, quint32 instrument, QString *why)
 {
-    SynthPtr synth(new_fluid_synth(settings));
+    SynthPtr synth(synthLibrary().new_fluid_synth(settings));
     if (!synth) {
         *why = QStringLiteral("the synthesiser cannot be made");
         return {};
     }
     const QByteArray font = QFile::encodeName(VKNotePlayer::soundFontPath());
-    const int fontId = fluid_synth_sfload(synth.get(), font.constData(), 1);
+    const int fontId = synthLibrary().fluid_synth_sfload(synth.get(), font.constData(), 1);
     if (fontId == FLUID_FAILED) {
         *why = QStringLiteral("cannot load %1").arg(VKNotePlayer::soundFontPath());
         return {};
     }
-    fluid_synth_program_select(synth.get(), kChannel, fontId, 0, int(instrument));
+    synthLibrary().fluid_synth_program_select(synth.get(), kChannel, fontId, 0, int(instrument));
     return synth;
 }
 
@@ -99,12 +145,17 @@ VKNotePlayer::VKNotePlayer(quint32 instrument, float pitch, float velocity)
     const int pitchValue = m_pitch;
     const int velocityValue = m_velocity;
     runOnWorkerThread([engine, instrument, pitchValue, velocityValue] {
+        if (!synthLibrary().loaded) {
+            Log::format(
+                QStringLiteral("Countdown notes are silent: %@"), { QStringLiteral("FluidSynth cannot be loaded") });
+            return;
+        }
         SettingsPtr settings = makeSettings(44100);
         QString why;
         SynthPtr synth = makeSynth(settings.get(), instrument, &why);
         DriverPtr driver;
         if (synth) {
-            driver.reset(new_fluid_audio_driver(settings.get(), synth.get()));
+            driver.reset(synthLibrary().new_fluid_audio_driver(settings.get(), synth.get()));
             if (!driver)
                 why = QStringLiteral("no sound server answers");
         }
@@ -116,7 +167,7 @@ VKNotePlayer::VKNotePlayer(quint32 instrument, float pitch, float velocity)
         if (engine->released)
             return;
         if (engine->noteWanted)
-            fluid_synth_noteon(synth.get(), kChannel, pitchValue, velocityValue);
+            synthLibrary().fluid_synth_noteon(synth.get(), kChannel, pitchValue, velocityValue);
         engine->settings = std::move(settings);
         engine->synth = std::move(synth);
         engine->driver = std::move(driver);
@@ -144,7 +195,7 @@ void VKNotePlayer::startNote()
     std::lock_guard lock(m_engine->mutex);
     m_engine->noteWanted = true;
     if (m_engine->ready)
-        fluid_synth_noteon(m_engine->synth.get(), kChannel, m_pitch, m_velocity);
+        synthLibrary().fluid_synth_noteon(m_engine->synth.get(), kChannel, m_pitch, m_velocity);
 }
 
 void VKNotePlayer::stopNote()
@@ -152,7 +203,7 @@ void VKNotePlayer::stopNote()
     std::lock_guard lock(m_engine->mutex);
     m_engine->noteWanted = false;
     if (m_engine->ready)
-        fluid_synth_noteoff(m_engine->synth.get(), kChannel, m_pitch);
+        synthLibrary().fluid_synth_noteoff(m_engine->synth.get(), kChannel, m_pitch);
 }
 
 QString VKNotePlayer::soundFontPath()
@@ -163,16 +214,18 @@ QString VKNotePlayer::soundFontPath()
 std::vector<float> VKNotePlayer::renderNote(
     quint32 instrument, float pitch, float velocity, double seconds, int sampleRate)
 {
+    if (!synthLibrary().loaded)
+        return {};
     SettingsPtr settings = makeSettings(sampleRate);
     QString why;
     SynthPtr synth = makeSynth(settings.get(), instrument, &why);
     if (!synth)
         return {};
-    fluid_synth_noteon(synth.get(), kChannel, int(std::lround(pitch)), int(std::lround(velocity)));
+    synthLibrary().fluid_synth_noteon(synth.get(), kChannel, int(std::lround(pitch)), int(std::lround(velocity)));
     const int frames = int(seconds * sampleRate);
     std::vector<float> left(frames);
     std::vector<float> right(frames);
-    fluid_synth_write_float(synth.get(), frames, left.data(), 0, 1, right.data(), 0, 1);
+    synthLibrary().fluid_synth_write_float(synth.get(), frames, left.data(), 0, 1, right.data(), 0, 1);
     for (int i = 0; i < frames; ++i)
         left[i] = (left[i] + right[i]) / 2;
     return left;

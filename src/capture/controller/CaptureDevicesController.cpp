@@ -36,13 +36,11 @@ QString userInfoText(const QString &description)
 
 } // namespace
 
-CaptureDevicesController::CaptureDevicesController(QObject *parent)
+CaptureDevicesController::CaptureDevicesController(QObject *parent, FirstRefresh first)
     : QObject(parent)
 {
-    refreshDevices();
-    auto &registry = CaptureDeviceRegistry::instance();
-    connect(&registry, &CaptureDeviceRegistry::deviceWasConnected, this, &CaptureDevicesController::refreshDevices);
-    connect(&registry, &CaptureDeviceRegistry::deviceWasDisconnected, this, &CaptureDevicesController::refreshDevices);
+    if (first == FirstRefresh::Now)
+        refreshDevices();
     m_deleteMovieFileWhenItFinishesRecording = false;
 }
 
@@ -65,6 +63,14 @@ QList<CaptureDevicePtr> CaptureDevicesController::unboundDevicesWithMediaTypes(c
 
 void CaptureDevicesController::refreshDevices()
 {
+    if (!m_watchingDevices) {
+        // The registry starts GStreamer and its device monitor on first use.
+        m_watchingDevices = true;
+        auto &registry = CaptureDeviceRegistry::instance();
+        connect(&registry, &CaptureDeviceRegistry::deviceWasConnected, this, &CaptureDevicesController::refreshDevices);
+        connect(
+            &registry, &CaptureDeviceRegistry::deviceWasDisconnected, this, &CaptureDevicesController::refreshDevices);
+    }
     setCameras(unboundDevicesWithMediaTypes({ MediaType::Video, MediaType::Muxed }));
     setMicrophones(unboundDevicesWithMediaTypes({ MediaType::Sound, MediaType::Muxed }));
     if (m_controller)

@@ -35,8 +35,12 @@ class CaptureDevicesController final : public QObject, public CaptureFileOutputD
     Q_DISABLE_COPY_MOVE(CaptureDevicesController)
 
 public:
-    // Refreshes the device lists at once, before any controller is set.
-    explicit CaptureDevicesController(QObject *parent = nullptr);
+    // `Now` refreshes the device lists at once, before any controller is
+    // set. `Later` leaves them empty until refreshDevices(): starting
+    // GStreamer and asking every device provider takes longer than showing
+    // a window, which a person waits for.
+    enum class FirstRefresh { Now, Later };
+    explicit CaptureDevicesController(QObject *parent = nullptr, FirstRefresh first = FirstRefresh::Now);
     ~CaptureDevicesController() override;
 
     CaptureDevicesControllerDelegate *controller() const { return m_controller; }
@@ -52,6 +56,8 @@ public:
     bool deleteMovieFileWhenItFinishesRecording() const { return m_deleteMovieFileWhenItFinishesRecording; }
 
     void refreshDevices();
+    // Whether the lists have been filled at least once.
+    bool hasRefreshed() const { return m_watchingDevices; }
     void setupRecordingForVideoDeviceUniqueID(const QString &videoID, const QString &audioID);
     std::optional<Error> initAudioDevice(const CaptureDevicePtr &audioDevice, const CaptureDevicePtr &videoDevice);
     // Throws InitOutputFileError.
@@ -84,4 +90,5 @@ private:
     std::shared_ptr<CaptureMovieFileOutput> m_movieFileOutput;
     bool m_deleteMovieFileWhenItFinishesRecording = false;
     bool m_finishing = false;
+    bool m_watchingDevices = false;
 };
