@@ -1,7 +1,6 @@
 #include "ConfigKeyEditor.h"
 
 #include "LXShortcutKeys.h"
-#include "PreferencesController.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -41,7 +40,7 @@ bool isModifierKey(int qtKey)
 
 } // namespace
 
-ConfigKeyEditor::ConfigKeyEditor(PreferencesController *master, QWidget *parent)
+ConfigKeyEditor::ConfigKeyEditor(ConfigKeyEditorMaster *master, QWidget *parent)
     : QLineEdit(parent)
     , m_master(master)
 {

@@ -6,8 +6,19 @@
 
 #include <optional>
 
-class PreferencesController;
+class ConfigKeyEditor;
 class QKeyEvent;
+
+// Whoever the key editor reports to: the window that edits the shortcut.
+class ConfigKeyEditorMaster
+{
+public:
+    virtual ~ConfigKeyEditorMaster() = default;
+    virtual void keyEditorFinished(const QString &display, QWidget *textView, int virtualKey, quint32 modifiers) = 0;
+    virtual void controlTextDidCancelEditing(ConfigKeyEditor *editor) = 0;
+    // The key editor's Command-Q.
+    virtual void terminate() = 0;
+};
 
 // The field editor of the shortcut combo box: it takes the next key
 // combination typed instead of text. While it edits with its window active,
@@ -19,7 +30,7 @@ class ConfigKeyEditor final : public QLineEdit
     Q_DISABLE_COPY_MOVE(ConfigKeyEditor)
 
 public:
-    explicit ConfigKeyEditor(PreferencesController *master, QWidget *parent = nullptr);
+    explicit ConfigKeyEditor(ConfigKeyEditorMaster *master, QWidget *parent = nullptr);
     ~ConfigKeyEditor() override;
 
     // The last accepted key code; none before a key is accepted.
@@ -49,7 +60,7 @@ private:
     void _disableHotKeyOperationMode();
     void _restoreHotKeyOperationMode();
 
-    PreferencesController *const m_master;
+    ConfigKeyEditorMaster *const m_master;
     std::optional<int> m_virtualKey;
     quint32 m_modifiers = 0;
     QWidget *m_textField = nullptr;

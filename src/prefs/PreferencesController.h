@@ -1,10 +1,11 @@
 #pragma once
 
+#include "ConfigKeyEditor.h"
+
 #include <QObject>
 
 #include <memory>
 
-class ConfigKeyEditor;
 class LXPanelWindow;
 class QComboBox;
 class QLabel;
@@ -16,7 +17,7 @@ class Preferences;
 // The Preferences window loaded from "Preferences": the global record/pause
 // shortcut, chosen from Command-F1 to Command-F12 or typed into the field.
 // Every change is stored and the key re-registered at once.
-class PreferencesController final : public QObject
+class PreferencesController final : public QObject, public ConfigKeyEditorMaster
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(PreferencesController)
@@ -38,10 +39,9 @@ public:
     void refreshPreferenceForcedValues();
     // The shortcut list closed on item `selectedIndex`.
     void comboBoxWillDismiss(int selectedIndex);
-    void keyEditorFinished(const QString &display, QWidget *textView, int virtualKey, quint32 modifiers);
-    void controlTextDidCancelEditing(ConfigKeyEditor *editor);
-    // The key editor's Command-Q.
-    void terminate();
+    void keyEditorFinished(const QString &display, QWidget *textView, int virtualKey, quint32 modifiers) override;
+    void controlTextDidCancelEditing(ConfigKeyEditor *editor) override;
+    void terminate() override;
 
 signals:
     void quitRequested();
