@@ -1006,4 +1006,16 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>Drücken Sie die Eingabetaste, um den Upload zu wiederholen.</translation>
     </message>
 </context>
+<context>
+    <name>VKPopUpButton</name>
+    <message>
+        <source>In use, cannot be chosen</source>
+        <translation>Belegt, kann nicht gewählt werden</translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <comment>a device, then the device recorded with it</comment>
+        <translation>%1 — %2</translation>
+    </message>
+</context>
 </TS>

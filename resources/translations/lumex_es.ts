@@ -1006,4 +1006,16 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         </translation>
     </message>
 </context>
+<context>
+    <name>VKPopUpButton</name>
+    <message>
+        <source>In use, cannot be chosen</source>
+        <translation>En uso, no se puede elegir</translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <comment>a device, then the device recorded with it</comment>
+        <translation>%1 — %2</translation>
+    </message>
+</context>
 </TS>

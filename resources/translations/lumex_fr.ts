@@ -1006,4 +1006,16 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         </translation>
     </message>
 </context>
+<context>
+    <name>VKPopUpButton</name>
+    <message>
+        <source>In use, cannot be chosen</source>
+        <translation>Occupé, ne peut pas être choisi</translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <comment>a device, then the device recorded with it</comment>
+        <translation>%1 — %2</translation>
+    </message>
+</context>
 </TS>

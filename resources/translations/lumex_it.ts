@@ -1006,4 +1006,16 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         </translation>
     </message>
 </context>
+<context>
+    <name>VKPopUpButton</name>
+    <message>
+        <source>In use, cannot be chosen</source>
+        <translation>In uso, non selezionabile</translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <comment>a device, then the device recorded with it</comment>
+        <translation>%1 — %2</translation>
+    </message>
+</context>
 </TS>

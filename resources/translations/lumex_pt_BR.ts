@@ -1006,4 +1006,16 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         </translation>
     </message>
 </context>
+<context>
+    <name>VKPopUpButton</name>
+    <message>
+        <source>In use, cannot be chosen</source>
+        <translation>Em uso, não pode ser escolhido</translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <comment>a device, then the device recorded with it</comment>
+        <translation>%1 — %2</translation>
+    </message>
+</context>
 </TS>

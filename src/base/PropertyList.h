@@ -16,6 +16,11 @@
 // side cannot hold is refused, never written or read as another value.
 namespace PropertyList {
 
+// Deeper nesting is refused, read or written: no real answer comes near it,
+// and freeing a tree recurses once per level, on worker threads with smaller
+// stacks too.
+inline constexpr size_t kMaxDepth = 512;
+
 // A dictionary's entries in the order they are to be written.
 using Entries = QList<std::pair<QString, QVariant>>;
 

@@ -110,8 +110,8 @@ private slots:
         QTest::mouseClick(panel->connectButton(), Qt::LeftButton);
         QTRY_COMPARE_WITH_TIMEOUT(m_controller->credentials().user, QStringLiteral("lecturer"), 10000);
         QTRY_VERIFY_WITH_TIMEOUT(m_sim.readFile(m_sim.state("preview-users.log")).count('\n') >= 3, 20000);
-        QCOMPARE(QString(m_sim.readFile(m_sim.state("preview-users.log"))).split('\n', Qt::SkipEmptyParts)
-                     .filter("demo"),
+        QCOMPARE(
+            QString(m_sim.readFile(m_sim.state("preview-users.log"))).split('\n', Qt::SkipEmptyParts).filter("demo"),
             QStringList());
     }
 };
