@@ -116,8 +116,6 @@ public:
     void setJobLocalAudioDeviceName(const QString &name);
     void resetJobAndRecordingState();
     void updateDockIcon();
-    // How the chosen device records; none before a device is chosen.
-    RecordingRoute *route() const { return m_route.get(); }
 
     std::shared_ptr<OrvaneServerInterface> server() const override { return m_server; }
     const Credentials &credentials() const { return m_credentials; }
@@ -138,7 +136,6 @@ public:
     PreferencesController *preferencesController() const { return m_windows->preferencesController(); }
     CameraConfigController *cameraConfigController() const { return m_windows->cameraConfigController(); }
     CaptureDevicesController *captureDevicesController() const override { return m_captureDevicesController; }
-    DeviceChooser *deviceChooser() const { return m_devices; }
 
     // Login (+Login).
     void showLoginPanel();
@@ -166,7 +163,6 @@ public:
     void writeSelectedDevicesToDefaults();
     InputDeviceMenu *cameraMenu() const { return m_devices->cameraMenu(); }
     InputDeviceMenu *microphoneMenu() const { return m_devices->microphoneMenu(); }
-    QFileDialog *openPanel() const { return m_openPanel; }
     void openPanelDidEnd(int returnCode);
 
     // Files to publish: chosen in the open panel, dropped on the window, or
