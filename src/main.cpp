@@ -46,6 +46,7 @@ int main(int argc, char *argv[])
         app.installEventFilter(&probe);
     LXController controller;
     QObject::connect(&controller, &LXController::terminateRequested, &app, &QApplication::quit, Qt::QueuedConnection);
+    LXApplication::catchTerminationSignals(&controller, [&controller](int) { controller.endWithoutAsking(); });
     controller.awakeFromNib();
     LXApplication::listenForOtherInstances(
         &app, [&controller](const QStringList &handed) { controller.openFilesFromDesktop(handed); });

@@ -274,6 +274,22 @@
         <source>Not Now</source>
         <translation>Nicht jetzt</translation>
     </message>
+    <message>
+        <source>“%1” is still recording. Continue, publish or discard it?</source>
+        <translation>„%1“ nimmt noch auf. Fortsetzen, veröffentlichen oder verwerfen?</translation>
+    </message>
+    <message>
+        <source>Lumex ended while this camera was recording for you; it has gone on since.</source>
+        <translation>Lumex wurde beendet, während diese Kamera für Sie aufnahm; sie hat seitdem weiter aufgenommen.</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
 </context>
 <context>
     <name>LXApplication</name>
@@ -740,6 +756,50 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Press %1 in any application to start or pause recording.</source>
         <translation>Drücken Sie %1 in einem beliebigen Programm, um die Aufnahme zu starten oder anzuhalten.</translation>
+    </message>
+    <message>
+        <source>How much longer this disk can record</source>
+        <translation>Wie lange auf diesem Datenträger noch aufgenommen werden kann</translation>
+    </message>
+    <message>
+        <source>A warning about the recording</source>
+        <translation>Eine Warnung zur Aufnahme</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingWatch</name>
+    <message>
+        <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
+        <translation>Auf diesem Datenträger ist nur noch Platz für weniger als 10 Minuten Aufnahme. Geben Sie Speicherplatz frei, sonst wird die Aufnahme angehalten, wenn der Datenträger voll ist.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>hours, then minutes</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>About %1 of recording left on this disk</source>
+        <translation>Noch etwa %1 Aufnahme auf diesem Datenträger</translation>
+    </message>
+    <message>
+        <source>Lumex: check your recording</source>
+        <translation>Lumex: Bitte prüfen Sie Ihre Aufnahme</translation>
     </message>
 </context>
 <context>

@@ -274,6 +274,22 @@
         <source>Not Now</source>
         <translation>Ahora no</translation>
     </message>
+    <message>
+        <source>“%1” is still recording. Continue, publish or discard it?</source>
+        <translation>«%1» sigue grabando. ¿Continuar, publicar o descartar la grabación?</translation>
+    </message>
+    <message>
+        <source>Lumex ended while this camera was recording for you; it has gone on since.</source>
+        <translation>Lumex se cerró mientras esta cámara grababa para usted; ha seguido grabando desde entonces.</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Continuar</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Descartar</translation>
+    </message>
 </context>
 <context>
     <name>LXApplication</name>
@@ -740,6 +756,50 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Press %1 in any application to start or pause recording.</source>
         <translation>Pulse %1 en cualquier aplicación para iniciar o pausar la grabación.</translation>
+    </message>
+    <message>
+        <source>How much longer this disk can record</source>
+        <translation>Cuánto tiempo más se puede grabar en este disco</translation>
+    </message>
+    <message>
+        <source>A warning about the recording</source>
+        <translation>Un aviso sobre la grabación</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingWatch</name>
+    <message>
+        <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
+        <translation>Quedan menos de 10 minutos de grabación en este disco. Libere espacio o la grabación se pausará cuando el disco esté lleno.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n minuto</numerusform>
+            <numerusform>%n minutos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n hora</numerusform>
+            <numerusform>%n horas</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>hours, then minutes</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>About %1 of recording left on this disk</source>
+        <translation>Quedan unos %1 de grabación en este disco</translation>
+    </message>
+    <message>
+        <source>Lumex: check your recording</source>
+        <translation>Lumex: revise su grabación</translation>
     </message>
 </context>
 <context>

@@ -274,6 +274,22 @@
         <source>Not Now</source>
         <translation>Plus tard</translation>
     </message>
+    <message>
+        <source>“%1” is still recording. Continue, publish or discard it?</source>
+        <translation>« %1 » enregistre toujours. Continuer, publier ou abandonner l’enregistrement ?</translation>
+    </message>
+    <message>
+        <source>Lumex ended while this camera was recording for you; it has gone on since.</source>
+        <translation>Lumex s’est arrêté pendant que cette caméra enregistrait pour vous ; elle a continué depuis.</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Continuer</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Abandonner</translation>
+    </message>
 </context>
 <context>
     <name>LXApplication</name>
@@ -740,6 +756,50 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Press %1 in any application to start or pause recording.</source>
         <translation>Appuyez sur %1 dans n&apos;importe quelle application pour démarrer ou suspendre l&apos;enregistrement.</translation>
+    </message>
+    <message>
+        <source>How much longer this disk can record</source>
+        <translation>Durée d’enregistrement encore possible sur ce disque</translation>
+    </message>
+    <message>
+        <source>A warning about the recording</source>
+        <translation>Un avertissement sur l’enregistrement</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingWatch</name>
+    <message>
+        <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
+        <translation>Il reste moins de 10 minutes d’enregistrement sur ce disque. Libérez de l’espace, sinon l’enregistrement sera mis en pause quand le disque sera plein.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n heure</numerusform>
+            <numerusform>%n heures</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>hours, then minutes</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>About %1 of recording left on this disk</source>
+        <translation>Environ %1 d’enregistrement restant sur ce disque</translation>
+    </message>
+    <message>
+        <source>Lumex: check your recording</source>
+        <translation>Lumex : vérifiez votre enregistrement</translation>
     </message>
 </context>
 <context>

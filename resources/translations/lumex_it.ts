@@ -274,6 +274,22 @@
         <source>Not Now</source>
         <translation>Non ora</translation>
     </message>
+    <message>
+        <source>“%1” is still recording. Continue, publish or discard it?</source>
+        <translation>«%1» sta ancora registrando. Continuare, pubblicare o scartare la registrazione?</translation>
+    </message>
+    <message>
+        <source>Lumex ended while this camera was recording for you; it has gone on since.</source>
+        <translation>Lumex si è chiuso mentre questa videocamera registrava per te; da allora ha continuato a registrare.</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Continua</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Scarta</translation>
+    </message>
 </context>
 <context>
     <name>LXApplication</name>
@@ -740,6 +756,50 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Press %1 in any application to start or pause recording.</source>
         <translation>Premere %1 in qualsiasi applicazione per avviare o mettere in pausa la registrazione.</translation>
+    </message>
+    <message>
+        <source>How much longer this disk can record</source>
+        <translation>Quanto si può ancora registrare su questo disco</translation>
+    </message>
+    <message>
+        <source>A warning about the recording</source>
+        <translation>Un avviso sulla registrazione</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingWatch</name>
+    <message>
+        <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
+        <translation>Su questo disco restano meno di 10 minuti di registrazione. Libera spazio, altrimenti la registrazione verrà messa in pausa quando il disco sarà pieno.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n minuto</numerusform>
+            <numerusform>%n minuti</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n ora</numerusform>
+            <numerusform>%n ore</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>hours, then minutes</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>About %1 of recording left on this disk</source>
+        <translation>Restano circa %1 di registrazione su questo disco</translation>
+    </message>
+    <message>
+        <source>Lumex: check your recording</source>
+        <translation>Lumex: controlla la registrazione</translation>
     </message>
 </context>
 <context>

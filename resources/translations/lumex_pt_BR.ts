@@ -274,6 +274,22 @@
         <source>Not Now</source>
         <translation>Agora não</translation>
     </message>
+    <message>
+        <source>“%1” is still recording. Continue, publish or discard it?</source>
+        <translation>“%1” ainda está gravando. Continuar, publicar ou descartar a gravação?</translation>
+    </message>
+    <message>
+        <source>Lumex ended while this camera was recording for you; it has gone on since.</source>
+        <translation>O Lumex foi encerrado enquanto esta câmera gravava para você; ela continuou gravando desde então.</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Continuar</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Descartar</translation>
+    </message>
 </context>
 <context>
     <name>LXApplication</name>
@@ -740,6 +756,50 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>Press %1 in any application to start or pause recording.</source>
         <translation>Pressione %1 em qualquer aplicativo para iniciar ou pausar a gravação.</translation>
+    </message>
+    <message>
+        <source>How much longer this disk can record</source>
+        <translation>Quanto tempo ainda é possível gravar neste disco</translation>
+    </message>
+    <message>
+        <source>A warning about the recording</source>
+        <translation>Um aviso sobre a gravação</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingWatch</name>
+    <message>
+        <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
+        <translation>Restam menos de 10 minutos de gravação neste disco. Libere espaço, ou a gravação será pausada quando o disco ficar cheio.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n minuto</numerusform>
+            <numerusform>%n minutos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <comment>time left to record</comment>
+        <translation>
+            <numerusform>%n hora</numerusform>
+            <numerusform>%n horas</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>hours, then minutes</comment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>About %1 of recording left on this disk</source>
+        <translation>Restam cerca de %1 de gravação neste disco</translation>
+    </message>
+    <message>
+        <source>Lumex: check your recording</source>
+        <translation>Lumex: verifique sua gravação</translation>
     </message>
 </context>
 <context>

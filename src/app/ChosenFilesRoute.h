@@ -12,6 +12,7 @@ public:
     enum class Files { UsersOwn, InterruptedRecording };
     ChosenFilesRoute(RecordingRouteDelegate &delegate, Files files);
 
+    QString kind() const override { return QStringLiteral("chosen files"); }
     bool recordsOnThisComputer() const override { return true; }
     void prepare() override { }
     void start() override { }
@@ -20,6 +21,7 @@ public:
     void stopAndHandOver() override;
     void discard() override { }
     void discardForQuit(Done done) override { done(std::nullopt); }
+    void finishForEnding(Done done) override { done(std::nullopt); }
 
 private:
     Files m_files;

@@ -140,9 +140,12 @@ InterruptedRecordings::InterruptedRecordings(QWidget *window, std::function<bool
     , m_mayAsk(std::move(mayAsk))
 { }
 
-void InterruptedRecordings::lookFor(const QStringList &inUse)
+void InterruptedRecordings::lookFor(
+    const QStringList &inUse, const std::optional<QVariantMap> &journal, const QVariantList &remoteCameras)
 {
     if (m_looking || m_question)
+        return;
+    if (journal && offerServerRecording(*journal, remoteCameras))
         return;
     m_looking = true;
     const QString spool = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath);
@@ -156,6 +159,52 @@ void InterruptedRecordings::lookFor(const QStringList &inUse)
     };
     runOnWorkerThread([spool, known, deliver] { deliver(findInterruptedRecordings(spool, known)); },
         [deliver](const QString &) { deliver({}); });
+}
+
+bool InterruptedRecordings::offerServerRecording(const QVariantMap &journal, const QVariantList &remoteCameras)
+{
+    const QString camera = journal.value(QStringLiteral("Camera")).toMap().value(QStringLiteral("name")).toString();
+    const int state = journal.value(QStringLiteral("State")).toInt();
+    // Starting, Recording or Paused: the server's camera was left with it.
+    const bool begun = state >= 1 && state <= 3;
+    bool inUse = false;
+    for (const QVariant &entry : remoteCameras)
+        inUse = inUse
+            || (entry.toMap().value(QStringLiteral("name")).toString() == camera
+                && entry.toMap().value(QStringLiteral("in_use")).toString() == QLatin1String("true"));
+    if (!journal.value(QStringLiteral("Route")).toString().startsWith(QLatin1String("server camera")) || !begun
+        || camera.isEmpty())
+        return false;
+    if (!inUse || !m_mayAsk()) {
+        // The room stopped by itself meanwhile: nothing is left to take up.
+        if (!inUse)
+            emit discardRequested(journal);
+        return false;
+    }
+    auto *question = new QMessageBox(m_window);
+    m_question = question;
+    question->setObjectName(QStringLiteral("serverRecordingQuestion"));
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setWindowModality(Qt::WindowModal);
+    question->setIcon(QMessageBox::Question);
+    question->setText(tr("“%1” is still recording. Continue, publish or discard it?").arg(camera));
+    question->setInformativeText(tr("Lumex ended while this camera was recording for you; it has gone on since."));
+    QPushButton *goOn = question->addButton(tr("Continue"), QMessageBox::AcceptRole);
+    QPushButton *publish = question->addButton(tr("Publish…"), QMessageBox::ActionRole);
+    QPushButton *discard = question->addButton(tr("Discard"), QMessageBox::DestructiveRole);
+    question->setDefaultButton(goOn);
+    question->setEscapeButton(goOn);
+    question->setAccessibleName(question->text());
+    question->setAccessibleDescription(question->informativeText());
+    connect(question, &QMessageBox::finished, this, [this, question, journal, publish, discard] {
+        m_question = nullptr;
+        if (question->clickedButton() == discard)
+            emit discardRequested(journal);
+        else
+            emit continueRequested(journal, question->clickedButton() == publish);
+    });
+    question->open();
+    return true;
 }
 
 void InterruptedRecordings::didFind(const QStringList &paths)

@@ -5,6 +5,9 @@
 #include <QPointer>
 #include <QSet>
 #include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
 
 #include <functional>
 
@@ -24,9 +27,13 @@ public:
     // Questions are asked on `window`, and only while `mayAsk` says so.
     InterruptedRecordings(QWidget *window, std::function<bool()> mayAsk, QObject *parent = nullptr);
 
-    // Looks for movies that no upload holds, no process writes and that are
-    // not among `inUse`; offers them when found.
-    void lookFor(const QStringList &inUse);
+    // First offers the server camera that `journal` (the recording journal
+    // of this user on this server, if any) left recording or paused, when
+    // `remoteCameras` still shows it in use; then looks for movies that no
+    // upload holds, no process writes and that are not among `inUse`, and
+    // offers them when found.
+    void lookFor(const QStringList &inUse, const std::optional<QVariantMap> &journal = std::nullopt,
+        const QVariantList &remoteCameras = {});
     bool isLooking() const { return m_looking; }
     QMessageBox *question() const { return m_question; }
     // Offers the next recording found, if any, and if the user may be asked.
@@ -37,9 +44,15 @@ signals:
     // `started` (null when its name does not tell) and interrupted at
     // `interrupted`.
     void publishRequested(const QString &path, const QDateTime &started, const QDateTime &interrupted);
+    // The journal's server camera is to record on (or be published) from
+    // where it is, or to be cancelled.
+    void continueRequested(const QVariantMap &journal, bool publish);
+    void discardRequested(const QVariantMap &journal);
 
 private:
     void didFind(const QStringList &paths);
+    // Asks about a server camera still recording; false when there is none.
+    bool offerServerRecording(const QVariantMap &journal, const QVariantList &remoteCameras);
     void questionDidEnd(const QString &path, bool publish);
 
     QWidget *m_window;

@@ -11,12 +11,17 @@
 #include <QLocalSocket>
 #include <QLocale>
 #include <QPalette>
+#include <QSocketNotifier>
 #include <QStyleFactory>
 #include <QTranslator>
 
 #include <cstdio>
 #include <exception>
 
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <sys/socket.h>
 #include <unistd.h>
 
 LXApplication::LXApplication(int &argc, char **argv)
@@ -199,4 +204,42 @@ QLocalServer *LXApplication::listenForOtherInstances(QObject *owner, std::functi
         }
     });
     return server;
+}
+
+namespace {
+
+int s_signalPipe[2] = { -1, -1 };
+
+void writeSignal(int signal)
+{
+    const int saved = errno;
+    const unsigned char byte = static_cast<unsigned char>(signal);
+    // Nothing more can be done in a handler when the pipe is full.
+    [[maybe_unused]] const ssize_t written = ::write(s_signalPipe[1], &byte, 1);
+    errno = saved;
+}
+
+} // namespace
+
+void LXApplication::catchTerminationSignals(QObject *owner, std::function<void(int)> handle)
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, s_signalPipe) != 0) {
+        Log::format(
+            QStringLiteral("Cannot catch termination signals: %@"), { QString::fromLocal8Bit(strerror(errno)) });
+        return;
+    }
+    auto *notifier = new QSocketNotifier(s_signalPipe[0], QSocketNotifier::Read, owner);
+    QObject::connect(notifier, &QSocketNotifier::activated, owner, [handle = std::move(handle)] {
+        unsigned char byte = 0;
+        while (::read(s_signalPipe[0], &byte, 1) == 1)
+            handle(byte);
+    });
+    struct sigaction action
+    {
+    };
+    action.sa_handler = writeSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    for (int signal : { SIGTERM, SIGINT, SIGHUP })
+        ::sigaction(signal, &action, nullptr);
 }

@@ -44,6 +44,11 @@ public:
     // so they work on a console: the exit status, or -1 to start normally.
     static int answerInformationRequest(int &argc, char **argv);
 
+    // SIGTERM (a logout or shutdown), SIGINT and SIGHUP reach `handle` on
+    // the main thread, through a pipe the handler writes to, instead of
+    // ending the process where it stands.
+    static void catchTerminationSignals(QObject *owner, std::function<void(int)> handle);
+
     // Fusion with a dark palette: the recording pages are dark, and the rest
     // of the application matches them.
     static void applyLook(QApplication &app);

@@ -6,6 +6,7 @@
 #include "LXWorkflowMenu.h"
 #include "MetadataPage.h"
 #include "RecordPage.h"
+#include "RecordingJournal.h"
 #include "RemoteCameraPreviews.h"
 
 #include <QLineEdit>
@@ -74,6 +75,7 @@ void LXController::chooseWorkflow(int index)
     if (m_job && index >= 0 && index < m_workflows.size())
         m_job->setWorkflow(m_workflows.at(index).toMap());
     updateWorkflowPopUp();
+    scheduleJournal();
 }
 
 void LXController::didGetCameras(const std::optional<QVariantList> &cameras, const std::optional<Error> &error)
@@ -107,6 +109,13 @@ void LXController::userDidConnect()
     m_window->raise();
     m_window->activateWindow();
     resetJobAndRecordingState();
+    // A recording an earlier run left is offered to the same user on the
+    // same server only.
+    m_journalAtSignIn = RecordingJournal::read();
+    if (m_journalAtSignIn
+        && (m_journalAtSignIn->value(RecordingJournal::kUser).toString() != m_credentials.user
+            || m_journalAtSignIn->value(RecordingJournal::kServer).toString() != m_credentials.server))
+        m_journalAtSignIn.reset();
     lookForInterruptedRecordings();
 }
 

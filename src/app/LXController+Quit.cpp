@@ -2,6 +2,7 @@
 
 #include "LXMainWindow.h"
 #include "Log.h"
+#include "RecordingJournal.h"
 #include "Sheets.h"
 
 #include <QApplication>
@@ -40,6 +41,7 @@ void LXController::quitWarningSheetDidEnd(int returnCode)
 {
     if (returnCode != 0)
         return; // Cancel: keep running, the recording stays as it is
+    m_journal->discard();
     if (!m_route) {
         emit terminateRequested();
         return;

@@ -116,13 +116,19 @@ void LXController::updateTimer()
 void LXController::pauseClicked()
 {
     setState(State::Paused);
+    if (m_route)
+        m_route->pause();
+    showPaused();
+}
+
+void LXController::showPaused()
+{
     m_window->recordPage()->setRecordingStateText(tr("Recording Paused"));
     m_window->recordPage()->setRecordingStateVisible(true);
     if (m_countdownView)
         m_countdownView->hide();
-    if (m_route)
-        m_route->pause();
     m_window->offerPausedChoices(true);
+    m_window->setRecordPauseButtonVisible(true);
     m_clock->freeze();
     setTimerTextHidden(true);
 }
@@ -194,6 +200,9 @@ void LXController::recordPauseResumeMenuItemInvoked()
 
 void LXController::localJobDidStop(const std::optional<Error> &error)
 {
+    // Ending without asking keeps the finished files for the next sign-in.
+    if (m_ending)
+        return;
     if (!error) {
         if (m_server)
             m_server->submitAndDeleteJobFilesWithDelegate(

@@ -10,6 +10,7 @@
 #include "LocalAgentRoute.h"
 #include "LocalCaptureRoute.h"
 #include "RecordPage.h"
+#include "RecordingWatch.h"
 #include "RemoteCameraRoute.h"
 
 #include <QAction>
@@ -80,11 +81,13 @@ void LXController::sourceClicked(Mode mode, Qt::KeyboardModifiers modifiers)
     }
     m_window->showRecordPage(pushDuration(modifiers));
     rebuildInputDevicesList();
+    m_watch->start();
 }
 
 void LXController::backClicked(Qt::KeyboardModifiers modifiers)
 {
     setMode(Mode::NoSource);
+    m_watch->stop();
     m_window->showSourceChooser(pushDuration(modifiers));
     tearDownLocalCameraAndMicrophone();
 }
@@ -136,7 +139,10 @@ void LXController::rebuildInputDevicesList()
 {
     m_window->recordPage()->setDeviceMenus(m_devices->cameraMenu(), m_devices->microphoneMenu());
     m_devices->rebuild(chooserSource(m_mode), remoteCameras());
-    if (m_mode != Mode::NoSource)
+    // A device plugged in or out while a recording exists changes the menus
+    // only: the recording keeps its devices, and the choice runs again when
+    // it ends.
+    if (m_mode != Mode::NoSource && !hasBegunRecording())
         selectAppropriateRecordingDevice();
     updateBoundControls();
 }

@@ -6,6 +6,8 @@
 #include "LXUserDefaults.h"
 #include "MetadataPage.h"
 #include "RecordPage.h"
+#include "RecordingJournal.h"
+#include "RecordingWatch.h"
 #include "RemoteCameraPreviews.h"
 #include "Sheets.h"
 #include "TransfersController.h"
@@ -40,9 +42,13 @@ void LXController::submitClicked()
         return;
     }
     m_previews->stopRefreshing();
+    m_watch->stop();
 
     // Recordings made here and chosen files are uploaded from here.
     const bool uploadFollows = m_route && m_route->recordsOnThisComputer();
+    // The journal stays until the hand-over has succeeded: a crash before
+    // leaves the recording offered at the next sign-in.
+    m_handOverPending = true;
     if (m_route)
         m_route->stopAndHandOver();
 
@@ -124,6 +130,7 @@ void LXController::startOverSheetDidEnd(int returnCode)
         return;
     if (m_route)
         m_route->discard();
+    m_journal->discard();
     m_window->showSourceChooser();
     m_window->recordPage()->setRecordingStateVisible(false);
     resetJobAndRecordingState();

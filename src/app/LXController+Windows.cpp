@@ -9,6 +9,7 @@
 #include "LastWindowWatcher.h"
 #include "MetadataPage.h"
 #include "RecordPage.h"
+#include "RecordingJournal.h"
 #include "RemoteCameraPreviews.h"
 #include "SecondaryWindows.h"
 #include "SourceChooserPage.h"
@@ -64,10 +65,12 @@ void LXController::connectWindow()
     connect(w, &LXMainWindow::titleEdited, this, [this](const QString &title) {
         if (m_job)
             m_job->setTitle(title);
+        scheduleJournal();
     });
     connect(w, &LXMainWindow::descriptionEdited, this, [this](const QString &description) {
         if (m_job)
             m_job->setJobDescription(description);
+        scheduleJournal();
     });
 
     connect(m_devices, &DeviceChooser::localMicrophoneChosen, this, &LXController::localMicrophoneSelected);
@@ -93,6 +96,10 @@ void LXController::connectWindow()
     connect(m_previews, &RemoteCameraPreviews::snapshotChanged, this, &LXController::showChosenRemoteCameraPreview);
     connect(m_interruptedRecordings, &InterruptedRecordings::publishRequested, this,
         &LXController::publishRecoveredRecording);
+    connect(m_interruptedRecordings, &InterruptedRecordings::continueRequested, this,
+        &LXController::continueJournaledRecording);
+    connect(m_interruptedRecordings, &InterruptedRecordings::discardRequested, this,
+        &LXController::discardJournaledRecording);
 }
 
 void LXController::notifyIfWatchedUploadEnded(const QVariantMap &upload)
@@ -121,7 +128,8 @@ void LXController::transferWasRetried(const QString &failedUUID, const QString &
 
 void LXController::lookForInterruptedRecordings()
 {
-    m_interruptedRecordings->lookFor(m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList());
+    m_interruptedRecordings->lookFor(
+        m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList(), m_journalAtSignIn, remoteCameras());
 }
 
 void LXController::publishRecoveredRecording(
@@ -134,4 +142,14 @@ void LXController::publishRecoveredRecording(
     if (started.isValid())
         m_job->setStartedAt(started);
     m_job->setStoppedAt(interrupted);
+    // What was entered before the interruption comes back with the files.
+    const QVariantMap journal = m_journalAtSignIn.value_or(QVariantMap());
+    if (journal.value(RecordingJournal::kFiles).toStringList().contains(path)) {
+        m_job->setTitle(journal.value(RecordingJournal::kTitle).toString());
+        m_job->setJobDescription(journal.value(RecordingJournal::kDescription).toString());
+        if (const QVariantMap workflow = journal.value(RecordingJournal::kWorkflow).toMap(); !workflow.isEmpty())
+            m_job->setWorkflow(workflow);
+        m_window->metadataPage()->setMetadata(m_job->title(), m_job->jobDescription());
+        updateWorkflowPopUp();
+    }
 }

@@ -14,6 +14,8 @@
 #include "MetadataPage.h"
 #include "PreferencesController.h"
 #include "RecordPage.h"
+#include "RecordingJournal.h"
+#include "RecordingWatch.h"
 #include "RemoteCameraPreviews.h"
 #include "SecondaryWindows.h"
 
@@ -48,6 +50,7 @@ LXController::LXController()
     m_screenGrabController = std::make_unique<GLScreenGrabController>();
     m_captureDevicesController = new CaptureDevicesController(this, CaptureDevicesController::FirstRefresh::Later);
     m_captureDevicesController->setController(this);
+    m_journal = new RecordingJournal(this);
     m_clock = new RecordingClock(this);
     connect(m_clock, &RecordingClock::ticked, this, &LXController::updateTimer);
     connect(m_clock, &RecordingClock::flashed, this, &LXController::flashPause);
@@ -55,6 +58,14 @@ LXController::LXController()
     m_localRecordingChosen = false;
 
     m_window = std::make_unique<LXMainWindow>();
+    m_watch = new RecordingWatch(
+        m_window.get(),
+        [this] {
+            return RecordingWatch::Recording { m_route && m_route->recordsOnThisComputer() && m_mode != Mode::File,
+                hasBegunRecording(), m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList(),
+                recordingTime()->elapsedTime(), m_route ? m_route->expectedBytesPerSecond() : 0 };
+        },
+        this);
     m_devices = new DeviceChooser(m_captureDevicesController, this);
     m_previews = new RemoteCameraPreviews(this);
     m_interruptedRecordings = new InterruptedRecordings(
@@ -128,6 +139,7 @@ void LXController::setState(State state)
     emit stateChanged();
     announceDependents("state");
     observeValueForKeyPath("state");
+    scheduleJournal();
 }
 
 void LXController::setMode(Mode mode)
@@ -276,6 +288,7 @@ void LXController::resetJobAndRecordingState()
     setTimerTextHidden(false);
     setTimerValue(QString());
     m_previews->stopRefreshing();
+    m_watch->stop();
     delete m_countdownView;
     m_window->metadataPage()->setTitlePlaceholderImageVisible(false);
     m_window->metadataPage()->setMetadata(job->title(), job->jobDescription());

@@ -29,6 +29,8 @@ class GLScreenGrabController;
 class LXMainWindow;
 class QAction;
 class QTimer;
+class RecordingJournal;
+class RecordingWatch;
 
 // The spine of the application: the main window's controller and the
 // application's delegate. It keeps the two values everything else is derived
@@ -196,11 +198,7 @@ public:
     // Failures of pause, resume and stop are shown; the state stays.
     void jobDidPause(const std::optional<Error> &error) override { jobDidStop(error); }
     void jobDidResume(const std::optional<Error> &error) override { jobDidStop(error); }
-    void jobDidStop(const std::optional<Error> &error) override
-    {
-        if (error)
-            alertUserToError(*error);
-    }
+    void jobDidStop(const std::optional<Error> &error) override;
     void localJobDidStop(const std::optional<Error> &error) override;
 
     // The submission flow (+Submission): the metadata page, the hand-over,
@@ -245,6 +243,18 @@ public:
     QMessageBox *quitWarningSheet() const { return m_quitSheet; }
     // How long quitting waits for the recording's cancel to be answered.
     static constexpr int kQuitCancelTimeoutMs = 5000;
+    // Lumex is told to end (SIGTERM at a logout, SIGINT, SIGHUP): a recording
+    // made here is finished and kept for the next sign-in's offer, a
+    // server's camera goes on recording, nothing is deleted; then the
+    // application ends, after at most kEndTimeoutMs.
+    void endWithoutAsking();
+    static constexpr int kEndTimeoutMs = 10000;
+
+    // A recording an earlier run left in the journal: a server camera that
+    // is still recording, taken up again (to record on or to publish) or
+    // cancelled.
+    void continueJournaledRecording(const QVariantMap &journal, bool publish);
+    void discardJournaledRecording(const QVariantMap &journal);
 
 signals:
     void stateChanged();
@@ -289,6 +299,12 @@ private:
     void recordPauseButtonClicked();
     void setSubmittedStatus(const QString &text);
     void publishRecoveredRecording(const QString &path, const QDateTime &started, const QDateTime &interrupted);
+    // The journal follows the recording: written once the events of the
+    // moment are done, whole.
+    void scheduleJournal();
+    void writeJournal();
+    // The paused recording's page, clock and buttons.
+    void showPaused();
 
     std::unique_ptr<LXMainWindow> m_window;
     QPointer<LXUserLoginPanelController> m_loginPanel;
@@ -314,6 +330,13 @@ private:
     QPointer<QMessageBox> m_startOverSheet;
     QPointer<QFileDialog> m_openPanel;
     QPointer<CountdownView> m_countdownView;
+    RecordingJournal *m_journal = nullptr;
+    RecordingWatch *m_watch = nullptr;
+    // The journal found at the last sign-in, offered from there.
+    std::optional<QVariantMap> m_journalAtSignIn;
+    bool m_journalDue = false;
+    bool m_handOverPending = false;
+    bool m_ending = false;
     bool m_currentJobCompletedUploading = false;
     bool m_waitingOnRecordOrPauseResponse = false;
     bool m_inBetweenMainWindowAndLoginPanel = false;

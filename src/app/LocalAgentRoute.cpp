@@ -50,3 +50,16 @@ void LocalAgentRoute::discardForQuit(Done done)
         return done(std::nullopt);
     ask(&S::cancelLocalJobWithDelegate, std::move(done));
 }
+
+QString LocalAgentRoute::kind() const
+{
+    return m_media == Media::Screen ? QStringLiteral("capture agent, screen") : QStringLiteral("capture agent");
+}
+
+void LocalAgentRoute::finishForEnding(Done done)
+{
+    // The agent finishes its movie on SIGTERM; the answer comes once it has.
+    if (!m_delegate.server())
+        return done(std::nullopt);
+    ask(&S::stopLocalJobWithDelegate, std::move(done));
+}

@@ -76,11 +76,21 @@ void LocalCaptureRoute::discard()
 
 void LocalCaptureRoute::discardForQuit(Done done)
 {
+    whenFinished(std::move(done), &CaptureDevicesController::cancelRecording);
+}
+
+void LocalCaptureRoute::finishForEnding(Done done)
+{
+    whenFinished(std::move(done), &CaptureDevicesController::stopRecording);
+}
+
+void LocalCaptureRoute::whenFinished(Done done, void (CaptureDevicesController::*finish)())
+{
     CaptureDevicesController *capture = m_delegate.captureDevicesController();
     if (!capture || !capture->isRecording())
         return done(std::nullopt);
     QObject::connect(
         capture, &CaptureDevicesController::recordingFinished, m_delegate.routeContext(),
         [done = std::move(done)] { done(std::nullopt); }, Qt::SingleShotConnection);
-    capture->cancelRecording();
+    (capture->*finish)();
 }

@@ -11,6 +11,7 @@
 #include "PageWidgets.h"
 #include "VKPopUpButton.h"
 
+#include <QAccessible>
 #include <QFontDatabase>
 #include <QGraphicsOpacityEffect>
 #include <QGridLayout>
@@ -28,6 +29,14 @@ RecordPage::RecordPage(QWidget *parent)
     auto *v = new QVBoxLayout(this);
     v->setContentsMargins(24, 18, 24, 18);
     v->setSpacing(10);
+
+    m_banners = new QWidget(this);
+    m_banners->setObjectName(QStringLiteral("banners"));
+    auto *bannerLayout = new QVBoxLayout(m_banners);
+    bannerLayout->setContentsMargins(0, 0, 0, 0);
+    bannerLayout->setSpacing(6);
+    m_banners->hide();
+    v->addWidget(m_banners);
 
     auto *devices = new QHBoxLayout;
     m_cameras = named(new VKPopUpButton(this), "camerasPopUpButton", tr("Camera"));
@@ -68,6 +77,10 @@ RecordPage::RecordPage(QWidget *parent)
     m_hotkeySuggestion = named(subtle(QString(), this), "hotkeySuggestion", QString());
     status->addWidget(m_recordingState);
     status->addWidget(m_hotkeySuggestion, 1);
+    m_timeLeft = named(subtle(QString(), this), "timeLeft", QString());
+    m_timeLeft->setWordWrap(false);
+    m_timeLeft->hide();
+    status->addWidget(m_timeLeft);
     auto *timerBox = new LXTimerBackgroundView(this);
     auto *timerLayout = new QHBoxLayout(timerBox);
     timerLayout->setContentsMargins(14, 4, 14, 4);
@@ -93,6 +106,7 @@ RecordPage::RecordPage(QWidget *parent)
             { "recordingState", tr("Whether a recording is running or paused") },
             { "hotkeySuggestion", tr("The key that starts or pauses a recording from any application") },
             { "recordingTimer", tr("How long the recording has run") },
+            { "timeLeft", tr("How much longer this disk can record") },
         });
 }
 
@@ -254,4 +268,47 @@ void RecordPage::showCaptureSession(const std::shared_ptr<CaptureSession> &sessi
         for (const CaptureConnectionPtr &connection : input->connections())
             if (connection->mediaType() == MediaType::Sound && connection->isEnabled())
                 setMicrophoneLevelConnection(connection);
+}
+
+void RecordPage::showBanner(const QString &id, const QString &text)
+{
+    const QString name = QStringLiteral("banner-") + id;
+    auto *banner = m_banners->findChild<QLabel *>(name);
+    if (banner && banner->text() == text)
+        return;
+    if (!banner) {
+        banner = new QLabel(m_banners);
+        banner->setObjectName(name);
+        banner->setWordWrap(true);
+        banner->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        // Dark text on amber: 9.6:1, a warning that does not look like an error.
+        banner->setStyleSheet(QStringLiteral(
+            "background: #f5b942; color: #1b1400; border-radius: 6px; padding: 6px 10px; font-weight: 600;"));
+        m_banners->layout()->addWidget(banner);
+    }
+    banner->setText(text);
+    banner->setAccessibleName(text);
+    banner->setAccessibleDescription(tr("A warning about the recording"));
+    m_banners->show();
+    // Screen readers announce an alert as it appears, wherever the focus is.
+    QAccessibleEvent alert(banner, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void RecordPage::clearBanner(const QString &id)
+{
+    delete m_banners->findChild<QLabel *>(QStringLiteral("banner-") + id);
+    m_banners->setVisible(!m_banners->findChildren<QLabel *>().isEmpty());
+}
+
+QString RecordPage::bannerText(const QString &id) const
+{
+    const auto *banner = m_banners->findChild<QLabel *>(QStringLiteral("banner-") + id);
+    return banner ? banner->text() : QString();
+}
+
+void RecordPage::setTimeLeftText(const QString &text)
+{
+    m_timeLeft->setText(text);
+    m_timeLeft->setVisible(!text.isEmpty());
 }

@@ -52,6 +52,16 @@ public:
     // A chosen microphone's level beside the devices; null hides the meter.
     void setMicrophoneLevelConnection(const CaptureConnectionPtr &connection);
 
+    // A warning over the page while its cause lasts (a silent microphone, a
+    // disk filling up), read out by screen readers as it appears; each kind
+    // of warning is known by `id`, shown once, cleared by clearBanner.
+    void showBanner(const QString &id, const QString &text);
+    void clearBanner(const QString &id);
+    QString bannerText(const QString &id) const;
+    // How much more this disk holds ("About 3 hours of recording left…");
+    // an empty text hides the line.
+    void setTimeLeftText(const QString &text);
+
     void setRecordingStateText(const QString &text);
     // Hiding `animated` fades the text out first.
     void setRecordingStateVisible(bool visible, bool animated = false);
@@ -70,4 +80,6 @@ private:
     QLabel *m_recordingState = nullptr;
     QLabel *m_hotkeySuggestion = nullptr;
     QLabel *m_timer = nullptr;
+    QLabel *m_timeLeft = nullptr;
+    QWidget *m_banners = nullptr;
 };

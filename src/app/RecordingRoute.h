@@ -50,9 +50,14 @@ public:
     RecordingRoute(const RecordingRoute &) = delete;
     RecordingRoute &operator=(const RecordingRoute &) = delete;
 
+    // What the recording journal calls this way of recording.
+    virtual QString kind() const = 0;
     // Recorded here, so this disk fills up and the files are uploaded
     // afterwards; otherwise the server keeps what its camera records.
     virtual bool recordsOnThisComputer() const = 0;
+    // What this way of recording usually writes to this disk a second,
+    // until the recording's own rate can be measured; 0 for nothing here.
+    virtual double expectedBytesPerSecond() const { return 0; }
     // Record was asked for: ends in jobDidStart. A server camera starts
     // already, so it runs while the countdown is shown.
     virtual void prepare() = 0;
@@ -68,6 +73,10 @@ public:
     // The application quits with the user's consent to delete the
     // recording; `done` runs once it is gone, or has failed to go.
     virtual void discardForQuit(Done done) = 0;
+    // Lumex is ending without the user's word (a logout, a signal): what was
+    // recorded is finished and kept, nothing is handed over or deleted; a
+    // server's camera goes on recording. `done` runs once that is so.
+    virtual void finishForEnding(Done done) = 0;
 
 protected:
     using Operation = void (OrvaneServerInterface::*)(QObject *, Done);

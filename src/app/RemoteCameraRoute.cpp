@@ -10,6 +10,25 @@ RemoteCameraRoute::RemoteCameraRoute(RecordingRouteDelegate &delegate, Media med
     , m_media(media)
 { }
 
+namespace {
+
+const QString kVideo = QStringLiteral("server camera");
+const QString kSound = QStringLiteral("server camera, sound");
+
+} // namespace
+
+std::unique_ptr<RemoteCameraRoute> RemoteCameraRoute::fromKind(const QString &kind, RecordingRouteDelegate &delegate)
+{
+    if (kind != kVideo && kind != kSound)
+        return nullptr;
+    return std::make_unique<RemoteCameraRoute>(delegate, kind == kSound ? Media::SoundOnly : Media::Video);
+}
+
+QString RemoteCameraRoute::kind() const
+{
+    return m_media == Media::SoundOnly ? kSound : kVideo;
+}
+
 void RemoteCameraRoute::prepare()
 {
     // The server's job runs already while the countdown is shown.

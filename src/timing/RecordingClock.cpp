@@ -55,3 +55,9 @@ void RecordingClock::stopRepeating()
     m_everySecondTimer->deleteLater();
     m_everySecondTimer = nullptr;
 }
+
+void RecordingClock::setElapsedTime(double seconds)
+{
+    m_stopWatch->setElapsedTime(seconds);
+    emit ticked();
+}

@@ -28,6 +28,8 @@ public:
     void freeze();
     // Back to zero, with nothing ticking or flashing.
     void reset();
+    // Where a recording taken up again stands; ticks once to show it.
+    void setElapsedTime(double seconds);
 
 signals:
     void ticked();

@@ -31,6 +31,13 @@ public:
     double stop();
     double elapsedTime();
     void reset();
+    // Takes up a recording's time where an earlier run of the program left
+    // it; only while stopped.
+    void setElapsedTime(double seconds)
+    {
+        if (!m_isRunning)
+            m_elapsedInterval = seconds;
+    }
     bool isRunning() const { return m_isRunning; }
 
     // "%02d:%02d:%02d" of whole hours, minutes and seconds; hours are not

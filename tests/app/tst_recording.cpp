@@ -1,3 +1,4 @@
+#include "LXApplication.h"
 #include "LXController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
@@ -10,10 +11,16 @@
 #include "app/SignIn.h"
 #include "capture/MovieInspection.h"
 
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStorageInfo>
+
+#include <csignal>
 
 namespace {
 
@@ -36,6 +43,44 @@ bool badged() // the window icon carries the red recording dot
 {
     const QColor c = QApplication::windowIcon().pixmap(128, 128).toImage().pixelColor(104, 24);
     return c.red() > 200 && c.green() < 80;
+}
+
+// The application as a user runs it, in a process of its own that a test
+// can end as a logout or a crash would: signs in, picks `tile` with the
+// device choice `saved`, records, pauses, enters the title, goes back,
+// records on, then says "recording SECONDS" and waits for its end.
+const char *const kChildVariable = "LUMEX_FLOW_CHILD";
+
+int runFlowChild(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    const QJsonObject task = QJsonDocument::fromJson(qgetenv(kChildVariable)).object();
+    LXUserDefaults::standard().setValue(
+        task["saved"].toVariant().toMap(), LXDefaultsKeys::lastDeviceSelectionFor(task["tile"].toString()));
+    LXController c;
+    LXApplication::catchTerminationSignals(&c, [&c](int) { c.endWithoutAsking(); });
+    QObject::connect(&c, &LXController::terminateRequested, &app, &QApplication::quit, Qt::QueuedConnection);
+    c.awakeFromNib();
+    signInAsDemo(c.loginPanel());
+    auto click
+        = [&c](const QString &name) { QTest::mouseClick(c.window()->findChild<QWidget *>(name), Qt::LeftButton); };
+    if (!QTest::qWaitFor([&c] { return c.remoteCameraSnapshotRefreshTimer() != nullptr; }, 20000))
+        return 2;
+    click(task["tile"].toString().toLower() + "Tile");
+    click("recordPauseButton");
+    if (!QTest::qWaitFor([&c] { return c.recordingTime()->elapsedTime() >= 1.5; }, 20000))
+        return 3;
+    click("recordPauseButton");
+    click("publish");
+    QTest::keyClicks(c.window()->findChild<QWidget *>("title"), task["title"].toString());
+    QTest::keyClicks(c.window()->findChild<QWidget *>("descriptionField"), "Taken up again");
+    click("startOver"); // back to the paused recording
+    click("recordPauseButton");
+    if (!QTest::qWaitFor([&c] { return c.recordingTime()->elapsedTime() >= 3; }, 20000))
+        return 4;
+    std::printf("recording %f\n", c.recordingTime()->elapsedTime());
+    std::fflush(stdout);
+    return app.exec();
 }
 
 } // namespace
@@ -220,6 +265,81 @@ private slots:
         QVERIFY(!m_c->window()->isVisible() && m_c->loginPanel()->loginPanel()->isVisible());
     }
 
+    void aRecordingOutlivesTheApplication_data()
+    {
+        QTest::addColumn<QByteArray>("tile");
+        QTest::addColumn<QVariantMap>("saved");
+        QTest::addColumn<int>("signal");
+        const QVariantMap localCamera { { "isLocalRecording", true }, { "camera", "test:cam1" },
+            { "microphone", "test:mic1" } };
+        QTest::newRow("SIGTERM, local camera") << QByteArray("Video") << localCamera << int(SIGTERM);
+        QTest::newRow("kill -9, local microphone") << QByteArray("Audio") << kLocalMicrophone << int(SIGKILL);
+        QTest::newRow("kill -9, remote camera") << QByteArray("Video") << kRemoteCamera << int(SIGKILL);
+    }
+    void aRecordingOutlivesTheApplication()
+    {
+        QFETCH(QByteArray, tile);
+        QFETCH(QVariantMap, saved);
+        QFETCH(int, signal);
+        const bool local = saved.value("isLocalRecording").toBool();
+        const QString title = QStringLiteral("Outlived, ") + QTest::currentDataTag();
+        QProcess lumex;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(kChildVariable,
+            QJsonDocument(QJsonObject { { "tile", QString(tile) }, { "saved", QJsonValue::fromVariant(saved) },
+                              { "title", title } })
+                .toJson(QJsonDocument::Compact));
+        lumex.setProcessEnvironment(env);
+        lumex.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        lumex.start(QCoreApplication::applicationFilePath(), {});
+        QTRY_VERIFY_WITH_TIMEOUT(lumex.canReadLine() || lumex.state() == QProcess::NotRunning, 60000);
+        const QByteArray said = lumex.readLine();
+        QVERIFY2(said.startsWith("recording "), said.constData());
+        QElapsedTimer sinceSaid;
+        sinceSaid.start();
+        QTest::qWait(1000);
+        const double recorded = said.mid(10).trimmed().toDouble() + sinceSaid.elapsed() / 1000.0;
+        ::kill(pid_t(lumex.processId()), signal);
+        // SIGTERM ends it in order; after kill -9 its agent goes within 2 s.
+        QVERIFY(lumex.waitForFinished(signal == SIGTERM ? LXController::kEndTimeoutMs + 5000 : 5000));
+        if (signal == SIGTERM)
+            QCOMPARE(lumex.exitCode(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            QProcess::execute("pgrep", { "-f", m_sim->sysroot() + "/usr/libexec/orvane/orvxagentd" }) != 0, 2000);
+
+        // The next sign-in as the same user offers it, with what was entered.
+        openRecordPage({});
+        if (!local) {
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->interruptedRecordingQuestion(), 10000);
+            QCOMPARE(m_c->interruptedRecordingQuestion()->text(),
+                QStringLiteral("“Studio 2” is still recording. Continue, publish or discard it?"));
+            QTest::mouseClick(m_c->interruptedRecordingQuestion()->defaultButton(), Qt::LeftButton); // Continue
+            QVERIFY(m_c->state() == State::Recording && m_c->window()->currentPage() == Page::Record);
+            QVERIFY(m_c->recordingTime()->elapsedTime() >= recorded - 1);
+            click("recordPauseButton");
+            QCOMPARE(m_c->state(), State::Paused);
+            click("publish");
+        } else {
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->interruptedRecordingQuestion(), 20000);
+            QVERIFY(m_c->interruptedRecordingQuestion()->text().startsWith("Publish the recording interrupted on "));
+            QTest::mouseClick(m_c->interruptedRecordingQuestion()->defaultButton(), Qt::LeftButton);
+            QCOMPARE(m_c->window()->currentPage(), Page::Metadata);
+        }
+        QCOMPARE(child<QLineEdit>("title")->text(), title);
+        click("publish"); // Done
+        if (!local) {
+            QTRY_VERIFY_WITH_TIMEOUT(!libraryEntry(title).isEmpty(), 10000);
+            return;
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(status(), kSuccess, 40000);
+        const QString entry = libraryEntry(title);
+        QCOMPARE(SimSandbox::readPlist(entry + "/metadata.plist").value("Description").toString(), "Taken up again");
+        const MovieInspection movie = inspectMovie(entry + "/" + QDir(entry).entryList({ "*.mov" }).value(0));
+        const double duration = std::max(movie.videoEnd, movie.audioEnd);
+        QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
+        QVERIFY(!QFile::exists(m_sim->jobDataFolder() + "/current-recording.plist")); // handed over
+    }
+
     void diskCutoffRefusesAndPausesLocalRecordings()
     {
         // A cutoff a million MB above the free space.
@@ -256,5 +376,13 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestRecording)
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsSet(kChildVariable))
+        return runFlowChild(argc, argv);
+    QApplication app(argc, argv);
+    TestRecording test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_recording.moc"

@@ -1,0 +1,119 @@
+#include "RecordingWatch.h"
+
+#include "DesktopNotifier.h"
+#include "LXMainWindow.h"
+#include "RecordPage.h"
+#include "RecordingDiskSpace.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
+#include <QTimer>
+
+namespace {
+
+const QString kLowDisk = QStringLiteral("low-disk");
+// A rate measured over less than this says more about the start than the
+// recording.
+constexpr double kMeasuredAfterSeconds = 5;
+
+} // namespace
+
+RecordingWatch::RecordingWatch(LXMainWindow *window, Source source, QObject *parent)
+    : QObject(parent)
+    , m_window(window)
+    , m_source(std::move(source))
+    , m_timer(new QTimer(this))
+{
+    m_timer->setInterval(3000);
+    connect(m_timer, &QTimer::timeout, this, &RecordingWatch::updateTimeLeft);
+}
+
+void RecordingWatch::start()
+{
+    updateTimeLeft();
+    m_timer->start();
+}
+
+void RecordingWatch::stop()
+{
+    m_timer->stop();
+    m_window->recordPage()->setTimeLeftText(QString());
+    clearAll();
+}
+
+void RecordingWatch::updateTimeLeft()
+{
+    const Recording recording = m_source();
+    if (!recording.local) {
+        m_window->recordPage()->setTimeLeftText(QString());
+        clear(kLowDisk);
+        return;
+    }
+    double rate = recording.expectedBytesPerSecond;
+    if (recording.begun && recording.recordedSeconds >= kMeasuredAfterSeconds) {
+        qint64 written = 0;
+        for (const QString &file : recording.files)
+            written += QFileInfo(file).size();
+        if (written > 0)
+            rate = double(written) / recording.recordedSeconds;
+    }
+    const double room
+        = double(QStorageInfo(QDir::homePath()).bytesAvailable()) - RecordingDiskSpace::cutoffMB() * 1024 * 1024;
+    if (rate <= 0) {
+        m_window->recordPage()->setTimeLeftText(QString());
+        return;
+    }
+    const double seconds = qMax(0.0, room / rate);
+    m_window->recordPage()->setTimeLeftText(timeLeftText(seconds));
+    if (seconds < kLowSeconds)
+        raise(kLowDisk,
+            tr("Less than 10 minutes of recording left on this disk. Free some space, or the recording "
+               "pauses when the disk is full."));
+    else
+        clear(kLowDisk);
+}
+
+QString RecordingWatch::timeLeftText(double seconds)
+{
+    const int minutes = int(seconds / 60);
+    const int hours = minutes / 60;
+    QString amount;
+    if (hours == 0)
+        amount = tr("%n minute(s)", "time left to record", minutes);
+    else if (minutes % 60 == 0)
+        amount = tr("%n hour(s)", "time left to record", hours);
+    else
+        amount = tr("%1 %2", "hours, then minutes")
+                     .arg(tr("%n hour(s)", "time left to record", hours),
+                         tr("%n minute(s)", "time left to record", minutes % 60));
+    return tr("About %1 of recording left on this disk").arg(amount);
+}
+
+void RecordingWatch::raise(const QString &id, const QString &text)
+{
+    const bool isNew = !m_raised.contains(id);
+    m_window->recordPage()->showBanner(id, text);
+    if (!isNew)
+        return;
+    m_raised << id;
+    // The window out of sight, the desktop tells; once per time it arises.
+    if (!m_window->isActiveWindow()) {
+        if (!m_notifier)
+            m_notifier = new DesktopNotifier(this);
+        m_notifier->notify(tr("Lumex: check your recording"), text);
+    }
+}
+
+void RecordingWatch::clear(const QString &id)
+{
+    if (!m_raised.removeOne(id))
+        return;
+    m_window->recordPage()->clearBanner(id);
+}
+
+void RecordingWatch::clearAll()
+{
+    for (const QString &id : std::exchange(m_raised, {}))
+        m_window->recordPage()->clearBanner(id);
+}
