@@ -772,22 +772,6 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
         <translation>Auf diesem Datenträger ist nur noch Platz für weniger als 10 Minuten Aufnahme. Geben Sie Speicherplatz frei, sonst wird die Aufnahme angehalten, wenn der Datenträger voll ist.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n minute(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n Minute</numerusform>
-            <numerusform>%n Minuten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n hour(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n Stunde</numerusform>
-            <numerusform>%n Stunden</numerusform>
-        </translation>
-    </message>
     <message>
         <source>%1 %2</source>
         <comment>hours, then minutes</comment>
@@ -800,6 +784,28 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Lumex: check your recording</source>
         <translation>Lumex: Bitte prüfen Sie Ihre Aufnahme</translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 Minute</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 Stunde</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
     </message>
 </context>
 <context>

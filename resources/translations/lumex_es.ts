@@ -772,22 +772,6 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
         <translation>Quedan menos de 10 minutos de grabación en este disco. Libere espacio o la grabación se pausará cuando el disco esté lleno.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n minute(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n minuto</numerusform>
-            <numerusform>%n minutos</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n hour(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n hora</numerusform>
-            <numerusform>%n horas</numerusform>
-        </translation>
-    </message>
     <message>
         <source>%1 %2</source>
         <comment>hours, then minutes</comment>
@@ -800,6 +784,28 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Lumex: check your recording</source>
         <translation>Lumex: revise su grabación</translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 minuto</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n minuto</numerusform>
+            <numerusform>%n minutos</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 hora</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n hora</numerusform>
+            <numerusform>%n horas</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -772,22 +772,6 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
         <translation>Il reste moins de 10 minutes d’enregistrement sur ce disque. Libérez de l’espace, sinon l’enregistrement sera mis en pause quand le disque sera plein.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n minute(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n minute</numerusform>
-            <numerusform>%n minutes</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n hour(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n heure</numerusform>
-            <numerusform>%n heures</numerusform>
-        </translation>
-    </message>
     <message>
         <source>%1 %2</source>
         <comment>hours, then minutes</comment>
@@ -800,6 +784,28 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Lumex: check your recording</source>
         <translation>Lumex : vérifiez votre enregistrement</translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 minute</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 heure</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n heure</numerusform>
+            <numerusform>%n heures</numerusform>
+        </translation>
     </message>
 </context>
 <context>

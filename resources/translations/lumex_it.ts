@@ -772,22 +772,6 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
         <translation>Su questo disco restano meno di 10 minuti di registrazione. Libera spazio, altrimenti la registrazione verrà messa in pausa quando il disco sarà pieno.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n minute(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n minuto</numerusform>
-            <numerusform>%n minuti</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n hour(s)</source>
-        <comment>time left to record</comment>
-        <translation>
-            <numerusform>%n ora</numerusform>
-            <numerusform>%n ore</numerusform>
-        </translation>
-    </message>
     <message>
         <source>%1 %2</source>
         <comment>hours, then minutes</comment>
@@ -800,6 +784,28 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Lumex: check your recording</source>
         <translation>Lumex: controlla la registrazione</translation>
+    </message>
+    <message>
+        <source>1 minute</source>
+        <translation>1 minuto</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n minuto</numerusform>
+            <numerusform>%n minuti</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 ora</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n ora</numerusform>
+            <numerusform>%n ore</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -76,17 +76,18 @@ void RecordingWatch::updateTimeLeft()
 
 QString RecordingWatch::timeLeftText(double seconds)
 {
+    // English has no plural table of its own: one and many are two texts.
+    const auto minutesText = [](int n) { return n == 1 ? tr("1 minute") : tr("%n minutes", nullptr, n); };
+    const auto hoursText = [](int n) { return n == 1 ? tr("1 hour") : tr("%n hours", nullptr, n); };
     const int minutes = int(seconds / 60);
     const int hours = minutes / 60;
     QString amount;
     if (hours == 0)
-        amount = tr("%n minute(s)", "time left to record", minutes);
+        amount = minutesText(minutes);
     else if (minutes % 60 == 0)
-        amount = tr("%n hour(s)", "time left to record", hours);
+        amount = hoursText(hours);
     else
-        amount = tr("%1 %2", "hours, then minutes")
-                     .arg(tr("%n hour(s)", "time left to record", hours),
-                         tr("%n minute(s)", "time left to record", minutes % 60));
+        amount = tr("%1 %2", "hours, then minutes").arg(hoursText(hours), minutesText(minutes % 60));
     return tr("About %1 of recording left on this disk").arg(amount);
 }
 
