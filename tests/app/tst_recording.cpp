@@ -1,3 +1,5 @@
+#include "CaptureDeviceRegistry.h"
+#include "InputDeviceMenu.h"
 #include "LXApplication.h"
 #include "LXController.h"
 #include "LXDefaultsKeys.h"
@@ -5,6 +7,7 @@
 #include "LXNotificationCenter.h"
 #include "LXPlaceholderLineEdit.h"
 #include "LXUserDefaults.h"
+#include "RecordPage.h"
 #include "TransfersController.h"
 
 #include "SimSandbox.h"
@@ -145,7 +148,8 @@ private slots:
     void initTestCase()
     {
         qputenv("LUMEX_CAPTURE_HARDWARE", "0");
-        qputenv("LUMEX_TEST_DEVICES", "camera:cam1:Test Camera;microphone:mic1:Test Microphone");
+        qputenv("LUMEX_TEST_DEVICES",
+            "camera:cam1:Test Camera;microphone:mic1:Test Microphone;microphone:mic9:Spare Microphone");
         m_sim = std::make_unique<SimSandbox>();
     }
     void init()
@@ -195,6 +199,22 @@ private slots:
         } else {
             record();
             QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 1.2, 10000);
+            // A camera plugged in and a spare microphone pulled out: the menus follow, the recording
+            // keeps its devices (and plays for its whole length, below).
+            const QVariantMap camera = m_c->job()->camera();
+            auto &registry = CaptureDeviceRegistry::instance();
+            QVERIFY(registry.addTestDevice("camera:cam9:Plugged Camera") && registry.removeTestDevice("test:mic9"));
+            auto plugged = [&] {
+                for (const QAction *item : m_c->cameraMenu()->actions())
+                    if (item->text() == "Plugged Camera")
+                        return true;
+                return false;
+            };
+            QTRY_VERIFY(plugged());
+            QCOMPARE(m_c->state(), State::Recording);
+            QCOMPARE(m_c->job()->camera(), camera);
+            QVERIFY(
+                registry.removeTestDevice("test:cam9") && registry.addTestDevice("microphone:mic9:Spare Microphone"));
             // The key pauses, the menu resumes, the button pauses again.
             LXNotificationCenter::defaultCenter().post(kRecordPauseKeyShortcutTriggered);
             QVERIFY(m_c->state() == State::Paused && !badged() && child("recordingState")->isVisible());
@@ -346,6 +366,14 @@ private slots:
         const double huge = double(QStorageInfo(m_sim->home()).bytesAvailable()) / 1024 / 1024 + 1e6;
         SimSandbox::writePlist(adHocDefaults(), QVariantMap { { "RecordingDiskSpaceCutoffInMB", huge } });
         openRecordPage("Audio", kLocalMicrophone);
+        // Room for under 10 minutes at the microphone's usual rate: the time left and a banner say so.
+        const double free = double(QStorageInfo(m_sim->home()).bytesAvailable()) / 1024 / 1024;
+        SimSandbox::writePlist(adHocDefaults(), QVariantMap { { "RecordingDiskSpaceCutoffInMB", free - 100 - 5 } });
+        auto *page = m_c->window()->recordPage();
+        QTRY_VERIFY_WITH_TIMEOUT(!page->bannerText("low-disk").isEmpty(), 5000);
+        QVERIFY(child<QLabel>("timeLeft")->text().startsWith("About ")
+            && child<QLabel>("timeLeft")->text().endsWith("minutes of recording left on this disk"));
+        SimSandbox::writePlist(adHocDefaults(), QVariantMap { { "RecordingDiskSpaceCutoffInMB", huge } });
         Log::Capture log;
         click("recordPauseButton");
         QVERIFY(
