@@ -1,11 +1,17 @@
 #include "Process.h"
 
 #include <cerrno>
+#include <condition_variable>
 #include <csignal>
+#include <deque>
 #include <fcntl.h>
+#include <mutex>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
 
 void FileDescriptor::reset(int fd)
@@ -68,6 +74,143 @@ int spawnProcess(pid_t *pid, const char *path, char *const argv[], char *const e
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
     return rc;
+}
+
+namespace {
+
+struct BoundSpawn
+{
+    const char *path;
+    char *const *argv;
+    char *const *envp;
+    int deathSignal;
+    pid_t pid = -1;
+    int error = 0;
+    bool done = false;
+};
+
+// Runs in the child between fork and exec: async-signal-safe calls only.
+[[noreturn]] void execBoundChild(const BoundSpawn &spawn, pid_t parent, int reportFd)
+{
+    ::prctl(PR_SET_PDEATHSIG, spawn.deathSignal);
+    // The parent may have died before the signal was armed: then it never
+    // comes, and nobody wants this child any more.
+    if (::getppid() != parent)
+        ::_exit(127);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    struct sigaction defaultAction = {};
+    defaultAction.sa_handler = SIG_DFL;
+    ::sigaction(SIGPIPE, &defaultAction, nullptr);
+    // Everything from 3 up goes, but the report pipe, which closes on exec.
+    if (reportFd > 3)
+        ::close_range(3, unsigned(reportFd) - 1, 0);
+    ::close_range(unsigned(reportFd) + 1, ~0U, 0);
+    ::execve(spawn.path, spawn.argv, spawn.envp);
+    const int error = errno;
+    [[maybe_unused]] const ssize_t written = ::write(reportFd, &error, sizeof error);
+    ::_exit(127);
+}
+
+void forkBoundChild(BoundSpawn &spawn)
+{
+    const pid_t parent = ::getpid();
+    // Closed by a successful exec; carries exec's error otherwise.
+    DescriptorPair report = makePipe();
+    if (!report.valid()) {
+        spawn.error = errno;
+        return;
+    }
+    const pid_t child = ::fork();
+    if (child < 0) {
+        spawn.error = errno;
+        return;
+    }
+    if (child == 0)
+        execBoundChild(spawn, parent, report.second.get());
+    report.second.reset();
+    int childError = 0;
+    ssize_t got;
+    do {
+        got = ::read(report.first.get(), &childError, sizeof childError);
+    } while (got < 0 && errno == EINTR);
+    if (got == sizeof childError) {
+        waitForChild(child, nullptr);
+        spawn.error = childError;
+        return;
+    }
+    spawn.pid = child;
+}
+
+// The one thread that makes bound children. It is never joined nor
+// destroyed: it must outlive every caller, and its end would send the
+// death signal to every child it made.
+class BoundSpawner final
+{
+public:
+    static BoundSpawner *instance()
+    {
+        static BoundSpawner *const s_spawner = [] {
+            auto *spawner = new BoundSpawner;
+            // It takes none of the process's signals: they are for the
+            // threads that wait for them.
+            sigset_t all, previous;
+            sigfillset(&all);
+            pthread_sigmask(SIG_SETMASK, &all, &previous);
+            try {
+                std::thread([spawner] { spawner->run(); }).detach();
+            } catch (const std::system_error &) {
+                delete spawner;
+                spawner = nullptr;
+            }
+            pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+            return spawner;
+        }();
+        return s_spawner;
+    }
+
+    void spawn(BoundSpawn &request)
+    {
+        std::unique_lock locker(m_mutex);
+        m_queue.push_back(&request);
+        m_changed.notify_all();
+        m_changed.wait(locker, [&request] { return request.done; });
+    }
+
+private:
+    [[noreturn]] void run()
+    {
+        std::unique_lock locker(m_mutex);
+        for (;;) {
+            m_changed.wait(locker, [this] { return !m_queue.empty(); });
+            BoundSpawn *request = m_queue.front();
+            m_queue.pop_front();
+            locker.unlock();
+            forkBoundChild(*request);
+            locker.lock();
+            request->done = true;
+            m_changed.notify_all();
+        }
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<BoundSpawn *> m_queue;
+};
+
+} // namespace
+
+int spawnBoundProcess(pid_t *pid, const char *path, char *const argv[], char *const envp[], int deathSignal)
+{
+    BoundSpawner *spawner = BoundSpawner::instance();
+    if (!spawner)
+        return EAGAIN;
+    BoundSpawn request { path, argv, envp, deathSignal };
+    spawner->spawn(request);
+    if (request.error == 0)
+        *pid = request.pid;
+    return request.error;
 }
 
 pid_t waitForChild(pid_t pid, int *rawStatus, int options)

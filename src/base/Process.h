@@ -80,6 +80,17 @@ struct ChildDescriptor
 int spawnProcess(pid_t *pid, const char *path, char *const argv[], char *const envp[],
     std::initializer_list<ChildDescriptor> mappings = {});
 
+// Starts `path` with `argv` and `envp`, with our standard streams and no
+// other descriptor of ours, and sees that it is sent `deathSignal` when this
+// process ends in any way, kill -9 included: the kernel's parent-death
+// signal. That signal follows the thread that made the child, so every such
+// child is made by one thread that lives as long as the process; and a child
+// whose parent died before the signal was armed exits at once instead of
+// starting. Its signal mask is empty and SIGPIPE back to its default.
+// Returns 0 and the child's id in `pid`, or the error number (a child that
+// cannot be executed reports exec's).
+int spawnBoundProcess(pid_t *pid, const char *path, char *const argv[], char *const envp[], int deathSignal);
+
 // waitpid that carries on through signal interruptions. Returns what waitpid
 // returns: the id, 0 (WNOHANG, still running) or -1.
 pid_t waitForChild(pid_t pid, int *rawStatus, int options = 0);

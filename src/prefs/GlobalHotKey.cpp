@@ -109,17 +109,29 @@ public:
         if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
             return 0;
         const auto *key = reinterpret_cast<const xcb_key_press_event_t *>(event);
-        if (key->detail != m_keycode || key->event != m_root)
+        if (key->detail != m_keycode)
             return 0;
         if (type == XCB_KEY_RELEASE) {
+            // Taken from whichever of our windows it reaches: a popup that
+            // grabs the keyboard while the key is down gets the release, and
+            // a release missed here would make the next press a repeat.
             m_pressed = false;
             m_releaseTime = key->time;
             return 0;
         }
+        // Only the press that activates the root grab counts; one reported
+        // to a window of ours comes while no grab is held (the key editor).
+        if (key->event != m_root)
+            return 0;
         // A held key repeats as more presses (detectable auto-repeat) or as
-        // release-press pairs carrying one timestamp.
-        const bool repeat = m_pressed || (m_releaseTime && key->time == m_releaseTime);
+        // release-press pairs carrying one timestamp. Held presses come at
+        // the repeat rate, so a press long after the last one means its
+        // release went to another client (one that grabbed the keyboard
+        // meanwhile): it is a new press.
+        const bool held = m_pressed && key->time - m_lastPressTime < kLongestRepeatGapMs;
+        const bool repeat = held || (m_releaseTime && key->time == m_releaseTime);
         m_pressed = true;
+        m_lastPressTime = key->time;
         if (repeat) {
             ++m_ignoredRepeats;
             return 0;
@@ -132,6 +144,8 @@ public:
 
 private:
     // Caps Lock and Num Lock must not stop the combination.
+    // Longer than any keyboard's repeat delay and interval.
+    static constexpr xcb_timestamp_t kLongestRepeatGapMs = 2000;
     static constexpr uint16_t kLockVariants[]
         = { 0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2 };
 
@@ -139,8 +153,12 @@ private:
     {
         bool ok = true;
         for (uint16_t variant : kLockVariants) {
+            // Not owner_events: while a window of ours has the focus, the
+            // grab would report the key's release (and its repeats) to that
+            // window instead of the root, and the key would stay held here,
+            // so the next press was taken for a repeat and lost.
             const xcb_void_cookie_t cookie = xcb_grab_key_checked(
-                m_connection, 1, m_root, m_modifiers | variant, m_keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                m_connection, 0, m_root, m_modifiers | variant, m_keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
             if (xcb_generic_error_t *error = xcb_request_check(m_connection, cookie)) {
                 ok = false;
                 std::free(error);
@@ -169,6 +187,7 @@ private:
     OperatingMode m_mode = Normal;
     bool m_pressed = false;
     xcb_timestamp_t m_releaseTime = 0;
+    xcb_timestamp_t m_lastPressTime = 0;
     int m_ignoredRepeats = 0;
 };
 

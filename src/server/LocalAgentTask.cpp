@@ -17,7 +17,7 @@ std::shared_ptr<LocalAgentTask> LocalAgentTask::launch(
     CStringArray argv(QStringList { program } + arguments);
     // The agent gets our standard streams and nothing else we hold open.
     pid_t pid = -1;
-    const int rc = spawnProcess(&pid, argv.first(), argv.data(), environ);
+    const int rc = spawnBoundProcess(&pid, argv.first(), argv.data(), environ, SIGTERM);
     if (rc != 0) {
         if (errnoOut)
             *errnoOut = rc;
@@ -88,6 +88,7 @@ int LocalAgentTask::sendSignal(int signal)
 
 int LocalAgentTask::terminate()
 {
+    m_terminated = true;
     return sendSignal(SIGTERM);
 }
 

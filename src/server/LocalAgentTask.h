@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -12,6 +13,8 @@
 // of a recording. Unlike QProcess it never kills or waits for the child when
 // it goes away; whether the child still runs is asked with waitpid(WNOHANG),
 // so an exited child (a zombie) counts as not running and is reaped.
+// A launched agent is sent SIGTERM, so that it finishes its movie, when this
+// process ends in any way (see spawnBoundProcess).
 class LocalAgentTask final
 {
 public:
@@ -41,6 +44,9 @@ public:
 
     // SIGTERM, as the platform's terminate.
     int terminate();
+    // Whether terminate() was called: an agent that ends without it ended
+    // by itself. Cheap enough to ask every second with isRunning().
+    bool wasTerminated() const { return m_terminated.load(); }
 
     // Blocks until the child has exited or `limit` has passed; true when it
     // has exited. For worker threads only.
@@ -52,5 +58,6 @@ private:
     const pid_t m_pid;
     std::mutex m_mutex;
     bool m_reaped = false;
+    std::atomic<bool> m_terminated { false };
     int m_status = -1;
 };

@@ -79,6 +79,41 @@ private slots:
         QTRY_COMPARE(m_presses, 6);
     }
 
+    // Record, pause, resume, pause: each press must count, also when a
+    // window of ours has the focus (the grab used to report the release to
+    // that window, so the key stayed held and the next press was a repeat).
+    void everyPressTogglesWhateverHasTheFocus_data()
+    {
+        QTest::addColumn<bool>("focusedFirst"); // our window active before the first press
+        QTest::newRow("our window has the focus") << true;
+        QTest::newRow("our window comes forward on the first press") << false;
+    }
+    void everyPressTogglesWhateverHasTheFocus()
+    {
+        QFETCH(bool, focusedFirst);
+        QWidget window;
+        window.resize(100, 100);
+        const auto activate = [&window] {
+            window.show();
+            window.activateWindow();
+            return QTest::qWaitForWindowActive(&window);
+        };
+        if (focusedFirst)
+            QVERIFY(activate());
+        const int before = m_presses;
+        for (int i = 1; i <= 4; ++i) {
+            // Held until the application has answered, as a hand does.
+            xdotool({ "keydown", "super+F2" });
+            QTRY_COMPARE(m_presses, before + i);
+            if (i == 1 && !focusedFirst)
+                QVERIFY(activate());
+            xdotool({ "keyup", "super+F2" });
+        }
+        xdotool({ "key", "F2" }); // a marker: everything before it has arrived
+        QTRY_VERIFY(window.isActiveWindow());
+        QCOMPARE(m_presses, before + 4);
+    }
+
     void combinationHeldElsewhereIsLogged()
     {
         xcb_connection_t *other = xcb_connect(nullptr, nullptr);

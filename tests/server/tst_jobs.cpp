@@ -6,6 +6,7 @@
 // the asynchronous forms, and whole runs against the simulator.
 
 #include "SimSandbox.h"
+#include "capture/MovieInspection.h"
 
 #include "LXDefaultsKeys.h"
 #include "LXUserDefaults.h"
@@ -13,10 +14,14 @@
 
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QThread>
 #include <QTimeZone>
 
 #include <csignal>
+#include <cstdio>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
 
@@ -80,6 +85,28 @@ struct Start
     QString videoValue = QStringLiteral("Automatic");
     QString filePrefix = QStringLiteral("LocalAudio-");
 };
+
+// The client side of a local audio recording in a process of its own, for
+// tests that end that process: starts the agent as the application does
+// (from a worker thread) and prints "PID MOVIE" once it runs.
+int runRecordingClient(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    const auto interface = SimSandbox::makeInterface();
+    interface->job()->setLocalAudioDeviceName(QStringLiteral("test:mic1"));
+    QObject delegate;
+    interface->startLocalAudioJobWithDelegate(&delegate, [&](const std::optional<Error> &error) {
+        const auto task = interface->job()->localAgentTask();
+        if (error || !task) {
+            std::fprintf(stderr, "no agent: %s\n", qPrintable(error ? error->localizedDescription : QString()));
+            QCoreApplication::exit(1);
+            return;
+        }
+        std::printf("%d %s\n", int(task->processIdentifier()), qPrintable(interface->job()->movieFilePaths()->last()));
+        std::fflush(stdout);
+    });
+    return app.exec();
+}
 
 } // namespace
 
@@ -461,6 +488,66 @@ private slots:
         QCOMPARE(m_job->movieFilePaths()->size(), 1); // the path stays
     }
 
+    // However the application ends, the agent it started is told to stop
+    // and finishes its movie.
+    void agentEndsWithItsClient_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("kill -9") << int(SIGKILL);
+        QTest::newRow("a crash") << int(SIGABRT);
+    }
+    void agentEndsWithItsClient()
+    {
+        QFETCH(int, signal);
+        QVERIFY(m_sim.installTools());
+        // Orphans come to this process, so the agent can be waited for here.
+        QCOMPARE(::prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+        const auto notSubreaper = qScopeGuard([] { ::prctl(PR_SET_CHILD_SUBREAPER, 0); });
+        QProcess client;
+        QProcessEnvironment env = m_sim.environment();
+        env.insert(QStringLiteral("LUMEX_TEST_DEVICES"), QStringLiteral("microphone:mic1"));
+        env.insert(QStringLiteral("LUMEX_CAPTURE_HARDWARE"), QStringLiteral("0"));
+        client.setProcessEnvironment(env);
+        client.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--recording-client") });
+        const auto noClient = qScopeGuard([&client] {
+            client.kill();
+            client.waitForFinished();
+        });
+        QVERIFY(client.waitForReadyRead(30000));
+        const QString started = QString::fromUtf8(client.readLine().trimmed());
+        const pid_t agent = started.section(QLatin1Char(' '), 0, 0).toInt();
+        const QString movie = started.section(QLatin1Char(' '), 1);
+        QVERIFY2(agent > 0, qPrintable(started));
+        // A second of sound on disk, long after the worker thread that
+        // started the agent has ended.
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(movie).size() > 20000, 20000);
+        QCOMPARE(::waitpid(agent, nullptr, WNOHANG), -1); // not ours yet: still the client's
+
+        QCOMPARE(::kill(pid_t(client.processId()), signal), 0);
+        QVERIFY(client.waitForFinished(5000));
+        QElapsedTimer sinceDeath;
+        sinceDeath.start();
+        int status = 0;
+        pid_t reaped = 0;
+        while (reaped == 0 && sinceDeath.elapsed() < 2000) {
+            reaped = ::waitpid(agent, &status, WNOHANG);
+            if (reaped == 0)
+                QTest::qWait(20);
+        }
+        if (reaped == 0) {
+            ::kill(agent, SIGKILL);
+            ::waitpid(agent, nullptr, 0);
+        }
+        QVERIFY2(reaped == agent, "the agent still runs 2 s after its client died");
+        QVERIFY2(WIFEXITED(status) && WEXITSTATUS(status) == 0, qPrintable(QString::number(status)));
+        const MovieInspection recorded = inspectMovie(movie);
+        QVERIFY(recorded.readable);
+        QCOMPARE(recorded.audioCodec, QStringLiteral("audio/mpeg"));
+        QVERIFY2(recorded.audioEnd > 0.9, qPrintable(QString::number(recorded.audioEnd)));
+        // Finished, not cut off: a plain movie.
+        QVERIFY(!recorded.topLevelAtoms.contains(QStringLiteral("moof")));
+    }
+
     void cancelDeletesOnlyLastPath()
     {
         const QString chosen = m_sim.path() + QStringLiteral("/chosen.mov");
@@ -549,5 +636,12 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestJobs)
+int main(int argc, char **argv)
+{
+    if (argc == 2 && qstrcmp(argv[1], "--recording-client") == 0)
+        return runRecordingClient(argc, argv);
+    QCoreApplication app(argc, argv);
+    TestJobs test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_jobs.moc"
