@@ -37,8 +37,10 @@ QVariant plain(const QVariant &value)
     case QMetaType::Int:
     case QMetaType::LongLong:
     case QMetaType::Double:
-    case QMetaType::QDateTime:
         return value;
+    case QMetaType::QDateTime:
+        // A server's recording has no start of ours.
+        return value.toDateTime().isValid() ? value : QVariant();
     default:
         return QVariant();
     }
