@@ -767,6 +767,29 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     </message>
 </context>
 <context>
+    <name>RecordingGuard</name>
+    <message>
+        <source>No sound from “%1” for 10 seconds</source>
+        <translation>{&apos;de&apos;: &apos;Kein Ton von „%1“ seit 10 Sekunden&apos;, &apos;fr&apos;: &apos;Aucun son de « %1 » depuis 10 secondes&apos;, &apos;es&apos;: &apos;Sin sonido de «%1» desde hace 10 segundos&apos;, &apos;it&apos;: &apos;Nessun suono da «%1» da 10 secondi&apos;, &apos;pt_BR&apos;: &apos;Sem som de “%1” há 10 segundos&apos;}</translation>
+    </message>
+    <message>
+        <source>“%1” is too loud</source>
+        <translation>{&apos;de&apos;: &apos;„%1“ ist zu laut&apos;, &apos;fr&apos;: &apos;« %1 » est trop fort&apos;, &apos;es&apos;: &apos;«%1» está demasiado alto&apos;, &apos;it&apos;: &apos;Il volume di «%1» è troppo alto&apos;, &apos;pt_BR&apos;: &apos;“%1” está alto demais&apos;}</translation>
+    </message>
+    <message>
+        <source>The picture from “%1” has stopped</source>
+        <translation>{&apos;de&apos;: &apos;Das Bild von „%1“ ist stehen geblieben&apos;, &apos;fr&apos;: &apos;L’image de « %1 » est figée&apos;, &apos;es&apos;: &apos;La imagen de «%1» se ha detenido&apos;, &apos;it&apos;: &apos;L’immagine di «%1» si è fermata&apos;, &apos;pt_BR&apos;: &apos;A imagem de “%1” parou&apos;}</translation>
+    </message>
+    <message>
+        <source>The screen recording stopped unexpectedly; what was recorded is kept.</source>
+        <translation>{&apos;de&apos;: &apos;Die Bildschirmaufnahme wurde unerwartet beendet; das bisher Aufgenommene bleibt erhalten.&apos;, &apos;fr&apos;: &apos;L’enregistrement de l’écran s’est arrêté de façon inattendue ; ce qui a été enregistré est conservé.&apos;, &apos;es&apos;: &apos;La grabación de la pantalla se detuvo inesperadamente; lo grabado se conserva.&apos;, &apos;it&apos;: &apos;La registrazione dello schermo si è interrotta inaspettatamente; quanto registrato viene conservato.&apos;, &apos;pt_BR&apos;: &apos;A gravação da tela parou inesperadamente; o que foi gravado foi mantido.&apos;}</translation>
+    </message>
+    <message>
+        <source>The sound recording stopped unexpectedly; what was recorded is kept.</source>
+        <translation>{&apos;de&apos;: &apos;Die Tonaufnahme wurde unerwartet beendet; das bisher Aufgenommene bleibt erhalten.&apos;, &apos;fr&apos;: &apos;L’enregistrement du son s’est arrêté de façon inattendue ; ce qui a été enregistré est conservé.&apos;, &apos;es&apos;: &apos;La grabación de sonido se detuvo inesperadamente; lo grabado se conserva.&apos;, &apos;it&apos;: &apos;La registrazione audio si è interrotta inaspettatamente; quanto registrato viene conservato.&apos;, &apos;pt_BR&apos;: &apos;A gravação de som parou inesperadamente; o que foi gravado foi mantido.&apos;}</translation>
+    </message>
+</context>
+<context>
     <name>RecordingWatch</name>
     <message>
         <source>Less than 10 minutes of recording left on this disk. Free some space, or the recording pauses when the disk is full.</source>
@@ -806,6 +829,14 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
             <numerusform>%n heure</numerusform>
             <numerusform>%n heures</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>“%1” was disconnected. The recording goes on; its picture stays black until the recording ends.</source>
+        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft weiter; ihr Bild bleibt schwarz, bis die Aufnahme endet.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue ; son image reste noire jusqu’à la fin de l’enregistrement.', 'es': 'Se ha desconectado «%1». La grabación continúa; su imagen queda en negro hasta que termine la grabación.', 'it': '«%1» è stato scollegato. La registrazione continua; la sua immagine resta nera fino alla fine della registrazione.', 'pt_BR': '“%1” foi desconectado. A gravação continua; a imagem fica preta até o fim da gravação.'}</translation>
+    </message>
+    <message>
+        <source>“%1” was disconnected. The recording goes on without its sound until the recording ends.</source>
+        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft bis zu ihrem Ende ohne seinen Ton weiter.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue sans le son de cet appareil jusqu’à la fin.', 'es': 'Se ha desconectado «%1». La grabación continúa sin su sonido hasta que termine.', 'it': '«%1» è stato scollegato. La registrazione continua senza il suo audio fino alla fine.', 'pt_BR': '“%1” foi desconectado. A gravação continua sem o som dele até o fim.'}</translation>
     </message>
 </context>
 <context>

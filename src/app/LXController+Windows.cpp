@@ -10,6 +10,7 @@
 #include "MetadataPage.h"
 #include "RecordPage.h"
 #include "RecordingJournal.h"
+#include "RecordingWatch.h"
 #include "RemoteCameraPreviews.h"
 #include "SecondaryWindows.h"
 #include "SourceChooserPage.h"
@@ -73,6 +74,8 @@ void LXController::connectWindow()
         scheduleJournal();
     });
 
+    connect(m_captureDevicesController, &CaptureDevicesController::recordingDeviceLost, m_watch,
+        &RecordingWatch::deviceLost);
     connect(m_devices, &DeviceChooser::localMicrophoneChosen, this, &LXController::localMicrophoneSelected);
     connect(m_devices, &DeviceChooser::remoteMicrophoneChosen, this, &LXController::remoteMicrophoneSelected);
     connect(m_devices, &DeviceChooser::remoteCameraChosen, this, &LXController::remoteCameraSelected);

@@ -61,9 +61,17 @@ LXController::LXController()
     m_watch = new RecordingWatch(
         m_window.get(),
         [this] {
-            return RecordingWatch::Recording { m_route && m_route->recordsOnThisComputer() && m_mode != Mode::File,
-                hasBegunRecording(), m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList(),
-                recordingTime()->elapsedTime(), m_route ? m_route->expectedBytesPerSecond() : 0 };
+            // The guard hears the microphone through the record page's meter,
+            // the agent's recordings too; the picture is our own capture's.
+            const std::shared_ptr<CaptureSession> capture = m_captureDevicesController->captureSession();
+            const RecordingGuard::Reading guarded { hasBegunRecording(), m_state == State::Recording,
+                m_window->recordPage()->microphoneLevelConnection(),
+                capture && m_captureDevicesController->isRecording() ? capture->videoConnection() : nullptr,
+                m_job ? m_job->localAgentTask() : nullptr, m_mode == Mode::Screen };
+            return RecordingWatch::Recording { guarded,
+                m_route && m_route->recordsOnThisComputer() && m_mode != Mode::File, hasBegunRecording(),
+                m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList(), recordingTime()->elapsedTime(),
+                m_route ? m_route->expectedBytesPerSecond() : 0 };
         },
         this);
     m_devices = new DeviceChooser(m_captureDevicesController, this);

@@ -194,6 +194,11 @@ void RecordPage::setMicrophoneLevelConnection(const CaptureConnectionPtr &connec
     m_levelMeter->setVisible(bool(connection));
 }
 
+CaptureConnectionPtr RecordPage::microphoneLevelConnection() const
+{
+    return m_levelMeter->connection();
+}
+
 void RecordPage::setRecordingStateText(const QString &text)
 {
     m_recordingState->setText(text);

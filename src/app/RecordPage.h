@@ -51,6 +51,7 @@ public:
     void showCaptureSession(const std::shared_ptr<CaptureSession> &session);
     // A chosen microphone's level beside the devices; null hides the meter.
     void setMicrophoneLevelConnection(const CaptureConnectionPtr &connection);
+    CaptureConnectionPtr microphoneLevelConnection() const;
 
     // A warning over the page while its cause lasts (a silent microphone, a
     // disk filling up), read out by screen readers as it appears; each kind

@@ -24,20 +24,30 @@ RecordingWatch::RecordingWatch(LXMainWindow *window, Source source, QObject *par
     , m_window(window)
     , m_source(std::move(source))
     , m_timer(new QTimer(this))
+    , m_guardTimer(new QTimer(this))
+    , m_guard(new RecordingGuard(this))
 {
     m_timer->setInterval(3000);
     connect(m_timer, &QTimer::timeout, this, &RecordingWatch::updateTimeLeft);
+    m_guardTimer->setInterval(RecordingGuard::kCheckIntervalMs);
+    connect(
+        m_guardTimer, &QTimer::timeout, this, [this] { m_guard->check(m_source().guarded, StreamHealth::nowMs()); });
+    connect(m_guard, &RecordingGuard::raised, this, &RecordingWatch::raise);
+    connect(m_guard, &RecordingGuard::cleared, this, &RecordingWatch::clear);
 }
 
 void RecordingWatch::start()
 {
     updateTimeLeft();
     m_timer->start();
+    m_guardTimer->start();
 }
 
 void RecordingWatch::stop()
 {
     m_timer->stop();
+    m_guardTimer->stop();
+    m_guard->reset();
     m_window->recordPage()->setTimeLeftText(QString());
     clearAll();
 }
@@ -89,6 +99,16 @@ QString RecordingWatch::timeLeftText(double seconds)
     else
         amount = tr("%1 %2", "hours, then minutes").arg(hoursText(hours), minutesText(minutes % 60));
     return tr("About %1 of recording left on this disk").arg(amount);
+}
+
+void RecordingWatch::deviceLost(const QString &name, bool gavePicture)
+{
+    raise(QStringLiteral("lost-") + name,
+        gavePicture
+            ? tr("“%1” was disconnected. The recording goes on; its picture stays black until the "
+                 "recording ends.")
+                  .arg(name)
+            : tr("“%1” was disconnected. The recording goes on without its sound until the recording ends.").arg(name));
 }
 
 void RecordingWatch::raise(const QString &id, const QString &text)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RecordingGuard.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -23,9 +25,11 @@ class RecordingWatch final : public QObject
     Q_DISABLE_COPY_MOVE(RecordingWatch)
 
 public:
-    // What the watch needs to know of the recording, asked every 3 s.
+    // What the watch needs to know of the recording, asked every 3 s for
+    // the time left, and by the guard four times a second.
     struct Recording
     {
+        RecordingGuard::Reading guarded;
         bool local = false; // recorded here: this disk fills up
         bool begun = false;
         QStringList files;
@@ -51,6 +55,9 @@ public:
     void raise(const QString &id, const QString &text);
     void clear(const QString &id);
     void clearAll();
+    RecordingGuard *guard() const { return m_guard; }
+    // A device of the recording went away and the recording went on.
+    void deviceLost(const QString &name, bool gavePicture);
 
     // "About 2 hours 10 minutes of recording left on this disk".
     static QString timeLeftText(double seconds);
@@ -59,6 +66,8 @@ private:
     LXMainWindow *m_window;
     Source m_source;
     QTimer *m_timer = nullptr;
+    QTimer *m_guardTimer = nullptr;
+    RecordingGuard *m_guard = nullptr;
     QPointer<DesktopNotifier> m_notifier;
     QStringList m_raised;
 };

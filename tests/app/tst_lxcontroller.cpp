@@ -9,6 +9,7 @@
 #include "LocalAgentTask.h"
 #include "Log.h"
 #include "PreferencesController.h"
+#include "RecordingGuard.h"
 #include "TransfersController.h"
 
 #include "SimSandbox.h"
@@ -552,6 +553,63 @@ private slots:
         QVERIFY(m_controller->cameraConfigController());
         m_controller->cameraConfigController()->window()->close();
         QVERIFY(!m_controller->cameraConfigController());
+    }
+
+    // The guard's judgement over time, on counted streams. Each step is
+    // "MS:STATE:DB:CLIPPED%:FRAME" (R recording, P paused, I no recording;
+    // FRAME 1 for a new picture); the conditions raised after the last step.
+    void guardJudgesEachStretchOfRecording_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QStringList>("raised");
+        const QString quiet = "0:R:-60:0:1 5000:R:-60:0:1 ";
+        QTest::newRow("quiet for less than 10 s") << quiet + "9750:R:-60:0:1" << QStringList();
+        QTest::newRow("quiet for 10 s") << quiet + "10000:R:-60:0:1" << QStringList { "silence" };
+        QTest::newRow("sound again clears") << quiet + "10000:R:-60:0:1 10250:R:-20:0:1" << QStringList();
+        QTest::newRow("a pause is no silence")
+            << quiet + "6000:P:-60:0:1 20000:P:-60:0:1 20250:R:-60:0:1 30000:R:-60:0:1" << QStringList();
+        QTest::newRow("quiet 10 s after resuming")
+            << quiet + "6000:P:-60:0:1 20250:R:-60:0:1 30250:R:-60:0:1" << QStringList { "silence" };
+        QTest::newRow("sound clears while paused") << quiet + "10000:R:-60:0:1 11000:P:-20:0:1" << QStringList();
+        QTest::newRow("clipping just under 1%") << "0:R:-10:0:1 1000:R:-10:0.9:1 2000:R:-10:0.9:1" << QStringList();
+        QTest::newRow("clipping over 1%")
+            << "0:R:-10:0:1 1000:R:-10:1.2:1 2000:R:-10:1.2:1" << QStringList { "clipping" };
+        QTest::newRow("clipping ends with its window")
+            << "0:R:-10:0:1 1000:R:-10:5:1 2000:R:-10:0:1 3250:R:-10:0:1" << QStringList();
+        QTest::newRow("picture still for less than 3 s") << "0:R:-10:0:1 2750:R:-10:0:0" << QStringList();
+        QTest::newRow("picture still for 3 s") << "0:R:-10:0:1 3000:R:-10:0:0" << QStringList { "frozen" };
+        QTest::newRow("a new picture clears") << "0:R:-10:0:1 3000:R:-10:0:0 3250:R:-10:0:1" << QStringList();
+        QTest::newRow("still since before the recording")
+            << "0:I:-60:0:1 5000:R:-60:0:0 7750:R:-60:0:0 8000:R:-60:0:0" << QStringList { "frozen" };
+        QTest::newRow("the recording's end clears all") << quiet + "10000:R:-60:5:0 11000:I:-60:0:0" << QStringList();
+    }
+    void guardJudgesEachStretchOfRecording()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QStringList, raised);
+        RecordingGuard guard;
+        RecordingGuard::Reading reading;
+        reading.sound = std::make_shared<CaptureConnection>(nullptr, MediaType::Sound, "audio");
+        reading.picture = std::make_shared<CaptureConnection>(nullptr, MediaType::Video, "video");
+        qint64 last = 0;
+        for (const QString &step : steps.split(' ')) {
+            const QStringList f = step.split(':');
+            const qint64 now = f[0].toLongLong();
+            reading.begun = f[1] != "I";
+            reading.recording = f[1] == "R";
+            reading.sound->setAveragePowerLevel(f[2].toFloat());
+            // Counted at 48,000 samples a second since the step before.
+            const quint64 samples = quint64(now - last) * 48;
+            reading.sound->health()->samples += samples;
+            reading.sound->health()->clippedSamples += quint64(double(samples) * f[3].toDouble() / 100);
+            if (f[4] == "1")
+                reading.picture->health()->lastChangedFrameMs = now;
+            guard.check(reading, now);
+            last = now;
+        }
+        QStringList actual = guard.raisedConditions();
+        actual.sort();
+        QCOMPARE(actual, raised);
     }
 
     void workflowMenuSplitsTitleAndToolTip()

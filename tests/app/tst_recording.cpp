@@ -163,6 +163,11 @@ private slots:
         if (m_c && m_c->job()->localAgentTask()) // an agent left recording
             m_c->server()->cancelLocalJob(m_c->job().get(), nullptr);
         m_c.reset();
+        // The next row starts with its devices as a new run finds them.
+        for (const CaptureDevicePtr &device : CaptureDeviceRegistry::instance().devices()) {
+            device->setTestSignal(CaptureDevice::TestSignal::Normal);
+            device->close();
+        }
         QFile::remove(adHocDefaults());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -358,6 +363,103 @@ private slots:
         const double duration = std::max(movie.videoEnd, movie.audioEnd);
         QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
         QVERIFY(!QFile::exists(m_sim->jobDataFolder() + "/current-recording.plist")); // handed over
+    }
+
+    void guardSpeaksUpAndClears_data()
+    {
+        QTest::addColumn<QByteArray>("tile");
+        QTest::addColumn<QVariantMap>("saved");
+        QTest::addColumn<QString>("device");
+        QTest::addColumn<int>("cause");
+        QTest::addColumn<QString>("banner");
+        QTest::addColumn<QString>("text");
+        const QVariantMap localCamera { { "isLocalRecording", true }, { "camera", "test:cam1" },
+            { "microphone", "test:mic1" } };
+        using Signal = CaptureDevice::TestSignal;
+        QTest::newRow("silent microphone, own capture")
+            << QByteArray("Video") << localCamera << "test:mic1" << int(Signal::Silent) << "silence"
+            << "No sound from “Test Microphone” for 10 seconds";
+        QTest::newRow("clipping microphone, agent")
+            << QByteArray("Audio") << kLocalMicrophone << "test:mic1" << int(Signal::Clipping) << "clipping"
+            << "“Test Microphone” is too loud";
+        QTest::newRow("frozen camera") << QByteArray("Video") << localCamera << "test:cam1" << int(Signal::Frozen)
+                                       << "frozen"
+                                       << "The picture from “Test Camera” has stopped";
+        QTest::newRow("agent ends by itself")
+            << QByteArray("Audio") << kLocalMicrophone << QString() << int(Signal::Normal) << "agent-ended"
+            << "The sound recording stopped unexpectedly; what was recorded is kept.";
+    }
+    void guardSpeaksUpAndClears()
+    {
+        QFETCH(QByteArray, tile);
+        QFETCH(QVariantMap, saved);
+        QFETCH(QString, device);
+        QFETCH(int, cause);
+        QFETCH(QString, banner);
+        QFETCH(QString, text);
+        openRecordPage(tile, saved);
+        record();
+        auto *page = m_c->window()->recordPage();
+        QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 1, 10000);
+        QVERIFY(page->bannerText(banner).isEmpty());
+        CaptureDevicePtr source = CaptureDeviceRegistry::instance().deviceWithUniqueID(device);
+        if (source)
+            source->setTestSignal(CaptureDevice::TestSignal(cause));
+        else
+            ::kill(m_c->job()->localAgentTask()->processIdentifier(), SIGKILL);
+        QTRY_COMPARE_WITH_TIMEOUT(page->bannerText(banner), text, 20000);
+        QCOMPARE(m_c->state(), State::Recording); // the guard only speaks
+        if (!source)
+            return;
+        source->setTestSignal(CaptureDevice::TestSignal::Normal);
+        QTRY_VERIFY_WITH_TIMEOUT(page->bannerText(banner).isEmpty(), 5000);
+        click("recordPauseButton");
+        QCOMPARE(m_c->state(), State::Paused);
+    }
+
+    void unpluggedDeviceLeavesOnePlayableMovie_data()
+    {
+        QTest::addColumn<QString>("device");
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("microphone") << "test:mic1"
+                                    << "microphone:mic1:Test Microphone"
+                                    << "“Test Microphone” was disconnected. The recording goes on without its sound "
+                                       "until the recording ends.";
+        QTest::newRow("camera") << "test:cam1"
+                                << "camera:cam1:Test Camera"
+                                << "“Test Camera” was disconnected. The recording goes on; its picture stays black "
+                                   "until the recording ends.";
+    }
+    void unpluggedDeviceLeavesOnePlayableMovie()
+    {
+        QFETCH(QString, device);
+        QFETCH(QString, entry);
+        QFETCH(QString, text);
+        openRecordPage(
+            "Video", { { "isLocalRecording", true }, { "camera", "test:cam1" }, { "microphone", "test:mic1" } });
+        record();
+        QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 1.5, 10000);
+        auto &registry = CaptureDeviceRegistry::instance();
+        QVERIFY(registry.removeTestDevice(device));
+        auto *page = m_c->window()->recordPage();
+        QTRY_COMPARE_WITH_TIMEOUT(page->bannerText("lost-" + text.section("”", 0, 0).mid(1)), text, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 4, 10000);
+        QCOMPARE(m_c->state(), State::Recording);
+        click("recordPauseButton");
+        const double recorded = m_c->recordingTime()->elapsedTime();
+        click("publish");
+        const QString title = QStringLiteral("Unplugged ") + QTest::currentDataTag();
+        QTest::keyClicks(child("title"), title);
+        click("publish");
+        QTRY_COMPARE_WITH_TIMEOUT(status(), kSuccess, 40000);
+        QVERIFY(registry.addTestDevice(entry)); // plugged back for the rows after
+        const QString library = libraryEntry(title);
+        const MovieInspection movie = inspectMovie(library + "/" + QDir(library).entryList({ "*.mov" }).value(0));
+        // Both tracks run to the end: the lost one as silence or black.
+        QVERIFY2(qAbs(movie.videoEnd - recorded) < 1.0 && qAbs(movie.audioEnd - recorded) < 1.0,
+            qPrintable(QString("%1 and %2 of %3").arg(movie.videoEnd).arg(movie.audioEnd).arg(recorded)));
+        QVERIFY(movie.largestVideoGap < 0.5 && movie.largestAudioGap < 0.5);
     }
 
     void diskCutoffRefusesAndPausesLocalRecordings()

@@ -98,6 +98,13 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
     connect(m_captureSession.get(), &CaptureSession::runtimeError, this, [](const Error &error) {
         Log::format(QStringLiteral("Capture session stopped due to error: %@"), { describeError(error) });
     });
+    connect(m_captureSession.get(), &CaptureSession::inputLost, this,
+        [this](const CaptureDevicePtr &device, const Error &error) {
+            Log::format(QStringLiteral("Recording goes on without %@: %@"),
+                { device->localizedDisplayName(), describeError(error) });
+            emit recordingDeviceLost(device->localizedDisplayName(),
+                device->hasMediaType(MediaType::Video) || device->hasMediaType(MediaType::Muxed));
+        });
     const std::optional<Error> error = initAudioDevice(microphone, camera);
     if (!error) {
         initOutputFile();
@@ -239,6 +246,9 @@ void CaptureDevicesController::beginRecording()
                 path = paths->last();
     const QUrl url = path.isNull() ? QUrl() : QUrl::fromLocalFile(path);
     Log::format(QStringLiteral("Starting capture: %@"), { urlText(url) });
+    // A recording is not lost to an unplugged device: it goes on without it.
+    if (m_captureSession)
+        m_captureSession->setContinuesWithoutFailedDevices(true);
     if (m_movieFileOutput)
         m_movieFileOutput->recordToOutputFileURL(url);
 }

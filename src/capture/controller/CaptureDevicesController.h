@@ -79,6 +79,10 @@ public:
 signals:
     // The movie is finished, or deleted when the recording was cancelled.
     void recordingFinished();
+    // A device of the recording was unplugged (or failed); the recording
+    // goes on without it, silent where it gave sound, black where it gave
+    // the picture.
+    void recordingDeviceLost(const QString &name, bool gavePicture);
 
 private:
     static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);

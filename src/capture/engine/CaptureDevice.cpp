@@ -225,7 +225,38 @@ bool CaptureDevice::open(Error *error)
         return false;
     }
     m_source = std::move(bin);
+    applyTestSignal();
     return true;
+}
+
+void CaptureDevice::setTestSignal(TestSignal signal)
+{
+    m_testSignal = signal;
+    applyTestSignal();
+}
+
+void CaptureDevice::applyTestSignal()
+{
+    if (!m_source)
+        return;
+    Gst::ElementRef sound(gst_bin_get_by_name(GST_BIN(m_source.element()), "a"), Gst::Ref::Adopt);
+    if (sound) {
+        // A square wave at full volume sits at full scale: clipping.
+        const bool clipping = m_testSignal == TestSignal::Clipping;
+        g_object_set(sound.element(), "wave", clipping ? 1 : 0, "volume",
+            m_testSignal == TestSignal::Silent ? 0.0
+                : clipping                     ? 1.0
+                                               : 0.3,
+            nullptr);
+    }
+    // A frozen picture: the bars without their corner of noise, and no clock.
+    const bool frozen = m_testSignal == TestSignal::Frozen;
+    Gst::ElementRef picture(gst_bin_get_by_name(GST_BIN(m_source.element()), "v"), Gst::Ref::Adopt);
+    Gst::ElementRef clock(gst_bin_get_by_name(GST_BIN(m_source.element()), "vout"), Gst::Ref::Adopt);
+    if (picture && clock && g_object_class_find_property(G_OBJECT_GET_CLASS(clock.element()), "silent")) {
+        g_object_set(picture.element(), "pattern", frozen ? 13 : 0, nullptr); // smpte75 : smpte
+        g_object_set(clock.element(), "silent", frozen, nullptr);
+    }
 }
 
 void CaptureDevice::close()

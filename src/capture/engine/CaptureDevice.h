@@ -84,8 +84,15 @@ public:
         m_pipeWireNode = nodeId;
     }
 
+    // What a test device sends, so that a recording's guard can be seen at
+    // work: a microphone gone silent or clipping, a camera whose picture
+    // froze. Applies at once to an open device; no effect on others.
+    enum class TestSignal { Normal, Silent, Clipping, Frozen };
+    void setTestSignal(TestSignal signal);
+
 private:
     Gst::ElementRef buildSource(Error *error);
+    void applyTestSignal();
 
     Kind m_kind;
     QString m_uniqueID;
@@ -95,6 +102,7 @@ private:
     quint32 m_pipeWireNode = 0;
     bool m_isDefault = false;
     bool m_isVideo = false;
+    TestSignal m_testSignal = TestSignal::Normal;
     Gst::ObjectRef<GstDevice> m_gstDevice;
     Gst::ElementRef m_source;
     Gst::SignalConnection m_decoderPads; // a camera's decoder, while open

@@ -1,8 +1,11 @@
 #include "CaptureSession.h"
 
 #include "GstBusReader.h"
+#include "Log.h"
 
+#include <chrono>
 #include <cmath>
+#include <cstring>
 
 CaptureDeviceInput::CaptureDeviceInput(CaptureDevicePtr device)
     : m_device(std::move(device))
@@ -131,6 +134,14 @@ GstClockTime CaptureSession::runningTime() const
     return now > base ? now - base : 0;
 }
 
+CaptureConnectionPtr CaptureSession::videoConnection() const
+{
+    for (const CaptureConnectionPtr &connection : activeConnections())
+        if (connection->mediaType() == MediaType::Video)
+            return connection;
+    return nullptr;
+}
+
 namespace {
 
 // A new element in the pipeline, or null with `error` set.
@@ -152,7 +163,90 @@ GstElement *addDrain(GstElement *pipeline, Error *error)
     return sink;
 }
 
+// Samples at full scale, in the raw formats a converter hands on; other
+// formats are not counted.
+template<typename T> quint64 countClipped(const T *samples, gsize count, T limit)
+{
+    quint64 clipped = 0;
+    for (gsize i = 0; i < count; ++i)
+        clipped += (samples[i] >= limit || samples[i] <= -limit) ? 1 : 0;
+    return clipped;
+}
+
+void countSound(StreamHealth &health, GstPad *pad, const GstMapInfo &map)
+{
+    Gst::CapsPtr caps(gst_pad_get_current_caps(pad));
+    const GstStructure *s = caps ? gst_caps_get_structure(caps.get(), 0) : nullptr;
+    const char *format = s ? gst_structure_get_string(s, "format") : nullptr;
+    if (!format)
+        return;
+    quint64 samples = 0;
+    quint64 clipped = 0;
+    // A converted signal may stop a rounding short of the largest value.
+    if (!std::strcmp(format, "S16LE")) {
+        samples = map.size / 2;
+        clipped = countClipped(reinterpret_cast<const qint16 *>(map.data), samples, qint16(32760));
+    } else if (!std::strcmp(format, "S32LE")) {
+        samples = map.size / 4;
+        clipped = countClipped(reinterpret_cast<const qint32 *>(map.data), samples, qint32(2147000000));
+    } else if (!std::strcmp(format, "F32LE")) {
+        samples = map.size / 4;
+        clipped = countClipped(reinterpret_cast<const float *>(map.data), samples, 0.9998f);
+    } else {
+        return;
+    }
+    health.samples += samples;
+    health.clippedSamples += clipped;
+}
+
+// A camera that hangs often repeats its last frame: frames are told apart
+// by a signature of every 31st byte, a prime so the samples wander across
+// rows, cheap enough for every frame.
+void countFrame(StreamHealth &health, const GstMapInfo &map)
+{
+    quint64 signature = 1469598103934665603ull ^ map.size;
+    for (gsize i = 0; i < map.size; i += 31)
+        signature = (signature ^ map.data[i]) * 1099511628211ull;
+    ++health.frames;
+    if (health.lastSignature.exchange(signature) != signature || health.lastChangedFrameMs.load() < 0)
+        health.lastChangedFrameMs = StreamHealth::nowMs();
+}
+
+std::atomic<bool> s_countsHealth { true };
+
+struct HealthProbe
+{
+    std::shared_ptr<StreamHealth> health;
+    bool sound;
+};
+
+GstPadProbeReturn countBuffer(GstPad *pad, GstPadProbeInfo *info, gpointer data)
+{
+    auto *probe = static_cast<HealthProbe *>(data);
+    GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+    GstMapInfo map;
+    if (!buffer || !gst_buffer_map(buffer, &map, GST_MAP_READ))
+        return GST_PAD_PROBE_OK;
+    if (probe->sound)
+        countSound(*probe->health, pad, map);
+    else
+        countFrame(*probe->health, map);
+    gst_buffer_unmap(buffer, &map);
+    return GST_PAD_PROBE_OK;
+}
+
 } // namespace
+
+void CaptureSession::setCountsStreamHealth(bool counts)
+{
+    s_countsHealth = counts;
+}
+
+qint64 StreamHealth::nowMs()
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
 
 bool CaptureSession::buildPipeline(Error *error)
 {
@@ -193,6 +287,7 @@ bool CaptureSession::addStream(GstPad *sourcePad, const CaptureConnectionPtr &co
     GstElement *head = addElement(pipeline, sound ? "audioconvert" : "identity", error);
     if (!head)
         return false;
+    stream.head = head;
     GstElement *tail = head;
     if (sound) {
         if (!(stream.level = addElement(pipeline, "level", error)) || !Gst::link(head, stream.level, error))
@@ -202,6 +297,11 @@ bool CaptureSession::addStream(GstPad *sourcePad, const CaptureConnectionPtr &co
     }
     if (!(stream.tee = addElement(pipeline, "tee", error)) || !Gst::link(tail, stream.tee, error))
         return false;
+    Gst::PadRef counted(gst_element_get_static_pad(head, "src"), Gst::Ref::Adopt);
+    if (s_countsHealth)
+        gst_pad_add_probe(counted.get(), GST_PAD_PROBE_TYPE_BUFFER, countBuffer,
+            new HealthProbe { connection->health(), sound },
+            [](gpointer data) { delete static_cast<HealthProbe *>(data); });
     g_object_set(stream.tee, "allow-not-linked", TRUE, nullptr);
     // A branch that always drains keeps the live sources running while no
     // output is attached.
@@ -263,6 +363,57 @@ void CaptureSession::stopRunning()
     m_pipeline = {};
 }
 
+bool CaptureSession::continueWithout(GstObject *failed, const Error &error)
+{
+    CaptureInputPtr lost;
+    for (const CaptureInputPtr &input : std::as_const(m_inputs)) {
+        GstElement *source = input->device()->source();
+        if (source && (failed == GST_OBJECT(source) || gst_object_has_as_ancestor(failed, GST_OBJECT(source))))
+            lost = input;
+    }
+    if (!lost)
+        return false;
+    GstElement *pipeline = m_pipeline.element();
+    GstElement *source = lost->device()->source();
+    // Stopped before it is unlinked, so it cannot report the unlinking.
+    gst_element_set_state(source, GST_STATE_NULL);
+    for (const Stream &stream : std::as_const(m_streams)) {
+        if (stream.connection->input() != lost.get())
+            continue;
+        Gst::PadRef sink(gst_element_get_static_pad(stream.head, "sink"), Gst::Ref::Adopt);
+        Gst::CapsPtr caps(gst_pad_get_current_caps(sink.get()));
+        if (Gst::PadRef peer(gst_pad_get_peer(sink.get()), Gst::Ref::Adopt); peer)
+            gst_pad_unlink(peer.get(), sink.get());
+        if (!caps)
+            continue;
+        // Stamped from the running time on, as the device's own buffers were.
+        const bool sound = stream.connection->mediaType() == MediaType::Sound;
+        Gst::CharPtr format(gst_caps_to_string(caps.get()));
+        const QByteArray quoted = QByteArray(format.get()).replace('"', "\\\"");
+        const QByteArray description = QByteArray(sound ? "audiotestsrc wave=silence" : "videotestsrc pattern=black")
+            + " is-live=true timestamp-offset=" + QByteArray::number(qint64(runningTime())) + " ! capsfilter caps=\""
+            + quoted + '"';
+        Error substituteError;
+        Gst::ElementRef substitute = Gst::parseBin(description, true, &substituteError);
+        Gst::PadRef out(
+            substitute ? gst_element_get_static_pad(substitute.element(), "src") : nullptr, Gst::Ref::Adopt);
+        if (!out) {
+            Log::format(
+                QStringLiteral("No stand-in for a lost capture device: %@"), { describeError(substituteError) });
+            return false;
+        }
+        Gst::add(pipeline, substitute);
+        if (!Gst::link(out.get(), sink.get(), &substituteError))
+            return false;
+        gst_element_sync_state_with_parent(substitute.element());
+    }
+    // The device keeps its bin; it leaves our pipeline but not the input
+    // list, so that its connections (and the meter reading them) stay.
+    Gst::removeFromParent(source);
+    emit inputLost(lost->device(), error);
+    return true;
+}
+
 void CaptureSession::fail(const Error &error)
 {
     const QList<CaptureOutputPtr> outputs = m_outputs;
@@ -283,7 +434,10 @@ void CaptureSession::handleMessage(GstMessage *message)
         // Queued by an output's branch that has left the pipeline since.
         if (!gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_pipeline.get())))
             break;
-        fail(Gst::errorFromMessage(message).value_or(Error {}));
+        const Error error = Gst::errorFromMessage(message).value_or(Error {});
+        if (m_continuesWithoutFailedDevices && continueWithout(GST_MESSAGE_SRC(message), error))
+            break;
+        fail(error);
         break;
     }
     case GST_MESSAGE_EOS:

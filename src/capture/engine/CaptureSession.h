@@ -12,6 +12,24 @@ class CaptureDeviceInput;
 class CaptureSession;
 class GstBusReader;
 
+// What flows through a stream while its session runs, counted by the
+// streaming thread for whoever watches a recording's health: a microphone
+// that clips, a camera whose picture stopped. Times are
+// std::chrono::steady_clock milliseconds.
+struct StreamHealth
+{
+    // Sound: samples seen (all channels), and those at full scale.
+    std::atomic<quint64> samples { 0 };
+    std::atomic<quint64> clippedSamples { 0 };
+    // Video: frames seen, and when the last one that differed from the one
+    // before it arrived; -1 before the first.
+    std::atomic<quint64> frames { 0 };
+    std::atomic<qint64> lastChangedFrameMs { -1 };
+    std::atomic<quint64> lastSignature { 0 };
+
+    static qint64 nowMs();
+};
+
 // One stream of an input: video or sound. A disabled connection's stream is
 // dropped at the source. The sound connection carries the current audio
 // level, for the level meter.
@@ -34,6 +52,8 @@ public:
     // decibels (0 is full scale; -700 when silent or not running).
     float averagePowerLevel() const { return m_averagePowerLevel.load(); }
     void setAveragePowerLevel(float level) { m_averagePowerLevel.store(level); }
+    // Shared with the probe that counts it, which may outlive a session.
+    const std::shared_ptr<StreamHealth> &health() const { return m_health; }
 
 private:
     CaptureDeviceInput *m_input;
@@ -41,6 +61,7 @@ private:
     const char *m_padName;
     bool m_enabled = true;
     std::atomic<float> m_averagePowerLevel { -700.0f };
+    std::shared_ptr<StreamHealth> m_health = std::make_shared<StreamHealth>();
 };
 
 using CaptureConnectionPtr = std::shared_ptr<CaptureConnection>;
@@ -125,22 +146,39 @@ public:
 
     // The connections that feed outputs (see CaptureOutput::connections).
     QList<CaptureConnectionPtr> activeConnections() const;
+    // The active video connection; null for none.
+    CaptureConnectionPtr videoConnection() const;
     // The tee of an active connection, for outputs to branch from.
     GstElement *teeForConnection(const CaptureConnectionPtr &connection) const;
     GstElement *pipeline() const { return m_pipeline.element(); }
     // The pipeline's running time now, the clock that buffers are stamped in.
     GstClockTime runningTime() const;
 
+    // While set, a device that fails while the session runs (unplugged,
+    // most often) is taken out and its streams go on without it: silence
+    // for sound, black for pictures, in the same format and on the same
+    // clock, so that a recording stays one playable file. inputLost tells.
+    // Otherwise a failing device stops the session (runtimeError).
+    void setContinuesWithoutFailedDevices(bool continues) { m_continuesWithoutFailedDevices = continues; }
+
+    // Whether sessions started from now on count their streams' health;
+    // always, but for a benchmark that measures what the counting costs.
+    static void setCountsStreamHealth(bool counts);
+
 signals:
     // A device or a converter failed, the pipeline could not start, or a
     // source ended (a device unplugged); the session has stopped. Outputs
     // were told first (CaptureOutput::sessionDidFail).
     void runtimeError(const Error &error);
+    // A device failed while the session ran and was replaced (see
+    // setContinuesWithoutFailedDevices).
+    void inputLost(const CaptureDevicePtr &device, const Error &error);
 
 private:
     struct Stream
     {
         CaptureConnectionPtr connection;
+        GstElement *head = nullptr;
         GstElement *tee = nullptr;
         GstElement *level = nullptr;
     };
@@ -150,10 +188,14 @@ private:
     void fail(const Error &error);
     void handleMessage(GstMessage *message);
     bool addStream(GstPad *sourcePad, const CaptureConnectionPtr &connection, Error *error);
+    // Replaces the input whose source posted `failed`, if any, by silence
+    // and black; true when it did.
+    bool continueWithout(GstObject *failed, const Error &error);
 
     QList<CaptureInputPtr> m_inputs;
     QList<CaptureOutputPtr> m_outputs;
     Gst::ElementRef m_pipeline;
     std::unique_ptr<GstBusReader> m_busReader;
     QList<Stream> m_streams;
+    bool m_continuesWithoutFailedDevices = false;
 };
