@@ -832,11 +832,19 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     </message>
     <message>
         <source>“%1” was disconnected. The recording goes on; its picture stays black until the recording ends.</source>
-        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft weiter; ihr Bild bleibt schwarz, bis die Aufnahme endet.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue ; son image reste noire jusqu’à la fin de l’enregistrement.', 'es': 'Se ha desconectado «%1». La grabación continúa; su imagen queda en negro hasta que termine la grabación.', 'it': '«%1» è stato scollegato. La registrazione continua; la sua immagine resta nera fino alla fine della registrazione.', 'pt_BR': '“%1” foi desconectado. A gravação continua; a imagem fica preta até o fim da gravação.'}</translation>
+        <translation>{&apos;de&apos;: &apos;„%1“ wurde getrennt. Die Aufnahme läuft weiter; ihr Bild bleibt schwarz, bis die Aufnahme endet.&apos;, &apos;fr&apos;: &apos;« %1 » a été déconnecté. L’enregistrement continue ; son image reste noire jusqu’à la fin de l’enregistrement.&apos;, &apos;es&apos;: &apos;Se ha desconectado «%1». La grabación continúa; su imagen queda en negro hasta que termine la grabación.&apos;, &apos;it&apos;: &apos;«%1» è stato scollegato. La registrazione continua; la sua immagine resta nera fino alla fine della registrazione.&apos;, &apos;pt_BR&apos;: &apos;“%1” foi desconectado. A gravação continua; a imagem fica preta até o fim da gravação.&apos;}</translation>
     </message>
     <message>
         <source>“%1” was disconnected. The recording goes on without its sound until the recording ends.</source>
-        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft bis zu ihrem Ende ohne seinen Ton weiter.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue sans son son jusqu’à la fin.', 'es': 'Se ha desconectado «%1». La grabación continúa sin su sonido hasta que termine.', 'it': '«%1» è stato scollegato. La registrazione continua senza il suo audio fino alla fine.', 'pt_BR': '“%1” foi desconectado. A gravação continua sem o som dele até o fim.'}</translation>
+        <translation>{&apos;de&apos;: &apos;„%1“ wurde getrennt. Die Aufnahme läuft bis zu ihrem Ende ohne seinen Ton weiter.&apos;, &apos;fr&apos;: &apos;« %1 » a été déconnecté. L’enregistrement continue sans son son jusqu’à la fin.&apos;, &apos;es&apos;: &apos;Se ha desconectado «%1». La grabación continúa sin su sonido hasta que termine.&apos;, &apos;it&apos;: &apos;«%1» è stato scollegato. La registrazione continua senza il suo audio fino alla fine.&apos;, &apos;pt_BR&apos;: &apos;“%1” foi desconectado. A gravação continua sem o som dele até o fim.&apos;}</translation>
+    </message>
+    <message>
+        <source>“%1” was disconnected. The recording goes on with a black picture and the sound of “%2”.</source>
+        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft mit schwarzem Bild und dem Ton von „%2“ weiter.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue avec une image noire et le son de « %2 ».', 'es': 'Se ha desconectado «%1». La grabación continúa con la imagen en negro y el sonido de «%2».', 'it': '«%1» è stato scollegato. La registrazione continua con l’immagine nera e l’audio di «%2».', 'pt_BR': '“%1” foi desconectado. A gravação continua com a imagem preta e o som de “%2”.'}</translation>
+    </message>
+    <message>
+        <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
+        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft mit dem Ton von „%2“ weiter.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue avec le son de « %2 ».', 'es': 'Se ha desconectado «%1». La grabación continúa con el sonido de «%2».', 'it': '«%1» è stato scollegato. La registrazione continua con l’audio di «%2».', 'pt_BR': '“%1” foi desconectado. A gravação continua com o som de “%2”.'}</translation>
     </message>
 </context>
 <context>

@@ -101,14 +101,16 @@ QString RecordingWatch::timeLeftText(double seconds)
     return tr("About %1 of recording left on this disk").arg(amount);
 }
 
-void RecordingWatch::deviceLost(const QString &name, bool gavePicture)
+void RecordingWatch::deviceLost(const QString &name, bool gavePicture, const QString &standIn)
 {
-    raise(QStringLiteral("lost-") + name,
-        gavePicture
-            ? tr("“%1” was disconnected. The recording goes on; its picture stays black until the "
-                 "recording ends.")
-                  .arg(name)
-            : tr("“%1” was disconnected. The recording goes on without its sound until the recording ends.").arg(name));
+    QString text = gavePicture
+        ? tr("“%1” was disconnected. The recording goes on; its picture stays black until the recording ends.")
+        : tr("“%1” was disconnected. The recording goes on without its sound until the recording ends.");
+    if (!standIn.isEmpty())
+        text = gavePicture ? tr("“%1” was disconnected. The recording goes on with a black picture and the sound "
+                                "of “%2”.")
+                           : tr("“%1” was disconnected. The recording goes on with the sound of “%2”.");
+    raise(QStringLiteral("lost-") + name, standIn.isEmpty() ? text.arg(name) : text.arg(name, standIn));
 }
 
 void RecordingWatch::raise(const QString &id, const QString &text)

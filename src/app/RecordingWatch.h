@@ -57,7 +57,7 @@ public:
     void clearAll();
     RecordingGuard *guard() const { return m_guard; }
     // A device of the recording went away and the recording went on.
-    void deviceLost(const QString &name, bool gavePicture);
+    void deviceLost(const QString &name, bool gavePicture, const QString &standIn);
 
     // "About 2 hours 10 minutes of recording left on this disk".
     static QString timeLeftText(double seconds);

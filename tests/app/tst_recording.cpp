@@ -424,8 +424,8 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::newRow("microphone") << "test:mic1"
                                     << "microphone:mic1:Test Microphone"
-                                    << "“Test Microphone” was disconnected. The recording goes on without its sound "
-                                       "until the recording ends.";
+                                    << "“Test Microphone” was disconnected. The recording goes on with the sound of "
+                                       "“Spare Microphone”.";
         QTest::newRow("camera") << "test:cam1"
                                 << "camera:cam1:Test Camera"
                                 << "“Test Camera” was disconnected. The recording goes on; its picture stays black "

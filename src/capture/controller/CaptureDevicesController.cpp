@@ -99,11 +99,12 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
         Log::format(QStringLiteral("Capture session stopped due to error: %@"), { describeError(error) });
     });
     connect(m_captureSession.get(), &CaptureSession::inputLost, this,
-        [this](const CaptureDevicePtr &device, const Error &error) {
+        [this](const CaptureDevicePtr &device, const CaptureDevicePtr &standIn, const Error &error) {
             Log::format(QStringLiteral("Recording goes on without %@: %@"),
                 { device->localizedDisplayName(), describeError(error) });
             emit recordingDeviceLost(device->localizedDisplayName(),
-                device->hasMediaType(MediaType::Video) || device->hasMediaType(MediaType::Muxed));
+                device->hasMediaType(MediaType::Video) || device->hasMediaType(MediaType::Muxed),
+                standIn ? standIn->localizedDisplayName() : QString());
         });
     const std::optional<Error> error = initAudioDevice(microphone, camera);
     if (!error) {

@@ -80,9 +80,9 @@ signals:
     // The movie is finished, or deleted when the recording was cancelled.
     void recordingFinished();
     // A device of the recording was unplugged (or failed); the recording
-    // goes on without it, silent where it gave sound, black where it gave
-    // the picture.
-    void recordingDeviceLost(const QString &name, bool gavePicture);
+    // goes on without it: black where it gave the picture, and the sound
+    // from the microphone named `standIn`, or silence when that is empty.
+    void recordingDeviceLost(const QString &name, bool gavePicture, const QString &standIn);
 
 private:
     static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);

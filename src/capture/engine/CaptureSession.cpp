@@ -1,5 +1,6 @@
 #include "CaptureSession.h"
 
+#include "CaptureDeviceRegistry.h"
 #include "GstBusReader.h"
 #include "Log.h"
 
@@ -358,6 +359,11 @@ void CaptureSession::stopRunning()
         for (const CaptureConnectionPtr &connection : input->connections())
             connection->setAveragePowerLevel(-700.0f);
     }
+    // A microphone that stood in for a lost one was ours alone.
+    for (const CaptureDevicePtr &standIn : std::exchange(m_standIns, {})) {
+        Gst::removeFromParent(standIn->source());
+        standIn->close();
+    }
     m_busReader.reset();
     m_streams.clear();
     m_pipeline = {};
@@ -373,10 +379,10 @@ bool CaptureSession::continueWithout(GstObject *failed, const Error &error)
     }
     if (!lost)
         return false;
-    GstElement *pipeline = m_pipeline.element();
     GstElement *source = lost->device()->source();
     // Stopped before it is unlinked, so it cannot report the unlinking.
     gst_element_set_state(source, GST_STATE_NULL);
+    CaptureDevicePtr standIn;
     for (const Stream &stream : std::as_const(m_streams)) {
         if (stream.connection->input() != lost.get())
             continue;
@@ -386,31 +392,62 @@ bool CaptureSession::continueWithout(GstObject *failed, const Error &error)
             gst_pad_unlink(peer.get(), sink.get());
         if (!caps)
             continue;
-        // Stamped from the running time on, as the device's own buffers were.
         const bool sound = stream.connection->mediaType() == MediaType::Sound;
-        Gst::CharPtr format(gst_caps_to_string(caps.get()));
-        const QByteArray quoted = QByteArray(format.get()).replace('"', "\\\"");
-        const QByteArray description = QByteArray(sound ? "audiotestsrc wave=silence" : "videotestsrc pattern=black")
-            + " is-live=true timestamp-offset=" + QByteArray::number(qint64(runningTime())) + " ! capsfilter caps=\""
-            + quoted + '"';
-        Error substituteError;
-        Gst::ElementRef substitute = Gst::parseBin(description, true, &substituteError);
-        Gst::PadRef out(
-            substitute ? gst_element_get_static_pad(substitute.element(), "src") : nullptr, Gst::Ref::Adopt);
-        if (!out) {
-            Log::format(
-                QStringLiteral("No stand-in for a lost capture device: %@"), { describeError(substituteError) });
+        if (sound)
+            standIn = openStandInMicrophone(lost->device());
+        Error standInError;
+        if (!linkStandIn(sink.get(), caps.get(), sound, standIn, &standInError)) {
+            Log::format(QStringLiteral("No stand-in for a lost capture device: %@"), { describeError(standInError) });
             return false;
         }
-        Gst::add(pipeline, substitute);
-        if (!Gst::link(out.get(), sink.get(), &substituteError))
-            return false;
-        gst_element_sync_state_with_parent(substitute.element());
     }
     // The device keeps its bin; it leaves our pipeline but not the input
     // list, so that its connections (and the meter reading them) stay.
     Gst::removeFromParent(source);
-    emit inputLost(lost->device(), error);
+    emit inputLost(lost->device(), standIn, error);
+    return true;
+}
+
+CaptureDevicePtr CaptureSession::openStandInMicrophone(const CaptureDevicePtr &lost)
+{
+    // A device of its own, free, and giving sound alone: a second camera's
+    // microphone would bring a picture nobody asked for.
+    CaptureDevicePtr microphone = CaptureDeviceRegistry::instance().defaultMicrophone();
+    if (!microphone || microphone == lost || !microphone->mediaTypes().contains(MediaType::Sound)
+        || microphone->hasMediaType(MediaType::Muxed) || microphone->isOpen() || !microphone->open(nullptr))
+        return nullptr;
+    return microphone;
+}
+
+bool CaptureSession::linkStandIn(
+    GstPad *sink, GstCaps *caps, bool sound, const CaptureDevicePtr &microphone, Error *error)
+{
+    GstElement *pipeline = m_pipeline.element();
+    Gst::CharPtr format(gst_caps_to_string(caps));
+    const QByteArray filter = " ! capsfilter caps=\"" + QByteArray(format.get()).replace('"', "\\\"") + '"';
+    // Without a microphone to take over: silence or black, stamped from
+    // the running time on, as the device's own buffers were.
+    const QByteArray description = microphone
+        ? "audioconvert ! audioresample ! audioconvert" + filter
+        : QByteArray(sound ? "audiotestsrc wave=silence" : "videotestsrc pattern=black")
+            + " is-live=true timestamp-offset=" + QByteArray::number(qint64(runningTime())) + filter;
+    Gst::ElementRef standIn = Gst::parseBin(description, true, error);
+    Gst::PadRef out(standIn ? gst_element_get_static_pad(standIn.element(), "src") : nullptr, Gst::Ref::Adopt);
+    if (!out)
+        return false;
+    Gst::add(pipeline, standIn);
+    if (!Gst::link(out.get(), sink, error))
+        return false;
+    if (microphone) {
+        Gst::add(pipeline, Gst::ElementRef(microphone->source(), Gst::Ref::Add));
+        Gst::PadRef from(gst_element_get_static_pad(microphone->source(), CaptureDevice::kAudioPad), Gst::Ref::Adopt);
+        Gst::PadRef into(gst_element_get_static_pad(standIn.element(), "sink"), Gst::Ref::Adopt);
+        if (!from || !into || !Gst::link(from.get(), into.get(), error))
+            return false;
+        m_standIns << microphone;
+        gst_element_sync_state_with_parent(microphone->source());
+    }
+    gst_element_sync_state_with_parent(standIn.element());
     return true;
 }
 

@@ -171,8 +171,9 @@ signals:
     // were told first (CaptureOutput::sessionDidFail).
     void runtimeError(const Error &error);
     // A device failed while the session ran and was replaced (see
-    // setContinuesWithoutFailedDevices).
-    void inputLost(const CaptureDevicePtr &device, const Error &error);
+    // setContinuesWithoutFailedDevices): a lost microphone by the default
+    // one when it is free (`standIn`), otherwise by silence.
+    void inputLost(const CaptureDevicePtr &device, const CaptureDevicePtr &standIn, const Error &error);
 
 private:
     struct Stream
@@ -191,11 +192,16 @@ private:
     // Replaces the input whose source posted `failed`, if any, by silence
     // and black; true when it did.
     bool continueWithout(GstObject *failed, const Error &error);
+    CaptureDevicePtr openStandInMicrophone(const CaptureDevicePtr &lost);
+    // Feeds `sink` from `microphone`, or from silence or black when null,
+    // in the `caps` it had.
+    bool linkStandIn(GstPad *sink, GstCaps *caps, bool sound, const CaptureDevicePtr &microphone, Error *error);
 
     QList<CaptureInputPtr> m_inputs;
     QList<CaptureOutputPtr> m_outputs;
     Gst::ElementRef m_pipeline;
     std::unique_ptr<GstBusReader> m_busReader;
     QList<Stream> m_streams;
+    QList<CaptureDevicePtr> m_standIns;
     bool m_continuesWithoutFailedDevices = false;
 };
