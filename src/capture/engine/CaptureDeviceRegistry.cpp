@@ -138,11 +138,15 @@ CaptureDevicePtr CaptureDeviceRegistry::addTestDevice(const QString &entry)
     const QStringList parts = entry.split(QLatin1Char(':'));
     if (parts.size() < 2 || parts[1].isEmpty())
         return nullptr;
-    static const QHash<QString, CaptureDevice::Kind> kinds {
-        { QStringLiteral("camera"), CaptureDevice::Kind::TestCamera },
-        { QStringLiteral("microphone"), CaptureDevice::Kind::TestMicrophone },
-        { QStringLiteral("muxed"), CaptureDevice::Kind::TestMuxed },
-        { QStringLiteral("broken"), CaptureDevice::Kind::TestBroken },
+    using Signal = CaptureDevice::TestSignal;
+    static const QHash<QString, std::pair<CaptureDevice::Kind, Signal>> kinds {
+        { QStringLiteral("camera"), { CaptureDevice::Kind::TestCamera, Signal::Normal } },
+        { QStringLiteral("frozen-camera"), { CaptureDevice::Kind::TestCamera, Signal::Frozen } },
+        { QStringLiteral("microphone"), { CaptureDevice::Kind::TestMicrophone, Signal::Normal } },
+        { QStringLiteral("silent-microphone"), { CaptureDevice::Kind::TestMicrophone, Signal::Silent } },
+        { QStringLiteral("loud-microphone"), { CaptureDevice::Kind::TestMicrophone, Signal::Clipping } },
+        { QStringLiteral("muxed"), { CaptureDevice::Kind::TestMuxed, Signal::Normal } },
+        { QStringLiteral("broken"), { CaptureDevice::Kind::TestBroken, Signal::Normal } },
     };
     const auto kind = kinds.find(parts[0]);
     if (kind == kinds.end())
@@ -152,7 +156,8 @@ CaptureDevicePtr CaptureDeviceRegistry::addTestDevice(const QString &entry)
         return nullptr;
     const QString name
         = parts.size() > 2 ? parts.mid(2).join(QLatin1Char(':')) : QStringLiteral("Test %1 %2").arg(parts[0], parts[1]);
-    auto device = std::make_shared<CaptureDevice>(kind.value(), id, name);
+    auto device = std::make_shared<CaptureDevice>(kind->first, id, name);
+    device->setTestSignal(kind->second);
     m_testDevices.append(device);
     emit deviceWasConnected(device);
     return device;

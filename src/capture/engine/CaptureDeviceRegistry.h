@@ -21,8 +21,10 @@ class GstBusReader;
 //   hardware. LUMEX_TEST_DEVICES holds entries separated by ";", each
 //   "KIND:ID[:DISPLAY NAME]" with KIND one of camera (videotestsrc, 640x480
 //   at 30 frames per second), microphone (audiotestsrc, 48 kHz stereo),
-//   muxed (both behind one device, reported with the muxed type only) and
-//   broken (a camera whose open fails). The device's uniqueID is
+//   muxed (both behind one device, reported with the muxed type only),
+//   broken (a camera whose open fails), and for the recording's guard
+//   silent-microphone, loud-microphone (clipping) and frozen-camera (a
+//   still picture; see CaptureDevice::setTestSignal). The device's uniqueID is
 //   "test:ID". Example:
 //   LUMEX_TEST_DEVICES="camera:cam1:Test Camera;microphone:mic1;muxed:dv1:Test Camcorder"
 //   Tests add and remove test devices while the program runs with
