@@ -317,6 +317,55 @@ private slots:
             qPrintable(QString("%1 and %2").arg(movie.videoEnd).arg(movie.audioEnd)));
         QVERIFY(movie.largestAudioGap < 0.5);
     }
+    // The screen (a test camera stands in; the real one needs a display)
+    // beside the camera: two movies from one session, paused twice, in step.
+    void screenAndCameraMakeTwoMoviesInStep_data()
+    {
+        QTest::addColumn<bool>("cancel");
+        QTest::newRow("stopped: both kept, one report") << false;
+        QTest::newRow("cancelled: both deleted") << true;
+    }
+    void screenAndCameraMakeTwoMoviesInStep()
+    {
+        QFETCH(bool, cancel);
+        auto &registry = CaptureDeviceRegistry::instance();
+        const CaptureDevicePtr screen = registry.addTestDevice(QStringLiteral("camera:screen:Screen Stand-in"));
+        QVERIFY(screen);
+        Controlled c;
+        c.devices.setupRecordingForScreenWithVideoDeviceUniqueID(screen, "test:cam1", "test:mic1");
+        const QStringList paths = c.app.theJob->movieFilePaths().value_or(QStringList());
+        registry.removeTestDevice(screen->uniqueID()); // out of the lists; it stays open here
+        QCOMPARE(paths.size(), 2);
+        QCOMPARE(
+            QFileInfo(paths[0]).fileName().replace("ScreenCapture-", "LocalVideo-"), QFileInfo(paths[1]).fileName());
+        c.devices.beginRecording();
+        for (int pause = 0; pause < 2; ++pause) {
+            const double from = c.runningTime();
+            QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > from + 1.2, 20000);
+            c.devices.pauseRecording();
+            QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > from + 1.8, 20000);
+            c.devices.resumeRecording();
+        }
+        const double from = c.runningTime();
+        QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > from + 1.2, 20000);
+        cancel ? c.devices.cancelRecording() : c.devices.stopRecording();
+        QTRY_VERIFY_WITH_TIMEOUT(!c.devices.captureSession(), 20000);
+        QVERIFY(deliverQueued());
+        QCOMPARE(c.app.stops, cancel ? QList<std::optional<Error>>() : QList<std::optional<Error>> { std::nullopt });
+        if (cancel) {
+            QVERIFY(!QFile::exists(paths[0]) && !QFile::exists(paths[1]));
+            return;
+        }
+        const MovieInspection screenMovie = inspectMovie(paths[0]);
+        const MovieInspection cameraMovie = inspectMovie(paths[1]);
+        for (const MovieInspection &movie : { screenMovie, cameraMovie }) {
+            QCOMPARE(movie.audioCodec, QStringLiteral("audio/mpeg"));
+            QVERIFY2(movie.videoEnd > 3.3 && movie.largestVideoGap < 0.1, qPrintable(QString::number(movie.videoEnd)));
+        }
+        QCOMPARE(screenMovie.width, 640); // within 1920x1080, as it came
+        QVERIFY2(qAbs(screenMovie.videoEnd - cameraMovie.videoEnd) <= 1.0 / 30 + 1e-3,
+            qPrintable(QString("%1 vs %2").arg(screenMovie.videoEnd).arg(cameraMovie.videoEnd)));
+    }
     void recordingEndsAsAsked_data()
     {
         QTest::addColumn<bool>("cancel");

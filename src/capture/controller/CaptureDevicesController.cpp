@@ -8,7 +8,9 @@
 #include "QTCaptureDeviceAdditions.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <cstring>
@@ -116,6 +118,50 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
     setCaptureSession(nullptr);
     if (m_controller)
         m_controller->alertUserToError(*error);
+}
+
+void CaptureDevicesController::setupRecordingForScreenWithVideoDeviceUniqueID(
+    const CaptureDevicePtr &screen, const QString &videoID, const QString &audioID)
+{
+    setupRecordingForVideoDeviceUniqueID(videoID, audioID);
+    if (!m_captureSession)
+        return;
+    Error error;
+    const auto input = std::make_shared<CaptureDeviceInput>(screen);
+    m_captureSession->setStreamsEveryVideo(true);
+    if (!screen->open(&error) || !m_captureSession->addInput(input, &error)) {
+        Log::format(QStringLiteral("Error adding the screen: %@"), { error.localizedDescription });
+        teardown();
+        if (m_controller)
+            m_controller->alertUserToError(error);
+        return;
+    }
+    m_screenFileOutput = std::make_shared<CaptureMovieFileOutput>();
+    QList<CaptureConnectionPtr> chosen = input->connections();
+    for (const CaptureConnectionPtr &connection : m_movieFileOutput->connections())
+        if (connection->mediaType() == MediaType::Sound)
+            chosen << connection;
+    m_screenFileOutput->setConnections(chosen);
+    if (!m_captureSession->addOutput(m_screenFileOutput, &error)) {
+        teardown();
+        if (m_controller)
+            m_controller->alertUserToError(error);
+        return;
+    }
+    for (const CaptureConnectionPtr &connection : chosen)
+        m_screenFileOutput->setCompressionOptions(
+            CompressionOptions::compressionOptionsWithIdentifier(connection->mediaType() == MediaType::Video
+                    ? CompressionOptions::ScreenH264Video
+                    : CompressionOptions::HighQualityAACAudio),
+            connection);
+    m_screenFileOutput->setDelegate(this);
+    if (m_controller)
+        if (const auto job = m_controller->job()) {
+            const QString camera = job->movieFilePaths().value_or(QStringList()).value(0);
+            const QFileInfo file(camera);
+            const QString screenFile = QStringLiteral("ScreenCapture-") + file.fileName().section(QLatin1Char('-'), 1);
+            job->setMovieFilePaths(QStringList { file.dir().filePath(screenFile), camera });
+        }
 }
 
 std::optional<Error> CaptureDevicesController::initAudioDevice(
@@ -250,6 +296,9 @@ void CaptureDevicesController::beginRecording()
     // A recording is not lost to an unplugged device: it goes on without it.
     if (m_captureSession)
         m_captureSession->setContinuesWithoutFailedDevices(true);
+    if (m_screenFileOutput && m_controller && m_controller->job())
+        m_screenFileOutput->recordToOutputFileURL(
+            QUrl::fromLocalFile(m_controller->job()->movieFilePaths().value_or(QStringList()).value(0)));
     if (m_movieFileOutput)
         m_movieFileOutput->recordToOutputFileURL(url);
 }
@@ -257,33 +306,45 @@ void CaptureDevicesController::beginRecording()
 void CaptureDevicesController::pauseRecording()
 {
     Log::format(QStringLiteral("Pausing capture"));
-    if (m_movieFileOutput)
-        m_movieFileOutput->pauseRecording();
+    // Both movies of a screen and camera recording, one after the other on
+    // this thread: a frame apart at most.
+    for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
+        if (output)
+            output->pauseRecording();
 }
 
 void CaptureDevicesController::resumeRecording()
 {
     Log::format(QStringLiteral("Resuming capture"));
-    if (m_movieFileOutput)
-        m_movieFileOutput->resumeRecording();
+    for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
+        if (output)
+            output->resumeRecording();
 }
 
 void CaptureDevicesController::stopRecording()
 {
     Log::format(QStringLiteral("Stopping capture"));
     m_deleteMovieFileWhenItFinishesRecording = false;
-    m_finishing = m_movieFileOutput && m_movieFileOutput->isRecording();
-    if (m_movieFileOutput)
-        m_movieFileOutput->recordToOutputFileURL(QUrl());
+    finishMovies(CaptureMovieFileOutput::FinishMode::Keep);
 }
 
 void CaptureDevicesController::cancelRecording()
 {
     Log::format(QStringLiteral("Stopping capture and discarding movie file"));
     m_deleteMovieFileWhenItFinishesRecording = true;
-    m_finishing = m_movieFileOutput && m_movieFileOutput->isRecording();
-    if (m_movieFileOutput)
-        m_movieFileOutput->recordToOutputFileURL(QUrl(), CaptureMovieFileOutput::FinishMode::Discard);
+    finishMovies(CaptureMovieFileOutput::FinishMode::Discard);
+}
+
+void CaptureDevicesController::finishMovies(CaptureMovieFileOutput::FinishMode mode)
+{
+    m_unfinishedMovies = 0;
+    m_firstFinishError.reset();
+    for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
+        m_unfinishedMovies += output && output->isRecording() ? 1 : 0;
+    m_finishing = m_unfinishedMovies > 0;
+    for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
+        if (output)
+            output->recordToOutputFileURL(QUrl(), mode);
 }
 
 bool CaptureDevicesController::isRecording() const
@@ -297,6 +358,8 @@ void CaptureDevicesController::teardown()
         m_captureSession->stopRunning();
     if (m_captureSession) {
         m_captureSession->removeOutput(m_movieFileOutput);
+        if (m_screenFileOutput)
+            m_captureSession->removeOutput(m_screenFileOutput);
         for (const CaptureInputPtr &input : m_captureSession->inputs()) {
             m_captureSession->removeInput(input);
             if (input->device()->isOpen())
@@ -304,6 +367,7 @@ void CaptureDevicesController::teardown()
         }
     }
     setCaptureSession(nullptr);
+    m_screenFileOutput.reset();
 }
 
 void CaptureDevicesController::captureOutputWillFinishRecording(
@@ -327,9 +391,15 @@ void CaptureDevicesController::captureOutputDidFinishRecording(
             Log::format(QStringLiteral("Could not delete recording at %@ (%@)"),
                 { path, userInfoText(QString::fromLocal8Bit(std::strerror(errno))) });
     }
+    // The screen's and the camera's movie end together, as one recording.
+    if (!m_firstFinishError)
+        m_firstFinishError = error;
+    if (--m_unfinishedMovies > 0)
+        return;
+    const std::optional<Error> failure = std::exchange(m_firstFinishError, std::nullopt);
     teardown();
     m_finishing = false;
     if (!m_deleteMovieFileWhenItFinishesRecording && m_controller)
-        m_controller->localJobDidStop(error);
+        m_controller->localJobDidStop(failure);
     emit recordingFinished();
 }

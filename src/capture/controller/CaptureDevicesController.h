@@ -59,6 +59,13 @@ public:
     // Whether the lists have been filled at least once.
     bool hasRefreshed() const { return m_watchingDevices; }
     void setupRecordingForVideoDeviceUniqueID(const QString &videoID, const QString &audioID);
+    // The screen beside the camera: the same session records `screen` too,
+    // on the same clock, into a movie of its own with the microphone's
+    // sound. The job's movie files are then the screen's and the camera's
+    // ("ScreenCapture-…" and "LocalVideo-…", one time stamp), and every
+    // recording call below acts on both at once.
+    void setupRecordingForScreenWithVideoDeviceUniqueID(
+        const CaptureDevicePtr &screen, const QString &videoID, const QString &audioID);
     std::optional<Error> initAudioDevice(const CaptureDevicePtr &audioDevice, const CaptureDevicePtr &videoDevice);
     // Throws InitOutputFileError.
     void initOutputFile();
@@ -85,6 +92,7 @@ signals:
     void recordingDeviceLost(const QString &name, bool gavePicture, const QString &standIn);
 
 private:
+    void finishMovies(CaptureMovieFileOutput::FinishMode mode);
     static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);
 
     CaptureDevicesControllerDelegate *m_controller = nullptr;
@@ -92,6 +100,10 @@ private:
     QList<CaptureDevicePtr> m_microphones;
     std::shared_ptr<CaptureSession> m_captureSession;
     std::shared_ptr<CaptureMovieFileOutput> m_movieFileOutput;
+    std::shared_ptr<CaptureMovieFileOutput> m_screenFileOutput;
+    // Movies still being finished; the recording is over when none is.
+    int m_unfinishedMovies = 0;
+    std::optional<Error> m_firstFinishError;
     bool m_deleteMovieFileWhenItFinishesRecording = false;
     bool m_finishing = false;
     bool m_watchingDevices = false;

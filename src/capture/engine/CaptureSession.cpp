@@ -20,7 +20,17 @@ CaptureDeviceInput::CaptureDeviceInput(CaptureDevicePtr device)
 
 QList<CaptureConnectionPtr> CaptureOutput::connections() const
 {
-    return m_session ? m_session->activeConnections() : QList<CaptureConnectionPtr>();
+    QList<CaptureConnectionPtr> result;
+    if (!m_session)
+        return result;
+    bool haveVideo = false, haveSound = false;
+    for (const CaptureConnectionPtr &connection : m_session->activeConnections()) {
+        bool &have = connection->mediaType() == MediaType::Video ? haveVideo : haveSound;
+        if (m_chosen.isEmpty() ? !have : m_chosen.contains(connection))
+            result.append(connection);
+        have = true;
+    }
+    return result;
 }
 
 CaptureSession::CaptureSession()
@@ -104,8 +114,9 @@ QList<CaptureConnectionPtr> CaptureSession::activeConnections() const
         for (const CaptureConnectionPtr &connection : input->connections()) {
             if (!connection->isEnabled())
                 continue;
-            bool &have = connection->mediaType() == MediaType::Video ? haveVideo : haveSound;
-            if (!have) {
+            const bool video = connection->mediaType() == MediaType::Video;
+            bool &have = video ? haveVideo : haveSound;
+            if (!have || (video && m_streamsEveryVideo)) {
                 have = true;
                 result.append(connection);
             }

@@ -96,9 +96,10 @@ public:
     ~CaptureOutput() override = default;
 
     CaptureSession *session() const { return m_session; }
-    // The streams the output receives: the session's first enabled video and
-    // sound connections.
+    // The streams the output receives: the session's first active video and
+    // sound connections, or those of `chosen` that are active.
     QList<CaptureConnectionPtr> connections() const;
+    void setConnections(const QList<CaptureConnectionPtr> &chosen) { m_chosen = chosen; }
 
 protected:
     friend class CaptureSession;
@@ -113,6 +114,7 @@ protected:
 
 private:
     CaptureSession *m_session = nullptr;
+    QList<CaptureConnectionPtr> m_chosen;
 };
 
 using CaptureOutputPtr = std::shared_ptr<CaptureOutput>;
@@ -144,8 +146,12 @@ public:
     void stopRunning();
     bool isRunning() const { return bool(m_pipeline); }
 
-    // The connections that feed outputs (see CaptureOutput::connections).
+    // The connections that feed outputs (see CaptureOutput::connections):
+    // the first enabled video and sound connection, or with
+    // setStreamsEveryVideo every enabled video connection and the first
+    // sound one (a screen and a camera recorded side by side).
     QList<CaptureConnectionPtr> activeConnections() const;
+    void setStreamsEveryVideo(bool every) { m_streamsEveryVideo = every; }
     // The active video connection; null for none.
     CaptureConnectionPtr videoConnection() const;
     // The tee of an active connection, for outputs to branch from.
@@ -204,4 +210,5 @@ private:
     QList<Stream> m_streams;
     QList<CaptureDevicePtr> m_standIns;
     bool m_continuesWithoutFailedDevices = false;
+    bool m_streamsEveryVideo = false;
 };

@@ -50,6 +50,8 @@ std::optional<CompressionOptions> CompressionOptions::compressionOptionsWithIden
     std::optional<CompressionOptions> options;
     if (identifier == SD480SizeMPEG4Video || identifier == SD480SizeH264Video)
         options = CompressionOptions(identifier, MediaType::Video, h264, 640, 480);
+    else if (identifier == ScreenH264Video)
+        options = CompressionOptions(identifier, MediaType::Video, h264, 1920, 1080);
     else if (identifier == Size240H264Video)
         options = CompressionOptions(identifier, MediaType::Video, h264, 320, 240);
     else if (identifier == HighQualityAACAudio)
@@ -92,7 +94,9 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
         // The I420 filter matters: x264 would otherwise keep 4:4:4 from some
         // sources, which most players cannot decode.
         description = "videoconvert name=first ! videoscale ! capsfilter name=size caps=video/x-raw,format=I420 ! ";
-        if (encoder == QLatin1String("x264enc"))
+        if (encoder == QLatin1String("x264enc") && m_identifier == ScreenH264Video)
+            description += "x264enc tune=zerolatency+stillimage speed-preset=veryfast key-int-max=15 name=last";
+        else if (encoder == QLatin1String("x264enc"))
             description += "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 name=last";
         else if (encoder == QLatin1String("jpegenc"))
             description += "jpegenc name=last";

@@ -18,6 +18,9 @@ public:
     static inline const QString Size240H264Video = QStringLiteral("QTCompressionOptions240SizeH264Video");
     static inline const QString HighQualityAACAudio = QStringLiteral("QTCompressionOptionsHighQualityAACAudio");
     static inline const QString VoiceQualityAACAudio = QStringLiteral("QTCompressionOptionsVoiceQualityAACAudio");
+    // Ours: a screen fitted to 1920x1080, H.264 tuned for still content
+    // with a key frame every second.
+    static inline const QString ScreenH264Video = QStringLiteral("LumexScreenH264Video");
 
     static QStringList compressionOptionsIdentifiersForMediaType(const QString &mediaType);
     static std::optional<CompressionOptions> compressionOptionsWithIdentifier(const QString &identifier);
