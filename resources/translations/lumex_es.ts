@@ -235,6 +235,13 @@
     </message>
 </context>
 <context>
+    <name>DeviceChooser</name>
+    <message>
+        <source>No Camera</source>
+        <translation>Sin cámara</translation>
+    </message>
+</context>
+<context>
     <name>DonePage</name>
     <message>
         <source>New Recording</source>
@@ -369,6 +376,10 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Record Podcast</source>
         <translation>Grabar podcast</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>Pantalla</translation>
     </message>
 </context>
 <context>
@@ -770,23 +781,23 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <name>RecordingGuard</name>
     <message>
         <source>No sound from “%1” for 10 seconds</source>
-        <translation>{&apos;de&apos;: &apos;Kein Ton von „%1“ seit 10 Sekunden&apos;, &apos;fr&apos;: &apos;Aucun son de « %1 » depuis 10 secondes&apos;, &apos;es&apos;: &apos;Sin sonido de «%1» desde hace 10 segundos&apos;, &apos;it&apos;: &apos;Nessun suono da «%1» da 10 secondi&apos;, &apos;pt_BR&apos;: &apos;Sem som de “%1” há 10 segundos&apos;}</translation>
+        <translation>Sin sonido de «%1» desde hace 10 segundos</translation>
     </message>
     <message>
         <source>“%1” is too loud</source>
-        <translation>{&apos;de&apos;: &apos;„%1“ ist zu laut&apos;, &apos;fr&apos;: &apos;« %1 » est trop fort&apos;, &apos;es&apos;: &apos;«%1» está demasiado alto&apos;, &apos;it&apos;: &apos;Il volume di «%1» è troppo alto&apos;, &apos;pt_BR&apos;: &apos;“%1” está alto demais&apos;}</translation>
+        <translation>«%1» está demasiado alto</translation>
     </message>
     <message>
         <source>The picture from “%1” has stopped</source>
-        <translation>{&apos;de&apos;: &apos;Das Bild von „%1“ ist stehen geblieben&apos;, &apos;fr&apos;: &apos;L’image de « %1 » est figée&apos;, &apos;es&apos;: &apos;La imagen de «%1» se ha detenido&apos;, &apos;it&apos;: &apos;L’immagine di «%1» si è fermata&apos;, &apos;pt_BR&apos;: &apos;A imagem de “%1” parou&apos;}</translation>
+        <translation>La imagen de «%1» se ha detenido</translation>
     </message>
     <message>
         <source>The screen recording stopped unexpectedly; what was recorded is kept.</source>
-        <translation>{&apos;de&apos;: &apos;Die Bildschirmaufnahme wurde unerwartet beendet; das bisher Aufgenommene bleibt erhalten.&apos;, &apos;fr&apos;: &apos;L’enregistrement de l’écran s’est arrêté de façon inattendue ; ce qui a été enregistré est conservé.&apos;, &apos;es&apos;: &apos;La grabación de la pantalla se detuvo inesperadamente; lo grabado se conserva.&apos;, &apos;it&apos;: &apos;La registrazione dello schermo si è interrotta inaspettatamente; quanto registrato viene conservato.&apos;, &apos;pt_BR&apos;: &apos;A gravação da tela parou inesperadamente; o que foi gravado foi mantido.&apos;}</translation>
+        <translation>La grabación de la pantalla se detuvo inesperadamente; lo grabado se conserva.</translation>
     </message>
     <message>
         <source>The sound recording stopped unexpectedly; what was recorded is kept.</source>
-        <translation>{&apos;de&apos;: &apos;Die Tonaufnahme wurde unerwartet beendet; das bisher Aufgenommene bleibt erhalten.&apos;, &apos;fr&apos;: &apos;L’enregistrement du son s’est arrêté de façon inattendue ; ce qui a été enregistré est conservé.&apos;, &apos;es&apos;: &apos;La grabación de sonido se detuvo inesperadamente; lo grabado se conserva.&apos;, &apos;it&apos;: &apos;La registrazione audio si è interrotta inaspettatamente; quanto registrato viene conservato.&apos;, &apos;pt_BR&apos;: &apos;A gravação de som parou inesperadamente; o que foi gravado foi mantido.&apos;}</translation>
+        <translation>La grabación de sonido se detuvo inesperadamente; lo grabado se conserva.</translation>
     </message>
 </context>
 <context>
@@ -832,19 +843,19 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     </message>
     <message>
         <source>“%1” was disconnected. The recording goes on; its picture stays black until the recording ends.</source>
-        <translation>{&apos;de&apos;: &apos;„%1“ wurde getrennt. Die Aufnahme läuft weiter; ihr Bild bleibt schwarz, bis die Aufnahme endet.&apos;, &apos;fr&apos;: &apos;« %1 » a été déconnecté. L’enregistrement continue ; son image reste noire jusqu’à la fin de l’enregistrement.&apos;, &apos;es&apos;: &apos;Se ha desconectado «%1». La grabación continúa; su imagen queda en negro hasta que termine la grabación.&apos;, &apos;it&apos;: &apos;«%1» è stato scollegato. La registrazione continua; la sua immagine resta nera fino alla fine della registrazione.&apos;, &apos;pt_BR&apos;: &apos;“%1” foi desconectado. A gravação continua; a imagem fica preta até o fim da gravação.&apos;}</translation>
+        <translation>Se ha desconectado «%1». La grabación continúa; su imagen queda en negro hasta que termine la grabación.</translation>
     </message>
     <message>
         <source>“%1” was disconnected. The recording goes on without its sound until the recording ends.</source>
-        <translation>{&apos;de&apos;: &apos;„%1“ wurde getrennt. Die Aufnahme läuft bis zu ihrem Ende ohne seinen Ton weiter.&apos;, &apos;fr&apos;: &apos;« %1 » a été déconnecté. L’enregistrement continue sans son son jusqu’à la fin.&apos;, &apos;es&apos;: &apos;Se ha desconectado «%1». La grabación continúa sin su sonido hasta que termine.&apos;, &apos;it&apos;: &apos;«%1» è stato scollegato. La registrazione continua senza il suo audio fino alla fine.&apos;, &apos;pt_BR&apos;: &apos;“%1” foi desconectado. A gravação continua sem o som dele até o fim.&apos;}</translation>
+        <translation>Se ha desconectado «%1». La grabación continúa sin su sonido hasta que termine.</translation>
     </message>
     <message>
         <source>“%1” was disconnected. The recording goes on with a black picture and the sound of “%2”.</source>
-        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft mit schwarzem Bild und dem Ton von „%2“ weiter.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue avec une image noire et le son de « %2 ».', 'es': 'Se ha desconectado «%1». La grabación continúa con la imagen en negro y el sonido de «%2».', 'it': '«%1» è stato scollegato. La registrazione continua con l’immagine nera e l’audio di «%2».', 'pt_BR': '“%1” foi desconectado. A gravação continua com a imagem preta e o som de “%2”.'}</translation>
+        <translation>Se ha desconectado «%1». La grabación continúa con la imagen en negro y el sonido de «%2».</translation>
     </message>
     <message>
         <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
-        <translation>{'de': '„%1“ wurde getrennt. Die Aufnahme läuft mit dem Ton von „%2“ weiter.', 'fr': '« %1 » a été déconnecté. L’enregistrement continue avec le son de « %2 ».', 'es': 'Se ha desconectado «%1». La grabación continúa con el sonido de «%2».', 'it': '«%1» è stato scollegato. La registrazione continua con l’audio di «%2».', 'pt_BR': '“%1” foi desconectado. A gravação continua com o som de “%2”.'}</translation>
+        <translation>Se ha desconectado «%1». La grabación continúa con el sonido de «%2».</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "CaptureDeviceRegistry.h"
 #include "CaptureDevicesController.h"
+#include "DisplaySession.h"
 #include "LXDefaultsKeys.h"
 #include "LXGlyphs.h"
 #include "LXUserDefaults.h"
@@ -116,7 +117,7 @@ QAction *DeviceChooser::addItem(
     item->setData(entry);
     item->setEnabled(enabled);
     item->setProperty("deviceKind", int(kind));
-    if (kind == Kind::LocalCameraAndMicrophone)
+    if (kind == Kind::LocalCameraAndMicrophone || kind == Kind::ScreenCamera)
         item->setCheckable(true);
     if (kind != Kind::None)
         connect(item, &QAction::triggered, this, [this, item] { take(item); });
@@ -150,6 +151,21 @@ void DeviceChooser::rebuild(Source source, const QVariantList &remoteCameras)
         }
     }
 
+    if (source == Source::Screen) {
+        // The screen alone, or with this computer's camera beside it: the
+        // lecturer and the slides in one recording.
+        // Our own capture reads the X screen; in a Wayland session the
+        // screen is the agent's alone.
+        addItem(m_cameraMenu.get(), tr("No Camera"), kNoGlyph, Kind::ScreenCamera, QVariantMap());
+        if (DisplaySession::isWayland())
+            return;
+        if (!cameras.isEmpty())
+            m_cameraMenu->insertItemWithTitle(InputDeviceMenu::kSeparatorItem, nullptr, QKeySequence(), -1);
+        for (const CaptureDevicePtr &device : cameras)
+            addItem(m_cameraMenu.get(), device->localizedDisplayName(), int(LXGlyphs::Glyph::Camera),
+                Kind::ScreenCamera, localEntry(device));
+        return;
+    }
     for (const CaptureDevicePtr &device : cameras) {
         const QVariantMap entry = localEntry(device);
         QAction *item = addItem(
@@ -203,6 +219,11 @@ void DeviceChooser::take(QAction *item)
         break;
     case Kind::LocalCameraAndMicrophone:
         emit localCameraAndMicrophoneChosen(item);
+        break;
+    case Kind::ScreenCamera:
+        for (QAction *other : deviceItems(m_cameraMenu.get()))
+            other->setChecked(other == item);
+        emit screenCameraChosen(item);
         break;
     case Kind::None:
         break;
@@ -261,21 +282,30 @@ void DeviceChooser::selectAppropriateRecordingDevice(Source source, const QVaria
                 candidate = first;
         }
         break;
-    case Source::Screen:
+    case Source::Screen: {
         if (hasSaved)
             candidate = lastItemWithUniqueID(microphones, savedMicrophone);
         if (!candidate)
             candidate = itemWithTitle(microphones, defaultSoundName);
         if (!candidate)
             candidate = deviceItems(microphones).value(0);
+        // The camera beside the screen is the one saved, or none.
+        QAction *camera = lastItemWithUniqueID(m_cameraMenu.get(), savedCamera);
+        if (candidate)
+            take(candidate);
+        take(camera ? camera : deviceItems(m_cameraMenu.get()).value(0));
+        if (candidate)
+            return;
         break;
+    }
     case Source::None:
         return;
     }
     if (candidate) {
         take(candidate);
     } else {
-        emit chosenCameraTitleChanged(QString());
+        if (source != Source::Screen)
+            emit chosenCameraTitleChanged(QString());
         emit chosenMicrophoneTitleChanged(QString());
         emit nothingChosen();
     }
@@ -347,6 +377,7 @@ void DeviceChooser::writeSelectionToDefaults(
             put(kMicrophone, microphone);
     } else if (source == Source::Screen) {
         put(kMicrophone, microphone);
+        put(kCamera, camera.value(kUniqueID));
     }
     LXUserDefaults &defaults = LXUserDefaults::standard();
     defaults.setValue(selection, LXDefaultsKeys::lastDeviceSelectionFor(sourceName));

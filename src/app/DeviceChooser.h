@@ -68,6 +68,9 @@ signals:
     void remoteMicrophoneChosen(QAction *item);
     void remoteCameraChosen(QAction *item);
     void localCameraAndMicrophoneChosen(QAction *item);
+    // On the screen's page: this computer's camera to record beside the
+    // screen, or "No Camera" (an item without a device).
+    void screenCameraChosen(QAction *item);
     void nothingChosen();
     // The title each pop-up shows for its chosen device.
     void chosenCameraTitleChanged(const QString &title);
@@ -76,7 +79,7 @@ signals:
     void microphoneLevelConnectionChanged(const CaptureConnectionPtr &connection);
 
 private:
-    enum class Kind { None, LocalMicrophone, RemoteMicrophone, RemoteCamera, LocalCameraAndMicrophone };
+    enum class Kind { None, LocalMicrophone, RemoteMicrophone, RemoteCamera, LocalCameraAndMicrophone, ScreenCamera };
     QAction *addItem(InputDeviceMenu *menu, const QString &title, int glyph, Kind kind, const QVariantMap &entry,
         bool enabled = true);
 

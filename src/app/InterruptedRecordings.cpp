@@ -223,6 +223,22 @@ void InterruptedRecordings::offerNext()
         const QFileInfo movie(path);
         if (!movie.isFile() || m_answered.contains(path))
             continue;
+        // The screen's and the camera's movie of one recording share their
+        // time stamp: one recording to the user, offered once.
+        QStringList paths { path };
+        const QString name = movie.fileName();
+        const QString screen = QStringLiteral("ScreenCapture-"), camera = QStringLiteral("LocalVideo-");
+        QString partner;
+        if (name.startsWith(screen))
+            partner = camera + name.mid(screen.size());
+        else if (name.startsWith(camera))
+            partner = screen + name.mid(camera.size());
+        if (!partner.isEmpty() && m_found.removeAll(movie.dir().filePath(partner)) > 0)
+            paths << movie.dir().filePath(partner);
+        std::sort(paths.begin(), paths.end(), [](const QString &a, const QString &b) {
+            return QFileInfo(a).fileName().startsWith(QStringLiteral("ScreenCapture-"))
+                > QFileInfo(b).fileName().startsWith(QStringLiteral("ScreenCapture-"));
+        });
 
         auto *question = new QMessageBox(m_window);
         m_question = question;
@@ -239,16 +255,18 @@ void InterruptedRecordings::offerNext()
         question->setEscapeButton(question->addButton(tr("Not Now"), QMessageBox::RejectRole));
         question->setDefaultButton(publish);
         connect(question, &QMessageBox::finished, this,
-            [this, question, publish, path] { questionDidEnd(path, question->clickedButton() == publish); });
+            [this, question, publish, paths] { questionDidEnd(paths, question->clickedButton() == publish); });
         question->open();
         return;
     }
 }
 
-void InterruptedRecordings::questionDidEnd(const QString &path, bool publish)
+void InterruptedRecordings::questionDidEnd(const QStringList &paths, bool publish)
 {
     m_question = nullptr; // closed, and deleted once its signal is done
-    m_answered.insert(path);
+    for (const QString &path : paths)
+        m_answered.insert(path);
+    const QString &path = paths.first();
     if (!publish) {
         // The file stays where it is; the next run asks again.
         offerNext();
@@ -262,5 +280,5 @@ void InterruptedRecordings::questionDidEnd(const QString &path, bool publish)
     // the start, its last write the interruption.
     const QDateTime started = QDateTime::fromString(
         movie.completeBaseName().section(QLatin1Char('-'), 1), QStringLiteral("yyyy-MM-dd-HHmmss"));
-    emit publishRequested(path, started, movie.lastModified());
+    emit publishRequested(paths, started, movie.lastModified());
 }

@@ -40,10 +40,11 @@ public:
     void offerNext();
 
 signals:
-    // The user chose to publish the recording at `path`: it was started at
-    // `started` (null when its name does not tell) and interrupted at
-    // `interrupted`.
-    void publishRequested(const QString &path, const QDateTime &started, const QDateTime &interrupted);
+    // The user chose to publish the recording at `paths` (the screen's and
+    // the camera's movie of a recording that made both, otherwise one): it
+    // was started at `started` (null when its name does not tell) and
+    // interrupted at `interrupted`.
+    void publishRequested(const QStringList &paths, const QDateTime &started, const QDateTime &interrupted);
     // The journal's server camera is to record on (or be published) from
     // where it is, or to be cancelled.
     void continueRequested(const QVariantMap &journal, bool publish);
@@ -53,7 +54,7 @@ private:
     void didFind(const QStringList &paths);
     // Asks about a server camera still recording; false when there is none.
     bool offerServerRecording(const QVariantMap &journal, const QVariantList &remoteCameras);
-    void questionDidEnd(const QString &path, bool publish);
+    void questionDidEnd(const QStringList &paths, bool publish);
 
     QWidget *m_window;
     std::function<bool()> m_mayAsk;

@@ -156,10 +156,40 @@ void LXController::selectAppropriateRecordingDevice()
 void LXController::localMicrophoneSelected(QAction *item)
 {
     const QString uniqueID = DeviceChooser::entryOf(item).value(kUniqueID).toString();
-    setRoute(std::make_unique<LocalAgentRoute>(
-        *this, m_mode == Mode::Screen ? LocalAgentRoute::Media::Screen : LocalAgentRoute::Media::Sound));
     setJobLocalAudioDeviceName(uniqueID);
+    if (m_mode == Mode::Screen)
+        return setUpScreenRecording();
+    setRoute(std::make_unique<LocalAgentRoute>(*this, LocalAgentRoute::Media::Sound));
     m_devices->monitorMicrophone(uniqueID);
+}
+
+void LXController::screenCameraSelected(QAction *item)
+{
+    setJobCamera(DeviceChooser::entryOf(item));
+    setUpScreenRecording();
+}
+
+void LXController::setUpScreenRecording()
+{
+    const QString microphoneID = m_job ? m_job->localAudioDeviceName() : QString();
+    const QString cameraID = m_job ? m_job->camera().value(kUniqueID).toString() : QString();
+    tearDownLocalCameraAndMicrophone();
+    // The screen alone is the agent's, as it always was; with a camera
+    // beside it, our own capture records both in step.
+    if (cameraID.isEmpty() || microphoneID.isNull()) {
+        setRoute(std::make_unique<LocalAgentRoute>(*this, LocalAgentRoute::Media::Screen));
+        m_devices->monitorMicrophone(microphoneID);
+        return;
+    }
+    auto screen = std::make_shared<CaptureDevice>(CaptureDevice::Kind::Screen, QStringLiteral("screen"), tr("Screen"));
+    m_captureDevicesController->setupRecordingForScreenWithVideoDeviceUniqueID(screen, cameraID, microphoneID);
+    const std::shared_ptr<CaptureSession> session = m_captureDevicesController->captureSession();
+    if (!session) {
+        setJobCamera(QVariantMap());
+        return setUpScreenRecording();
+    }
+    setRoute(std::make_unique<LocalCaptureRoute>(*this));
+    m_window->recordPage()->showCaptureSession(session, true);
 }
 
 void LXController::remoteMicrophoneSelected(QAction *item)

@@ -81,6 +81,7 @@ void LXController::connectWindow()
     connect(m_devices, &DeviceChooser::remoteCameraChosen, this, &LXController::remoteCameraSelected);
     connect(m_devices, &DeviceChooser::localCameraAndMicrophoneChosen, this,
         &LXController::localCameraAndMicrophoneSelected);
+    connect(m_devices, &DeviceChooser::screenCameraChosen, this, &LXController::screenCameraSelected);
     connect(m_devices, &DeviceChooser::nothingChosen, this, [this] {
         m_route.reset();
         setJobCamera(QVariantMap());
@@ -136,18 +137,18 @@ void LXController::lookForInterruptedRecordings()
 }
 
 void LXController::publishRecoveredRecording(
-    const QString &path, const QDateTime &started, const QDateTime &interrupted)
+    const QStringList &paths, const QDateTime &started, const QDateTime &interrupted)
 {
     if (!m_job)
         return;
-    prepareToSubmitFiles({ path });
+    prepareToSubmitFiles(paths);
     setRoute(std::make_unique<ChosenFilesRoute>(*this, ChosenFilesRoute::Files::InterruptedRecording));
     if (started.isValid())
         m_job->setStartedAt(started);
     m_job->setStoppedAt(interrupted);
     // What was entered before the interruption comes back with the files.
     const QVariantMap journal = m_journalAtSignIn.value_or(QVariantMap());
-    if (journal.value(RecordingJournal::kFiles).toStringList().contains(path)) {
+    if (journal.value(RecordingJournal::kFiles).toStringList().contains(paths.first())) {
         m_job->setTitle(journal.value(RecordingJournal::kTitle).toString());
         m_job->setJobDescription(journal.value(RecordingJournal::kDescription).toString());
         if (const QVariantMap workflow = journal.value(RecordingJournal::kWorkflow).toMap(); !workflow.isEmpty())

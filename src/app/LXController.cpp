@@ -270,8 +270,10 @@ void LXController::updateBoundControls()
     m_window->setRecordControls(recordPauseMenuTitle(), recordOrPauseImage(), enabled);
     // Sound-only sources pick from the microphone menu; video picks a camera
     // and, in its submenu, the microphone.
+    // The screen's page has both: the microphone, and a camera beside it.
     if (m_window->hasMadeLaterPages())
-        m_window->recordPage()->setDevicePopUpsHidden(!microphoneListShouldBeHidden(), microphoneListShouldBeHidden());
+        m_window->recordPage()->setDevicePopUpsHidden(
+            !microphoneListShouldBeHidden(), microphoneListShouldBeHidden() && m_mode != Mode::Screen);
     m_window->setAcceptsFileDrops(m_state == State::Idle);
 }
 

@@ -161,6 +161,9 @@ public:
     void remoteMicrophoneSelected(QAction *item);
     void remoteCameraSelected(QAction *item);
     void localCameraAndMicrophoneSelected(QAction *item);
+    // On the screen's page: this computer's camera beside the screen, or
+    // none ("No Camera").
+    void screenCameraSelected(QAction *item);
     void tearDownLocalCameraAndMicrophone();
     void writeSelectedDevicesToDefaults();
     InputDeviceMenu *cameraMenu() const { return m_devices->cameraMenu(); }
@@ -291,6 +294,9 @@ private:
     // The way the chosen device records; it decides localRecordingChosen.
     void setRoute(std::unique_ptr<RecordingRoute> route);
     void showChosenRemoteCameraPreview();
+    // The screen's recording as its devices now stand: the agent's, or with
+    // a camera our own capture's, the camera inset in the preview.
+    void setUpScreenRecording();
     // The server camera the job records with; null for none or a local one.
     QString chosenRemoteCameraName() const;
     void setTimerValue(const QString &value);
@@ -298,7 +304,7 @@ private:
     void setWaitingOnRecordOrPauseResponse(bool waiting);
     void recordPauseButtonClicked();
     void setSubmittedStatus(const QString &text);
-    void publishRecoveredRecording(const QString &path, const QDateTime &started, const QDateTime &interrupted);
+    void publishRecoveredRecording(const QStringList &paths, const QDateTime &started, const QDateTime &interrupted);
     // The journal follows the recording: written once the events of the
     // moment are done, whole.
     void scheduleJournal();

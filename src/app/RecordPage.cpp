@@ -68,6 +68,7 @@ RecordPage::RecordPage(QWidget *parent)
     m_localPreview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     m_localPreview->hide();
     stage->addWidget(m_localPreview, 0, 0);
+    m_stage = stage;
     v->addLayout(stage, 1);
 
     auto *status = new QHBoxLayout;
@@ -266,8 +267,19 @@ void RecordPage::showSoundPicture()
     setScreenPreviewImage(image);
 }
 
-void RecordPage::showCaptureSession(const std::shared_ptr<CaptureSession> &session)
+void RecordPage::showCaptureSession(const std::shared_ptr<CaptureSession> &session, bool inset)
 {
+    // Inset: the camera in a corner of the screen's picture, as the
+    // recording's two movies will be shown side by side.
+    if (inset) {
+        m_localPreview->setFixedSize(224, 168);
+        m_stage->setAlignment(m_localPreview, Qt::AlignRight | Qt::AlignBottom);
+        m_localPreview->setContentsMargins(0, 0, 12, 12);
+    } else {
+        m_localPreview->setMinimumSize(0, 0);
+        m_localPreview->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        m_stage->setAlignment(m_localPreview, Qt::Alignment());
+    }
     showLocalPreview(session);
     for (const CaptureInputPtr &input : session->inputs())
         for (const CaptureConnectionPtr &connection : input->connections())

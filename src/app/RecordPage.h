@@ -48,7 +48,7 @@ public:
     void showLocalPreview(const std::shared_ptr<CaptureSession> &session);
     // This computer's camera and microphone live: the picture and the level
     // of the session's sound.
-    void showCaptureSession(const std::shared_ptr<CaptureSession> &session);
+    void showCaptureSession(const std::shared_ptr<CaptureSession> &session, bool inset = false);
     // A chosen microphone's level beside the devices; null hides the meter.
     void setMicrophoneLevelConnection(const CaptureConnectionPtr &connection);
     CaptureConnectionPtr microphoneLevelConnection() const;
@@ -78,6 +78,7 @@ private:
     QLabel *m_previewImage = nullptr;
     QLabel *m_screenPreviewImage = nullptr;
     CaptureVideoPreviewWidget *m_localPreview = nullptr;
+    class QGridLayout *m_stage = nullptr;
     QLabel *m_recordingState = nullptr;
     QLabel *m_hotkeySuggestion = nullptr;
     QLabel *m_timer = nullptr;

@@ -13,6 +13,7 @@
 #include "SimSandbox.h"
 #include "app/SignIn.h"
 #include "capture/MovieInspection.h"
+#include "capture/XvfbServer.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -182,6 +183,7 @@ private slots:
         QTest::newRow("remote camera") << QByteArray("Video") << kRemoteCamera << QString("publish");
         QTest::newRow("local camera") << QByteArray("Video") << localCamera << QString("publish");
         QTest::newRow("local microphone") << QByteArray("Audio") << kLocalMicrophone << QString("publish");
+        QTest::newRow("screen and camera") << QByteArray("Screen") << localCamera << QString("publish");
         QTest::newRow("remote camera, start over") << QByteArray("Video") << kRemoteCamera << QString("start over");
         QTest::newRow("local microphone, start over")
             << QByteArray("Audio") << kLocalMicrophone << QString("start over");
@@ -196,6 +198,14 @@ private slots:
         const bool local = saved.value("isLocalRecording").toBool();
         const QString file = m_sim->path() + "/lecture.mov";
         double recorded = 0;
+        // The screen, beside a camera, is read from an X server of its own.
+        std::unique_ptr<XvfbServer> screen;
+        if (tile == "Screen") {
+            screen = std::make_unique<XvfbServer>(QStringLiteral("1280x720x24"));
+            QVERIFY(!screen->display().isEmpty());
+            qputenv("DISPLAY", screen->display().toLocal8Bit());
+        }
+        auto noDisplay = qScopeGuard([] { qunsetenv("DISPLAY"); });
         openRecordPage(tile, saved);
         if (tile.isEmpty()) {
             QVERIFY(SimSandbox::writeFile(file, QByteArray(4096, 'm')));
@@ -276,16 +286,22 @@ private slots:
         const QString entry = libraryEntry(title);
         QCOMPARE(SimSandbox::readPlist(entry + "/metadata.plist").value("Description").toString(), "Sorting, part two");
         const QStringList movies = QDir(entry).entryList({ "*.mov" });
-        QCOMPARE(movies.size(), 1);
+        // The screen with a camera: both movies in one upload.
+        QCOMPARE(movies.size(), tile == "Screen" ? 2 : 1);
         // Recordings are deleted once queued; chosen files are the user's.
-        QCOMPARE(QFile::exists(m_c->job()->movieFilePaths()->first()), tile.isEmpty());
+        for (const QString &path : m_c->job()->movieFilePaths().value())
+            QCOMPARE(QFile::exists(path), tile.isEmpty());
         if (tile.isEmpty())
             return;
-        const MovieInspection movie = inspectMovie(entry + "/" + movies.first());
-        const double duration = std::max(movie.videoEnd, movie.audioEnd);
-        QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
-        // The upload took the finished movie, not the one still being written.
-        QVERIFY2(!movie.topLevelAtoms.contains("moof"), qPrintable(movie.topLevelAtoms.join(' ')));
+        QList<double> durations;
+        for (const QString &name : movies) {
+            const MovieInspection movie = inspectMovie(entry + "/" + name);
+            durations << std::max(movie.videoEnd, movie.audioEnd);
+            QVERIFY2(qAbs(durations.last() - recorded) < 1.0,
+                qPrintable(QString("%1: %2 vs %3").arg(name).arg(durations.last()).arg(recorded)));
+            // The upload took the finished movie, not the one still being written.
+            QVERIFY2(!movie.topLevelAtoms.contains("moof"), qPrintable(movie.topLevelAtoms.join(' ')));
+        }
         click("newPodcastButton"); // every new recording starts at the login panel
         QVERIFY(!m_c->window()->isVisible() && m_c->loginPanel()->loginPanel()->isVisible());
     }
@@ -300,6 +316,7 @@ private slots:
         QTest::newRow("SIGTERM, local camera") << QByteArray("Video") << localCamera << int(SIGTERM);
         QTest::newRow("kill -9, local microphone") << QByteArray("Audio") << kLocalMicrophone << int(SIGKILL);
         QTest::newRow("kill -9, remote camera") << QByteArray("Video") << kRemoteCamera << int(SIGKILL);
+        QTest::newRow("kill -9, screen and camera") << QByteArray("Screen") << localCamera << int(SIGKILL);
     }
     void aRecordingOutlivesTheApplication()
     {
@@ -314,6 +331,11 @@ private slots:
             QJsonDocument(QJsonObject { { "tile", QString(tile) }, { "saved", QJsonValue::fromVariant(saved) },
                               { "title", title } })
                 .toJson(QJsonDocument::Compact));
+        std::unique_ptr<XvfbServer> screen;
+        if (tile == "Screen") {
+            screen = std::make_unique<XvfbServer>(QStringLiteral("1280x720x24"));
+            env.insert("DISPLAY", screen->display());
+        }
         lumex.setProcessEnvironment(env);
         lumex.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         lumex.start(QCoreApplication::applicationFilePath(), {});
@@ -349,6 +371,7 @@ private slots:
             QVERIFY(m_c->interruptedRecordingQuestion()->text().startsWith("Publish the recording interrupted on "));
             QTest::mouseClick(m_c->interruptedRecordingQuestion()->defaultButton(), Qt::LeftButton);
             QCOMPARE(m_c->window()->currentPage(), Page::Metadata);
+            QVERIFY(!m_c->interruptedRecordingQuestion()); // the screen's and the camera's movie: one offer
         }
         QCOMPARE(child<QLineEdit>("title")->text(), title);
         click("publish"); // Done
@@ -359,9 +382,13 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(status(), kSuccess, 40000);
         const QString entry = libraryEntry(title);
         QCOMPARE(SimSandbox::readPlist(entry + "/metadata.plist").value("Description").toString(), "Taken up again");
-        const MovieInspection movie = inspectMovie(entry + "/" + QDir(entry).entryList({ "*.mov" }).value(0));
-        const double duration = std::max(movie.videoEnd, movie.audioEnd);
-        QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
+        const QStringList movies = QDir(entry).entryList({ "*.mov" });
+        QCOMPARE(movies.size(), tile == "Screen" ? 2 : 1);
+        for (const QString &name : movies) {
+            const MovieInspection movie = inspectMovie(entry + "/" + name);
+            const double duration = std::max(movie.videoEnd, movie.audioEnd);
+            QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
+        }
         QVERIFY(!QFile::exists(m_sim->jobDataFolder() + "/current-recording.plist")); // handed over
     }
 
