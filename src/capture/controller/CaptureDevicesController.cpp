@@ -120,6 +120,27 @@ void CaptureDevicesController::setupRecordingForVideoDeviceUniqueID(const QStrin
         m_controller->alertUserToError(*error);
 }
 
+// The screen's and the camera's movie start, pause, resume and end at one
+// running time: the first call of a pair can take a while (a finish does
+// work), and the second must not cut its file later for it.
+CaptureDevicesController::SameInstant::SameInstant(CaptureDevicesController *controller)
+    : m_outputs { controller->m_screenFileOutput, controller->m_movieFileOutput }
+{
+    const auto session = controller->m_captureSession;
+    const std::optional<GstClockTime> now
+        = session && session->isRunning() ? std::optional(session->runningTime()) : std::nullopt;
+    for (const auto &output : m_outputs)
+        if (output)
+            output->setActionTime(now);
+}
+
+CaptureDevicesController::SameInstant::~SameInstant()
+{
+    for (const auto &output : m_outputs)
+        if (output)
+            output->setActionTime(std::nullopt);
+}
+
 void CaptureDevicesController::setupRecordingForScreenWithVideoDeviceUniqueID(
     const CaptureDevicePtr &screen, const QString &videoID, const QString &audioID)
 {
@@ -296,6 +317,7 @@ void CaptureDevicesController::beginRecording()
     // A recording is not lost to an unplugged device: it goes on without it.
     if (m_captureSession)
         m_captureSession->setContinuesWithoutFailedDevices(true);
+    const SameInstant together(this);
     if (m_screenFileOutput && m_controller && m_controller->job())
         m_screenFileOutput->recordToOutputFileURL(
             QUrl::fromLocalFile(m_controller->job()->movieFilePaths().value_or(QStringList()).value(0)));
@@ -306,8 +328,7 @@ void CaptureDevicesController::beginRecording()
 void CaptureDevicesController::pauseRecording()
 {
     Log::format(QStringLiteral("Pausing capture"));
-    // Both movies of a screen and camera recording, one after the other on
-    // this thread: a frame apart at most.
+    const SameInstant together(this);
     for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
         if (output)
             output->pauseRecording();
@@ -316,6 +337,7 @@ void CaptureDevicesController::pauseRecording()
 void CaptureDevicesController::resumeRecording()
 {
     Log::format(QStringLiteral("Resuming capture"));
+    const SameInstant together(this);
     for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
         if (output)
             output->resumeRecording();
@@ -342,6 +364,7 @@ void CaptureDevicesController::finishMovies(CaptureMovieFileOutput::FinishMode m
     for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
         m_unfinishedMovies += output && output->isRecording() ? 1 : 0;
     m_finishing = m_unfinishedMovies > 0;
+    const SameInstant together(this);
     for (CaptureMovieFileOutput *output : { m_screenFileOutput.get(), m_movieFileOutput.get() })
         if (output)
             output->recordToOutputFileURL(QUrl(), mode);

@@ -53,6 +53,15 @@ public:
     // attaches to it.
     std::shared_ptr<CaptureSession> captureSession() const { return m_captureSession; }
     void setCaptureSession(const std::shared_ptr<CaptureSession> &session) { m_captureSession = session; }
+    // The outputs that write the job's movies, in the order of its files.
+    QList<std::shared_ptr<CaptureMovieFileOutput>> movieFileOutputs() const
+    {
+        QList<std::shared_ptr<CaptureMovieFileOutput>> outputs;
+        for (const auto &output : { m_screenFileOutput, m_movieFileOutput })
+            if (output)
+                outputs << output;
+        return outputs;
+    }
     bool deleteMovieFileWhenItFinishesRecording() const { return m_deleteMovieFileWhenItFinishesRecording; }
 
     void refreshDevices();
@@ -92,6 +101,20 @@ signals:
     void recordingDeviceLost(const QString &name, bool gavePicture, const QString &standIn);
 
 private:
+    // While it lives, the movie outputs act at the running time of its
+    // making.
+    class SameInstant
+    {
+    public:
+        explicit SameInstant(CaptureDevicesController *controller);
+        ~SameInstant();
+        SameInstant(const SameInstant &) = delete;
+        SameInstant &operator=(const SameInstant &) = delete;
+
+    private:
+        std::shared_ptr<CaptureMovieFileOutput> m_outputs[2];
+    };
+
     void finishMovies(CaptureMovieFileOutput::FinishMode mode);
     static QList<CaptureDevicePtr> unboundDevicesWithMediaTypes(const QStringList &mediaTypes);
 

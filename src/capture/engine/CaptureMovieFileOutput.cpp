@@ -185,16 +185,21 @@ void CaptureMovieFileOutput::recordToOutputFileURL(const QUrl &url, FinishMode c
         m_pendingURL = url; // starts when the session runs
 }
 
+qint64 CaptureMovieFileOutput::now() const
+{
+    return m_actionTime ? timelineTime(*m_actionTime) : timelineTime(session()->runningTime());
+}
+
 void CaptureMovieFileOutput::pauseRecording()
 {
     if (m_current && session())
-        m_current->timeline->pause(timelineTime(session()->runningTime()));
+        m_current->timeline->pause(now());
 }
 
 void CaptureMovieFileOutput::resumeRecording()
 {
     if (m_current && session())
-        m_current->timeline->resume(timelineTime(session()->runningTime()));
+        m_current->timeline->resume(now());
 }
 
 bool CaptureMovieFileOutput::isRecordingPaused() const
@@ -206,7 +211,7 @@ std::chrono::nanoseconds CaptureMovieFileOutput::recordedDuration() const
 {
     if (!m_current || !session())
         return std::chrono::nanoseconds(0);
-    return std::chrono::nanoseconds(m_current->timeline->recorded(timelineTime(session()->runningTime())));
+    return std::chrono::nanoseconds(m_current->timeline->recorded(now()));
 }
 
 void CaptureMovieFileOutput::sessionDidStartRunning()
@@ -222,7 +227,7 @@ void CaptureMovieFileOutput::startRecording(const QUrl &url)
     recording->url = url;
     recording->path = url.toLocalFile();
     recording->connections = connections();
-    recording->timeline = std::make_shared<RecordingTimeline>(timelineTime(session()->runningTime()));
+    recording->timeline = std::make_shared<RecordingTimeline>(now());
     m_current = recording;
 
     if (recording->connections.isEmpty()) {
@@ -362,7 +367,7 @@ void CaptureMovieFileOutput::finishRecording(const RecordingPtr &recording)
 {
     m_finishing.append(recording);
     if (session())
-        recording->timeline->finish(timelineTime(session()->runningTime()));
+        recording->timeline->finish(now());
     deliverWillFinish(recording);
     releaseFromSession(recording);
     if (recording->completed)
@@ -444,7 +449,7 @@ void CaptureMovieFileOutput::abandonRecording(const RecordingPtr &recording, con
         deliverWillFinish(recording);
     }
     if (session())
-        recording->timeline->finish(timelineTime(session()->runningTime()));
+        recording->timeline->finish(now());
     completeRecording(recording, false);
 }
 
@@ -456,7 +461,7 @@ void CaptureMovieFileOutput::endOfStream(const RecordingPtr &recording)
         m_current = nullptr;
         m_finishing.append(recording);
         if (session())
-            recording->timeline->finish(timelineTime(session()->runningTime()));
+            recording->timeline->finish(now());
         if (!recording->error)
             recording->error
                 = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture device stopped sending media."));

@@ -76,6 +76,12 @@ public:
         const std::optional<CompressionOptions> &options, const CaptureConnectionPtr &connection);
     std::optional<CompressionOptions> compressionOptionsForConnection(const CaptureConnectionPtr &connection) const;
 
+    // The running time that starting, pausing, resuming and finishing act
+    // at, instead of the moment of the call: outputs of one session given
+    // one time cut their files at the same instant. Null for the moment of
+    // each call.
+    void setActionTime(std::optional<GstClockTime> time) { m_actionTime = time; }
+
     // How much a crash may lose at most. Shorter fragments cost a larger
     // index while recording, nothing after a clean finish.
     void setFragmentDuration(std::chrono::milliseconds duration) { m_fragmentDuration = duration; }
@@ -111,6 +117,8 @@ private:
     void deliverWillFinish(const RecordingPtr &recording);
     void deliverDidFinish(const RecordingPtr &recording);
     RecordingPtr recordingForMessageSource(GstObject *source) const;
+    // The running time the timeline acts at now (see setActionTime).
+    qint64 now() const;
 
     CaptureFileOutputDelegate *m_delegate = nullptr;
     RecordingPtr m_current;
@@ -119,4 +127,5 @@ private:
     std::optional<Error> m_sessionFailure;
     QHash<CaptureConnection *, std::optional<CompressionOptions>> m_options;
     std::chrono::milliseconds m_fragmentDuration { 500 };
+    std::optional<GstClockTime> m_actionTime;
 };
