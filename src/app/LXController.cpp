@@ -106,20 +106,34 @@ void LXController::awakeFromNib()
     updateBoundControls();
     updateDockIcon();
     m_window->setConnected(false);
-    m_window->show();
     showLoginPanel();
-    // This computer's devices are looked for once the login panel has been
-    // drawn: the person signing in needs them only after that.
+    // The login panel is what the person waits for: the main window behind
+    // it and this computer's devices come once it has been drawn (or after
+    // half a second at most).
     m_loginPanel->loginPanel()->installEventFilter(this);
+    QTimer::singleShot(500, this, &LXController::showMainWindowBehindLoginPanel);
 }
 
 bool LXController::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Paint && watched == (m_loginPanel ? m_loginPanel->loginPanel() : nullptr)) {
         watched->removeEventFilter(this);
-        QTimer::singleShot(0, m_captureDevicesController, &CaptureDevicesController::refreshDevices);
+        QTimer::singleShot(0, this, &LXController::showMainWindowBehindLoginPanel);
     }
     return QObject::eventFilter(watched, event);
+}
+
+void LXController::showMainWindowBehindLoginPanel()
+{
+    if (m_shownAtStart)
+        return;
+    m_shownAtStart = true;
+    m_window->show();
+    if (m_loginPanel && m_loginPanel->loginPanel()->isVisible()) {
+        m_loginPanel->loginPanel()->raise();
+        m_loginPanel->loginPanel()->activateWindow();
+    }
+    QTimer::singleShot(0, m_captureDevicesController, &CaptureDevicesController::refreshDevices);
 }
 
 void LXController::announceDependents(const char *key)

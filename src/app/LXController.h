@@ -291,6 +291,7 @@ private:
     void chooseWorkflow(int index);
     QWidget *alertParent() const;
     void connectWindow();
+    void showMainWindowBehindLoginPanel();
     // The way the chosen device records; it decides localRecordingChosen.
     void setRoute(std::unique_ptr<RecordingRoute> route);
     void showChosenRemoteCameraPreview();
@@ -347,4 +348,5 @@ private:
     bool m_waitingOnRecordOrPauseResponse = false;
     bool m_inBetweenMainWindowAndLoginPanel = false;
     bool m_connected = false;
+    bool m_shownAtStart = false;
 };
