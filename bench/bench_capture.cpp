@@ -149,16 +149,16 @@ int main(int argc, char **argv)
                           "timeoverlay ! videoconvert ! videoscale ! video/x-raw,format=I420 ! "
                           "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 ! queue ! mux. "
                           "audiotestsrc is-live=true wave=sine ! audio/x-raw,rate=48000,channels=2 ! audioconvert ! "
-                          "audioresample ! tee name=sound ! queue ! voaacenc bitrate=192000 ! queue ! mux. "
+                          "audioresample ! voaacenc bitrate=192000 ! tee name=sound ! queue ! mux. "
                           "qtmux name=mux fragment-duration=500 ! filesink location="
         + barePath.toUtf8();
     // The same elements for the screen's movie, fitted as the client fits
-    // it; the sound encoded a second time, as the client does.
+    // it; the sound encoded once for both, as the client does.
     if (screen)
         pipeline += " ximagesrc use-damage=false show-pointer=true ! video/x-raw,framerate=15/1 ! videoconvert ! "
                     "videoscale ! video/x-raw,format=I420 ! x264enc tune=zerolatency+stillimage "
-                    "speed-preset=veryfast key-int-max=15 ! queue ! smux. sound. ! queue ! voaacenc bitrate=192000 ! "
-                    "queue ! smux. qtmux name=smux fragment-duration=500 ! filesink location="
+                    "speed-preset=veryfast key-int-max=15 ! queue ! smux. sound. ! queue ! smux. qtmux name=smux "
+                    "fragment-duration=500 ! filesink location="
             + barePath.toUtf8() + ".screen.mov";
     // One argument per token: gst-launch quotes an argument that holds spaces.
     QList<QByteArray> tokens = pipeline.split(' ');

@@ -339,6 +339,19 @@ private slots:
         QCOMPARE(
             QFileInfo(paths[0]).fileName().replace("ScreenCapture-", "LocalVideo-"), QFileInfo(paths[1]).fileName());
         c.devices.beginRecording();
+        // One sound encoder for both movies.
+        int soundEncoders = 0;
+        GstIterator *elements = gst_bin_iterate_recurse(GST_BIN(c.devices.captureSession()->pipeline()));
+        gst_iterator_foreach(
+            elements,
+            [](const GValue *element, gpointer count) {
+                GstElementFactory *factory = gst_element_get_factory(GST_ELEMENT(g_value_get_object(element)));
+                *static_cast<int *>(count)
+                    += factory && gst_element_factory_list_is_type(factory, GST_ELEMENT_FACTORY_TYPE_AUDIO_ENCODER);
+            },
+            &soundEncoders);
+        gst_iterator_free(elements);
+        QCOMPARE(soundEncoders, 1);
         for (int pause = 0; pause < 2; ++pause) {
             const double from = c.runningTime();
             QTRY_VERIFY_WITH_TIMEOUT(c.runningTime() > from + 1.2, 20000);
@@ -363,6 +376,8 @@ private slots:
             QVERIFY2(movie.videoEnd > 3.3 && movie.largestVideoGap < 0.1, qPrintable(QString::number(movie.videoEnd)));
         }
         QCOMPARE(screenMovie.width, 640); // within 1920x1080, as it came
+        QVERIFY2(qAbs(screenMovie.audioEnd - cameraMovie.audioEnd) < 0.03, // the same sound, to a frame
+            qPrintable(QString("%1 vs %2").arg(screenMovie.audioEnd).arg(cameraMovie.audioEnd)));
         // Both files are cut at the same running times; a starved machine
         // may still drop a frame or two near an end in one branch only.
         QVERIFY2(qAbs(screenMovie.videoEnd - cameraMovie.videoEnd) <= 0.1,

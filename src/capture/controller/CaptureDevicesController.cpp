@@ -176,6 +176,9 @@ void CaptureDevicesController::setupRecordingForScreenWithVideoDeviceUniqueID(
                     : CompressionOptions::HighQualityAACAudio),
             connection);
     m_screenFileOutput->setDelegate(this);
+    // One microphone, encoded once, into both movies.
+    m_screenFileOutput->setSharesSoundEncoding(true);
+    m_movieFileOutput->setSharesSoundEncoding(true);
     if (m_controller)
         if (const auto job = m_controller->job()) {
             const QString camera = job->movieFilePaths().value_or(QStringList()).value(0);

@@ -285,13 +285,16 @@ bool CaptureMovieFileOutput::buildRecordingBin(const RecordingPtr &recording, Er
         const std::optional<CompressionOptions> chosen = compressionOptionsForConnection(connection);
         const CompressionOptions options
             = chosen ? *chosen : CompressionOptions::platformDefault(connection->mediaType());
-        GstElement *tee = session()->teeForConnection(connection);
+        const bool shared = !video && m_sharesSoundEncoding;
+        GstElement *tee = shared ? session()->encodedTeeForConnection(connection, options, error)
+                                 : session()->teeForConnection(connection);
         if (!tee) {
-            *error
-                = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has no stream to record."));
+            if (!shared)
+                *error = Gst::coreError(
+                    GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has no stream to record."));
             return false;
         }
-        Gst::ElementRef encoder = options.createEncoderBin(error);
+        Gst::ElementRef encoder = shared ? Gst::make("identity", error) : options.createEncoderBin(error);
         Gst::ElementRef queue = encoder ? Gst::make("queue", error) : Gst::ElementRef();
         if (!encoder || !queue)
             return false;

@@ -82,6 +82,11 @@ public:
     // each call.
     void setActionTime(std::optional<GstClockTime> time) { m_actionTime = time; }
 
+    // Sound from the session's shared encoder (see
+    // CaptureSession::encodedTeeForConnection) instead of an encoder of the
+    // file's own: outputs that record one microphone into two movies.
+    void setSharesSoundEncoding(bool shares) { m_sharesSoundEncoding = shares; }
+
     // How much a crash may lose at most. Shorter fragments cost a larger
     // index while recording, nothing after a clean finish.
     void setFragmentDuration(std::chrono::milliseconds duration) { m_fragmentDuration = duration; }
@@ -128,4 +133,5 @@ private:
     QHash<CaptureConnection *, std::optional<CompressionOptions>> m_options;
     std::chrono::milliseconds m_fragmentDuration { 500 };
     std::optional<GstClockTime> m_actionTime;
+    bool m_sharesSoundEncoding = false;
 };

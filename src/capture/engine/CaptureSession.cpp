@@ -1,8 +1,10 @@
 #include "CaptureSession.h"
 
 #include "CaptureDeviceRegistry.h"
+#include "CompressionOptions.h"
 #include "GstBusReader.h"
 #include "Log.h"
+#include "TeeBranch.h"
 
 #include <chrono>
 #include <cmath>
@@ -130,6 +132,55 @@ GstElement *CaptureSession::teeForConnection(const CaptureConnectionPtr &connect
     for (const Stream &stream : m_streams)
         if (stream.connection == connection)
             return stream.tee;
+    return nullptr;
+}
+
+GstElement *CaptureSession::encodedTeeForConnection(
+    const CaptureConnectionPtr &connection, const CompressionOptions &options, Error *error)
+{
+    for (Stream &stream : m_streams) {
+        if (stream.connection != connection)
+            continue;
+        if (stream.encodedTee)
+            return stream.encodedTee;
+        GstElement *pipeline = m_pipeline.element();
+        Gst::ElementRef queue = Gst::make("queue", error);
+        Gst::ElementRef encoder = queue ? options.createEncoderBin(error) : Gst::ElementRef();
+        Gst::ElementRef tee = encoder ? Gst::make("tee", error) : Gst::ElementRef();
+        if (!tee)
+            return nullptr;
+        // As a movie's own encoder would: room for a stall, no back-pressure
+        // on the live sources.
+        g_object_set(queue.get(), "max-size-buffers", 0u, "max-size-bytes", 0u, "max-size-time",
+            guint64(3 * GST_SECOND), nullptr);
+        g_object_set(tee.get(), "allow-not-linked", TRUE, nullptr);
+        for (const Gst::ElementRef *element : { &queue, &encoder, &tee })
+            Gst::add(pipeline, *element);
+        if (!Gst::link(queue.element(), encoder.element(), error)
+            || !Gst::link(encoder.element(), tee.element(), error))
+            return nullptr;
+        std::shared_ptr<TeeBranch> branch = TeeBranch::request(stream.tee, error);
+        Gst::PadRef queueSink(gst_element_get_static_pad(queue.element(), "sink"), Gst::Ref::Adopt);
+        if (!branch || !branch->link(queueSink.get(), error))
+            return nullptr;
+        // Its format is fixed at the first movie: a branch added later takes
+        // it as it is, and does not make the encoder announce it again (a
+        // muxer already writing would take that for a change of format).
+        Gst::PadRef teeSink(gst_element_get_static_pad(tee.element(), "sink"), Gst::Ref::Adopt);
+        gst_pad_add_probe(
+            teeSink.get(), GST_PAD_PROBE_TYPE_EVENT_UPSTREAM,
+            [](GstPad *, GstPadProbeInfo *info, gpointer) {
+                return GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_RECONFIGURE ? GST_PAD_PROBE_DROP
+                                                                                               : GST_PAD_PROBE_OK;
+            },
+            nullptr, nullptr);
+        for (const Gst::ElementRef *element : { &tee, &encoder, &queue })
+            gst_element_sync_state_with_parent(element->element());
+        stream.encodedBranch = std::move(branch);
+        stream.encodedTee = tee.element();
+        return stream.encodedTee;
+    }
+    *error = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has no stream to record."));
     return nullptr;
 }
 
@@ -294,7 +345,8 @@ bool CaptureSession::buildPipeline(Error *error)
 bool CaptureSession::addStream(GstPad *sourcePad, const CaptureConnectionPtr &connection, Error *error)
 {
     GstElement *pipeline = m_pipeline.element();
-    Stream stream { connection };
+    Stream stream;
+    stream.connection = connection;
     const bool sound = connection->mediaType() == MediaType::Sound;
     GstElement *head = addElement(pipeline, sound ? "audioconvert" : "identity", error);
     if (!head)

@@ -156,6 +156,11 @@ public:
     CaptureConnectionPtr videoConnection() const;
     // The tee of an active connection, for outputs to branch from.
     GstElement *teeForConnection(const CaptureConnectionPtr &connection) const;
+    // A tee of the connection's media encoded as `options` say, made on
+    // first use while the session runs: outputs that branch from it share
+    // one encoder (the same sound in the screen's and the camera's movie).
+    GstElement *encodedTeeForConnection(
+        const CaptureConnectionPtr &connection, const class CompressionOptions &options, Error *error);
     GstElement *pipeline() const { return m_pipeline.element(); }
     // The pipeline's running time now, the clock that buffers are stamped in.
     GstClockTime runningTime() const;
@@ -188,6 +193,9 @@ private:
         GstElement *head = nullptr;
         GstElement *tee = nullptr;
         GstElement *level = nullptr;
+        // The shared encoder's branch and its tee, once made.
+        std::shared_ptr<class TeeBranch> encodedBranch;
+        GstElement *encodedTee = nullptr;
     };
 
     bool buildPipeline(Error *error);
