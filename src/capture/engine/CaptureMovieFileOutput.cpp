@@ -286,14 +286,9 @@ bool CaptureMovieFileOutput::buildRecordingBin(const RecordingPtr &recording, Er
         const CompressionOptions options
             = chosen ? *chosen : CompressionOptions::platformDefault(connection->mediaType());
         const bool shared = !video && m_sharesSoundEncoding;
-        GstElement *tee = shared ? session()->encodedTeeForConnection(connection, options, error)
-                                 : session()->teeForConnection(connection);
-        if (!tee) {
-            if (!shared)
-                *error = Gst::coreError(
-                    GST_CORE_ERROR_FAILED, QStringLiteral("The capture session has no stream to record."));
+        GstElement *tee = session()->teeForRecording(connection, shared ? &options : nullptr, error);
+        if (!tee)
             return false;
-        }
         Gst::ElementRef encoder = shared ? Gst::make("identity", error) : options.createEncoderBin(error);
         Gst::ElementRef queue = encoder ? Gst::make("queue", error) : Gst::ElementRef();
         if (!encoder || !queue)

@@ -83,7 +83,7 @@ public:
     void setActionTime(std::optional<GstClockTime> time) { m_actionTime = time; }
 
     // Sound from the session's shared encoder (see
-    // CaptureSession::encodedTeeForConnection) instead of an encoder of the
+    // CaptureSession::teeForRecording) instead of an encoder of the
     // file's own: outputs that record one microphone into two movies.
     void setSharesSoundEncoding(bool shares) { m_sharesSoundEncoding = shares; }
 

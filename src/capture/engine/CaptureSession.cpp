@@ -135,14 +135,17 @@ GstElement *CaptureSession::teeForConnection(const CaptureConnectionPtr &connect
     return nullptr;
 }
 
-GstElement *CaptureSession::encodedTeeForConnection(
-    const CaptureConnectionPtr &connection, const CompressionOptions &options, Error *error)
+GstElement *CaptureSession::teeForRecording(
+    const CaptureConnectionPtr &connection, const CompressionOptions *encodedAs, Error *error)
 {
     for (Stream &stream : m_streams) {
         if (stream.connection != connection)
             continue;
+        if (!encodedAs)
+            return stream.tee;
         if (stream.encodedTee)
             return stream.encodedTee;
+        const CompressionOptions &options = *encodedAs;
         GstElement *pipeline = m_pipeline.element();
         Gst::ElementRef queue = Gst::make("queue", error);
         Gst::ElementRef encoder = queue ? options.createEncoderBin(error) : Gst::ElementRef();

@@ -156,11 +156,13 @@ public:
     CaptureConnectionPtr videoConnection() const;
     // The tee of an active connection, for outputs to branch from.
     GstElement *teeForConnection(const CaptureConnectionPtr &connection) const;
-    // A tee of the connection's media encoded as `options` say, made on
-    // first use while the session runs: outputs that branch from it share
-    // one encoder (the same sound in the screen's and the camera's movie).
-    GstElement *encodedTeeForConnection(
-        const CaptureConnectionPtr &connection, const class CompressionOptions &options, Error *error);
+    // The tee a recording branches from: the connection's own, or with
+    // `encodedAs` a tee of its media encoded so, made on first use while the
+    // session runs, whose branches share one encoder (the same sound in the
+    // screen's and the camera's movie). Null with `error` set when the
+    // session has no such stream.
+    GstElement *teeForRecording(
+        const CaptureConnectionPtr &connection, const class CompressionOptions *encodedAs, Error *error);
     GstElement *pipeline() const { return m_pipeline.element(); }
     // The pipeline's running time now, the clock that buffers are stamped in.
     GstClockTime runningTime() const;
