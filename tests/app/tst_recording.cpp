@@ -289,7 +289,8 @@ private slots:
         // The screen with a camera: both movies in one upload.
         QCOMPARE(movies.size(), tile == "Screen" ? 2 : 1);
         // Recordings are deleted once queued; chosen files are the user's.
-        for (const QString &path : m_c->job()->movieFilePaths().value())
+        const QStringList recordedFiles = m_c->job()->movieFilePaths().value_or(QStringList());
+        for (const QString &path : recordedFiles)
             QCOMPARE(QFile::exists(path), tile.isEmpty());
         if (tile.isEmpty())
             return;
