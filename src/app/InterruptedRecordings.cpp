@@ -228,17 +228,16 @@ void InterruptedRecordings::offerNext()
         QStringList paths { path };
         const QString name = movie.fileName();
         const QString screen = QStringLiteral("ScreenCapture-"), camera = QStringLiteral("LocalVideo-");
-        QString partner;
-        if (name.startsWith(screen))
-            partner = camera + name.mid(screen.size());
-        else if (name.startsWith(camera))
-            partner = screen + name.mid(camera.size());
-        if (!partner.isEmpty() && m_found.removeAll(movie.dir().filePath(partner)) > 0)
-            paths << movie.dir().filePath(partner);
-        std::sort(paths.begin(), paths.end(), [](const QString &a, const QString &b) {
-            return QFileInfo(a).fileName().startsWith(QStringLiteral("ScreenCapture-"))
-                > QFileInfo(b).fileName().startsWith(QStringLiteral("ScreenCapture-"));
-        });
+        // The screen's movie first, as the recording handed them over.
+        if (name.startsWith(screen)) {
+            if (const QString partner = movie.dir().filePath(camera + name.mid(screen.size()));
+                m_found.removeAll(partner) > 0)
+                paths.append(partner);
+        } else if (name.startsWith(camera)) {
+            if (const QString partner = movie.dir().filePath(screen + name.mid(camera.size()));
+                m_found.removeAll(partner) > 0)
+                paths.prepend(partner);
+        }
 
         auto *question = new QMessageBox(m_window);
         m_question = question;
