@@ -504,6 +504,9 @@ bool CaptureSession::linkStandIn(
     Gst::add(pipeline, standIn);
     if (!Gst::link(out.get(), sink, error))
         return false;
+    // Playing before the microphone starts: a source whose first push meets
+    // a stopped converter is refused and falls silent for good.
+    gst_element_sync_state_with_parent(standIn.element());
     if (microphone) {
         Gst::add(pipeline, Gst::ElementRef(microphone->source(), Gst::Ref::Add));
         Gst::PadRef from(gst_element_get_static_pad(microphone->source(), CaptureDevice::kAudioPad), Gst::Ref::Adopt);
@@ -513,7 +516,6 @@ bool CaptureSession::linkStandIn(
         m_standIns << microphone;
         gst_element_sync_state_with_parent(microphone->source());
     }
-    gst_element_sync_state_with_parent(standIn.element());
     return true;
 }
 
