@@ -172,3 +172,53 @@ inline MovieInspection inspectMovie(const QString &path)
     result.audioEnd = trackEnd(decode.audio);
     return result;
 }
+
+// The stored (encoded) pictures of a movie's video track, as their time in
+// seconds and a hash of their bytes: a copy that was not re-encoded holds
+// the same pictures, so a picture tells where in the original it came from.
+using StoredPictures = std::vector<std::pair<double, size_t>>;
+inline StoredPictures storedPictures(const QString &path)
+{
+    gst_init(nullptr, nullptr);
+    StoredPictures pictures;
+    GstElement *pipeline = gst_parse_launch("filesrc name=source ! qtdemux name=d d.video_0 ! fakesink name=sink "
+                                            "signal-handoffs=true sync=false",
+        nullptr);
+    GstElement *source = gst_bin_get_by_name(GST_BIN(pipeline), "source");
+    GstElement *sink = gst_bin_get_by_name(GST_BIN(pipeline), "sink");
+    g_object_set(source, "location", path.toUtf8().constData(), nullptr);
+    g_signal_connect(sink, "handoff", G_CALLBACK(+[](GstElement *, GstBuffer *buffer, GstPad *, gpointer data) {
+        GstMapInfo map;
+        if (!gst_buffer_map(buffer, &map, GST_MAP_READ))
+            return;
+        static_cast<StoredPictures *>(data)->emplace_back(
+            double(GST_BUFFER_PTS(buffer)) / GST_SECOND,
+            qHash(QByteArrayView(reinterpret_cast<const char *>(map.data), qsizetype(map.size))));
+        gst_buffer_unmap(buffer, &map);
+    }),
+        &pictures);
+    gst_object_unref(source);
+    gst_object_unref(sink);
+    gst_element_set_state(pipeline, GST_STATE_PLAYING);
+    GstBus *bus = gst_element_get_bus(pipeline);
+    if (GstMessage *message
+        = gst_bus_timed_pop_filtered(bus, 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)))
+        gst_message_unref(message);
+    gst_object_unref(bus);
+    gst_element_set_state(pipeline, GST_STATE_NULL);
+    gst_object_unref(pipeline);
+    return pictures;
+}
+
+// Where the first stored picture of `copy` stands in `original`, in
+// seconds, or -1 when the original does not hold it.
+inline double firstPictureTimeIn(const QString &copy, const QString &original)
+{
+    const auto copied = storedPictures(copy);
+    if (copied.empty())
+        return -1;
+    for (const auto &[time, hash] : storedPictures(original))
+        if (hash == copied.front().second)
+            return time;
+    return -1;
+}

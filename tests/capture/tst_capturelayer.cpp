@@ -297,6 +297,61 @@ private slots:
         QVERIFY(!QFile::exists(path));
         QVERIFY(!QFile::exists(path + QStringLiteral(".remux")));
     }
+    void trimKeepsTheMarkedRangeWithoutReencoding_data()
+    {
+        QTest::addColumn<double>("in");
+        QTest::addColumn<double>("out"); // 0: to the end
+        QTest::addColumn<double>("shortest");
+        QTest::addColumn<double>("longest");
+        // A key frame at least every second: the copy starts up to a second
+        // before the In mark, never after it.
+        QTest::newRow("2 s to 4.5 s") << 2.0 << 4.5 << 2.4 << 3.6;
+        QTest::newRow("from the start") << 0.0 << 3.0 << 2.9 << 3.2;
+        QTest::newRow("to the end") << 3.0 << 0.0 << 2.0 << 4.2;
+    }
+    void trimKeepsTheMarkedRangeWithoutReencoding()
+    {
+        QFETCH(double, in);
+        QFETCH(double, out);
+        QFETCH(double, shortest);
+        QFETCH(double, longest);
+        static QString original;
+        if (original.isEmpty()) {
+            original = moviePath(QStringLiteral("to-trim.mov"));
+            Rig rig({ QStringLiteral("test:cam1"), QStringLiteral("test:mic1") });
+            rig.output->recordToOutputFileURL(QUrl::fromLocalFile(original));
+            QVERIFY(rig.recordFor(6.0));
+            rig.output->recordToOutputFileURL(QUrl());
+            QTRY_COMPARE_WITH_TIMEOUT(rig.delegate.didFinish(), 1, 20000);
+        }
+        const QString trimmed = moviePath(QStringLiteral("trimmed-%1.mov").arg(QTest::currentDataTag()));
+        const auto ns = [](double seconds) { return qint64(seconds * 1e9); };
+        const std::optional<Error> error = MovieRewriter::trimMovie(original, trimmed, ns(in), ns(out));
+        QVERIFY2(!error, qPrintable(error ? error->localizedDescription : QString()));
+        QVERIFY(!QFile::exists(trimmed + QLatin1String(MovieRewriter::kTemporarySuffix)));
+        const MovieInspection movie = inspectMovie(trimmed);
+        QVERIFY2(movie.videoEnd >= shortest && movie.videoEnd <= longest && qAbs(movie.audioEnd - movie.videoEnd) < 0.2,
+            qPrintable(QStringLiteral("%1 and %2").arg(movie.videoEnd).arg(movie.audioEnd)));
+        QVERIFY(movie.largestVideoGap < 0.1 && movie.largestAudioGap < 0.1);
+        // The same stored pictures: the first one comes from the key frame
+        // at or before the mark.
+        const double first = firstPictureTimeIn(trimmed, original);
+        QVERIFY2(first >= in - 1.0 && first <= in + 0.01, qPrintable(QString::number(first)));
+    }
+    void trimRefusesWhatItCannotCut()
+    {
+        const QString text = moviePath(QStringLiteral("notes.mov"));
+        QFile file(text);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("These are not pictures.");
+        file.close();
+        QVERIFY(!MovieRewriter::canTrim(text));
+        const QString trimmed = moviePath(QStringLiteral("notes-trimmed.mov"));
+        QVERIFY(MovieRewriter::trimMovie(text, trimmed, 0, 1'000'000'000));
+        QVERIFY(MovieRewriter::trimMovie(moviePath(QStringLiteral("missing.mov")), trimmed, 0, 1'000'000'000));
+        QVERIFY(!QFile::exists(trimmed));
+        QVERIFY(!QFile::exists(trimmed + QLatin1String(MovieRewriter::kTemporarySuffix)));
+    }
     void soundConnectionReportsTheAudioLevel()
     {
         Rig rig({ QStringLiteral("test:mic1") });

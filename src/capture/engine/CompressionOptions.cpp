@@ -96,8 +96,11 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
         description = "videoconvert name=first ! videoscale ! capsfilter name=size caps=video/x-raw,format=I420 ! ";
         if (encoder == QLatin1String("x264enc") && m_identifier == ScreenH264Video)
             description += "x264enc tune=zerolatency+stillimage speed-preset=veryfast key-int-max=15 name=last";
+        // A key frame at least every second at 25 frames per second and
+        // more, so that a trim, which cuts at key frames, lands within a
+        // second of its mark.
         else if (encoder == QLatin1String("x264enc"))
-            description += "x264enc tune=zerolatency speed-preset=veryfast key-int-max=60 name=last";
+            description += "x264enc tune=zerolatency speed-preset=veryfast key-int-max=25 name=last";
         else if (encoder == QLatin1String("jpegenc"))
             description += "jpegenc name=last";
         else {

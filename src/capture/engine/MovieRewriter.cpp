@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <condition_variable>
 #include <fcntl.h>
 #include <mutex>
 #include <sys/stat.h>
@@ -61,6 +62,190 @@ std::optional<GstClockTime> movieDuration(const QString &path)
     return duration;
 }
 
+// A temporary file this process is writing, which a new recording in the
+// same folder must not take for a leftover.
+struct ActiveTemporary
+{
+    QString key;
+    explicit ActiveTemporary(const QString &path)
+        : key(QFileInfo(path).absoluteFilePath())
+    {
+        std::lock_guard lock(s_remuxMutex);
+        s_activeRemuxes.insert(key);
+    }
+    ~ActiveTemporary()
+    {
+        std::lock_guard lock(s_remuxMutex);
+        s_activeRemuxes.remove(key);
+    }
+};
+
+// What the copy saw of the original's samples, and whether it keeps only
+// a range of them.
+struct Copy
+{
+    GstElement *muxer = nullptr;
+    bool trimming = false;
+    std::atomic<GstClockTime> first { GST_CLOCK_TIME_NONE };
+    std::atomic<GstClockTime> end { 0 };
+    std::mutex mutex;
+    std::condition_variable tracksAdded;
+    bool allTracks = false;
+};
+
+// One track of the copy. While trimming, what the demuxer reads before it
+// has flushed for the seek to the kept range is dropped, its end of stream
+// included, so the new file holds only the range.
+struct Track
+{
+    Copy *copy;
+    bool seeked;
+};
+
+void noteSample(Copy *copy, GstBuffer *buffer)
+{
+    if (!GST_BUFFER_PTS_IS_VALID(buffer))
+        return;
+    const GstClockTime start = GST_BUFFER_PTS(buffer);
+    const GstClockTime end = start + (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : 0);
+    GstClockTime seen = copy->end.load();
+    while (end > seen && !copy->end.compare_exchange_weak(seen, end)) { }
+    GstClockTime first = copy->first.load();
+    while ((first == GST_CLOCK_TIME_NONE || start < first) && !copy->first.compare_exchange_weak(first, start)) { }
+}
+
+GstPadProbeReturn watchTrack(GstPad *, GstPadProbeInfo *info, gpointer data)
+{
+    auto *track = static_cast<Track *>(data);
+    if (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) {
+        if (!track->seeked)
+            return GST_PAD_PROBE_DROP;
+        noteSample(track->copy, GST_PAD_PROBE_INFO_BUFFER(info));
+        return GST_PAD_PROBE_OK;
+    }
+    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP)
+        track->seeked = true;
+    else if (GST_EVENT_TYPE(event) == GST_EVENT_EOS && !track->seeked)
+        return GST_PAD_PROBE_DROP;
+    return GST_PAD_PROBE_OK;
+}
+
+// Each track goes through a queue of its own into the new file; the demuxer
+// names its pads by kind, as the muxer's request pads are. A track that
+// cannot be joined fails the copy through the bus.
+void addTrack(GstElement *, GstPad *pad, gpointer data)
+{
+    auto *copy = static_cast<Copy *>(data);
+    Gst::CharPtr name(gst_pad_get_name(pad));
+    const bool video = g_str_has_prefix(name.get(), "video");
+    Gst::PadRef target(gst_element_request_pad_simple(copy->muxer, video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
+    Gst::ElementRef queue = Gst::make("queue");
+    if (!target || !queue) {
+        GST_ELEMENT_ERROR(copy->muxer, CORE, PAD, ("Cannot add a track to the new movie."), (nullptr));
+        return;
+    }
+    GstObject *parent = gst_object_get_parent(GST_OBJECT(copy->muxer));
+    Gst::add(GST_ELEMENT(parent), queue);
+    gst_object_unref(parent);
+    Gst::PadRef queueSink(gst_element_get_static_pad(queue.element(), "sink"), Gst::Ref::Adopt);
+    Gst::PadRef queueSrc(gst_element_get_static_pad(queue.element(), "src"), Gst::Ref::Adopt);
+    if (!Gst::link(queueSrc.get(), target.get(), nullptr)) {
+        GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot add a track to the new movie."), (nullptr));
+        return;
+    }
+    gst_element_sync_state_with_parent(queue.element());
+    gst_pad_add_probe(pad,
+        GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM | GST_PAD_PROBE_TYPE_EVENT_FLUSH),
+        watchTrack, new Track { copy, !copy->trimming }, [](gpointer data) { delete static_cast<Track *>(data); });
+    if (!Gst::link(pad, queueSink.get(), nullptr))
+        GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot read a track of the movie."), (nullptr));
+}
+
+// Copies the samples of the movie `from` into a new plain movie `to`,
+// from the key frame at or before `range->first` to `range->second` when a
+// range is given. Fails when the copy does not last as long as what it read.
+std::optional<Error> copyMovie(const QString &from, const QString &to, qint64 size,
+    std::optional<std::pair<GstClockTime, GstClockTime>> range = std::nullopt)
+{
+    Copy copy;
+    copy.trimming = range.has_value();
+    Gst::ElementRef pipeline(gst_pipeline_new("remux"), Gst::Ref::Adopt);
+    Gst::ElementRef source = Gst::make("filesrc");
+    Gst::ElementRef demux = Gst::make("qtdemux");
+    Gst::ElementRef mux = Gst::make("qtmux");
+    Gst::ElementRef sink = Gst::make("filesink");
+    if (!source || !demux || !mux || !sink)
+        return Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("The QuickTime muxer is not installed."));
+    copy.muxer = mux.element();
+    g_object_set(source.get(), "location", QFile::encodeName(from).constData(), nullptr);
+    g_object_set(sink.get(), "location", QFile::encodeName(to).constData(), nullptr);
+    GstBin *bin = GST_BIN(pipeline.element());
+    gst_bin_add_many(bin, source.element(), demux.element(), mux.element(), sink.element(), nullptr);
+    Error linkError;
+    if (!Gst::link(source.element(), demux.element(), &linkError)
+        || !Gst::link(mux.element(), sink.element(), &linkError))
+        return linkError;
+    const Gst::SignalConnection padAdded(demux.element(), "pad-added", G_CALLBACK(addTrack), &copy);
+    const Gst::SignalConnection noMorePads(demux.element(), "no-more-pads",
+        G_CALLBACK(+[](GstElement *, gpointer data) {
+            auto *copy = static_cast<Copy *>(data);
+            std::lock_guard lock(copy->mutex);
+            copy->allTracks = true;
+            copy->tracksAdded.notify_all();
+        }),
+        &copy);
+    Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
+    std::optional<Error> failure;
+    if (gst_element_set_state(pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
+        failure = Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("Cannot read %1").arg(from));
+    if (!failure && range) {
+        // The demuxer knows its tracks before it sends a sample; the seek
+        // to the kept range follows at once, and snaps back to a key frame
+        // so that the first picture decodes.
+        std::unique_lock lock(copy.mutex);
+        if (!copy.tracksAdded.wait_for(lock, std::chrono::seconds(10), [&] { return copy.allTracks; }))
+            failure = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Cannot read the tracks of %1").arg(from));
+        lock.unlock();
+        const auto flags = GstSeekFlags(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE);
+        const bool toTheEnd = range->second == 0 || !GST_CLOCK_TIME_IS_VALID(range->second);
+        if (!failure
+            && !gst_element_seek(demux.element(), 1.0, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, gint64(range->first),
+                toTheEnd ? GST_SEEK_TYPE_NONE : GST_SEEK_TYPE_SET, toTheEnd ? -1 : gint64(range->second)))
+            failure = Gst::coreError(GST_CORE_ERROR_SEEK, QStringLiteral("Cannot seek in %1").arg(from));
+    }
+    if (!failure) {
+        // A copy runs at disk speed; one that takes far longer than the
+        // file's size explains is stuck.
+        const GstClockTime timeout = 10 * GST_SECOND + GstClockTime(size) / (4 * 1024 * 1024) * GST_SECOND;
+        Gst::MessagePtr message(
+            gst_bus_timed_pop_filtered(bus.get(), timeout, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+        if (!message)
+            failure = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Copying %1 timed out").arg(from));
+        else
+            failure = Gst::errorFromMessage(message.get());
+    }
+    gst_element_set_state(pipeline.element(), GST_STATE_NULL);
+    if (failure)
+        return failure;
+    // Within a frame or two; a shorter copy lost samples on the way.
+    constexpr GstClockTime tolerance = 200 * GST_MSECOND;
+    // The demuxer reads a sample or two past the Out mark, which the muxer
+    // leaves out.
+    const GstClockTime first = copy.first.load();
+    GstClockTime end = copy.end.load();
+    if (range && range->second > 0 && GST_CLOCK_TIME_IS_VALID(range->second))
+        end = std::min(end, range->second);
+    const GstClockTime wanted = GST_CLOCK_TIME_IS_VALID(first) && end > first ? end - (range ? first : 0) : 0;
+    const std::optional<GstClockTime> got = movieDuration(to);
+    if (!got || *got + tolerance < wanted || *got > wanted + tolerance)
+        return Gst::coreError(
+            GST_CORE_ERROR_FAILED, QStringLiteral("The new copy of %1 does not last as long as it should").arg(from));
+    if (!fsyncPath(QFile::encodeName(to), O_RDONLY))
+        return Error { kPosixErrorDomain, errno, QStringLiteral("Cannot write %1").arg(to) };
+    return std::nullopt;
+}
+
 } // namespace
 
 void MovieRewriter::removeStaleTemporaries(const QString &folder)
@@ -83,116 +268,10 @@ std::optional<Error> MovieRewriter::rewriteAsPlainMovie(const QString &path)
         return Error { kPosixErrorDomain, errno, QStringLiteral("Cannot read %1").arg(path) };
     const QString temporary = path + QLatin1String(MovieRewriter::kTemporarySuffix);
     const QByteArray temporaryName = QFile::encodeName(temporary);
-    const QString temporaryKey = QFileInfo(temporary).absoluteFilePath();
-    {
-        std::lock_guard lock(s_remuxMutex);
-        s_activeRemuxes.insert(temporaryKey);
-    }
-    struct Unregister
-    {
-        QString key;
-        ~Unregister()
-        {
-            std::lock_guard lock(s_remuxMutex);
-            s_activeRemuxes.remove(key);
-        }
-    } unregister { temporaryKey };
+    const ActiveTemporary active(temporary);
 
-    // Where the original's samples end, seen as they are copied; the new
-    // file must reach as far.
-    struct Copy
-    {
-        GstElement *muxer = nullptr;
-        std::atomic<GstClockTime> end { 0 };
-    } copy;
-
-    Gst::ElementRef pipeline(gst_pipeline_new("remux"), Gst::Ref::Adopt);
-    Gst::ElementRef source = Gst::make("filesrc");
-    Gst::ElementRef demux = Gst::make("qtdemux");
-    Gst::ElementRef mux = Gst::make("qtmux");
-    Gst::ElementRef sink = Gst::make("filesink");
-    if (!source || !demux || !mux || !sink)
-        return Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("The QuickTime muxer is not installed."));
-    copy.muxer = mux.element();
-    g_object_set(source.get(), "location", original.constData(), nullptr);
-    g_object_set(sink.get(), "location", temporaryName.constData(), nullptr);
-    GstBin *bin = GST_BIN(pipeline.element());
-    gst_bin_add_many(bin, source.element(), demux.element(), mux.element(), sink.element(), nullptr);
-    Error linkError;
-    if (!Gst::link(source.element(), demux.element(), &linkError)
-        || !Gst::link(mux.element(), sink.element(), &linkError))
-        return linkError;
-    // Each track goes through a queue of its own into the new file; the
-    // demuxer names its pads by kind, as the muxer's request pads are. A
-    // track that cannot be joined fails the rewrite through the bus.
-    const Gst::SignalConnection padAdded(demux.element(), "pad-added",
-        G_CALLBACK(+[](GstElement *, GstPad *pad, gpointer data) {
-            auto *copy = static_cast<Copy *>(data);
-            Gst::CharPtr name(gst_pad_get_name(pad));
-            const bool video = g_str_has_prefix(name.get(), "video");
-            Gst::PadRef target(
-                gst_element_request_pad_simple(copy->muxer, video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
-            Gst::ElementRef queue = Gst::make("queue");
-            if (!target || !queue) {
-                GST_ELEMENT_ERROR(copy->muxer, CORE, PAD, ("Cannot add a track to the rewritten movie."), (nullptr));
-                return;
-            }
-            GstObject *parent = gst_object_get_parent(GST_OBJECT(copy->muxer));
-            Gst::add(GST_ELEMENT(parent), queue);
-            gst_object_unref(parent);
-            Gst::PadRef queueSink(gst_element_get_static_pad(queue.element(), "sink"), Gst::Ref::Adopt);
-            Gst::PadRef queueSrc(gst_element_get_static_pad(queue.element(), "src"), Gst::Ref::Adopt);
-            if (!Gst::link(queueSrc.get(), target.get(), nullptr)) {
-                GST_ELEMENT_ERROR(
-                    copy->muxer, CORE, NEGOTIATION, ("Cannot add a track to the rewritten movie."), (nullptr));
-                return;
-            }
-            gst_element_sync_state_with_parent(queue.element());
-            gst_pad_add_probe(
-                pad, GST_PAD_PROBE_TYPE_BUFFER,
-                [](GstPad *, GstPadProbeInfo *info, gpointer data) {
-                    auto *copy = static_cast<Copy *>(data);
-                    GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
-                    if (GST_BUFFER_PTS_IS_VALID(buffer)) {
-                        const GstClockTime end = GST_BUFFER_PTS(buffer)
-                            + (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : 0);
-                        GstClockTime seen = copy->end.load();
-                        while (end > seen && !copy->end.compare_exchange_weak(seen, end)) { }
-                    }
-                    return GST_PAD_PROBE_OK;
-                },
-                copy, nullptr);
-            if (!Gst::link(pad, queueSink.get(), nullptr))
-                GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot read a track of the movie."), (nullptr));
-        }),
-        &copy);
-    Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
-    std::optional<Error> failure;
-    if (gst_element_set_state(pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
-        failure = Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("Cannot read %1").arg(path));
-    if (!failure) {
-        // A copy runs at disk speed; one that takes far longer than the
-        // file's size explains is stuck, and the original is good as it is.
-        const GstClockTime timeout = 10 * GST_SECOND + GstClockTime(before.st_size) / (4 * 1024 * 1024) * GST_SECOND;
-        Gst::MessagePtr message(
-            gst_bus_timed_pop_filtered(bus.get(), timeout, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
-        if (!message)
-            failure = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Rewriting %1 timed out").arg(path));
-        else
-            failure = Gst::errorFromMessage(message.get());
-    }
-    gst_element_set_state(pipeline.element(), GST_STATE_NULL);
-    if (!failure) {
-        // Within a frame or two; a shorter copy lost samples on the way.
-        constexpr GstClockTime tolerance = 200 * GST_MSECOND;
-        const GstClockTime wanted = copy.end.load();
-        const std::optional<GstClockTime> got = movieDuration(temporary);
-        if (!got || *got + tolerance < wanted || *got > wanted + tolerance)
-            failure = Gst::coreError(GST_CORE_ERROR_FAILED,
-                QStringLiteral("The rewritten %1 does not last as long as the original").arg(path));
-    }
-    if (!failure && !fsyncPath(temporaryName, O_RDONLY))
-        failure = Error { kPosixErrorDomain, errno, QStringLiteral("Cannot write %1").arg(temporary) };
+    // The original is good as it is when the copy fails.
+    std::optional<Error> failure = copyMovie(path, temporary, before.st_size);
     if (!failure) {
         // The application may have submitted and deleted the file, or a new
         // recording may stand there now: the rewrite must not replace it.
@@ -208,5 +287,37 @@ std::optional<Error> MovieRewriter::rewriteAsPlainMovie(const QString &path)
         return failure;
     }
     fsyncPath(QFile::encodeName(QFileInfo(path).absolutePath()), O_RDONLY | O_DIRECTORY);
+    return std::nullopt;
+}
+
+bool MovieRewriter::canTrim(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    // A QuickTime or MPEG-4 file opens with a box whose type is one of these.
+    const QByteArray head = file.read(8);
+    static const QList<QByteArray> kBoxes { "ftyp", "moov", "mdat", "wide", "free", "skip", "pnot" };
+    return head.size() == 8 && kBoxes.contains(head.mid(4, 4));
+}
+
+std::optional<Error> MovieRewriter::trimMovie(
+    const QString &source, const QString &destination, qint64 inNanoseconds, qint64 outNanoseconds)
+{
+    Gst::ensureInitialized();
+    if (!canTrim(source))
+        return Gst::coreError(GST_CORE_ERROR_NOT_IMPLEMENTED,
+            QStringLiteral("%1 is not a QuickTime or MPEG-4 movie and cannot be trimmed").arg(source));
+    const QString temporary = destination + QLatin1String(MovieRewriter::kTemporarySuffix);
+    const ActiveTemporary active(temporary);
+    std::optional<Error> failure = copyMovie(source, temporary, QFileInfo(source).size(),
+        std::pair { GstClockTime(std::max<qint64>(0, inNanoseconds)), GstClockTime(std::max<qint64>(0, outNanoseconds)) });
+    if (!failure && ::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(destination).constData()) != 0)
+        failure = Error { kPosixErrorDomain, errno, QStringLiteral("Cannot write %1").arg(destination) };
+    if (failure) {
+        QFile::remove(temporary);
+        return failure;
+    }
+    fsyncPath(QFile::encodeName(QFileInfo(destination).absolutePath()), O_RDONLY | O_DIRECTORY);
     return std::nullopt;
 }

@@ -23,6 +23,19 @@ public:
     // capture agent shares the spool folder) has touched for a minute.
     static void removeStaleTemporaries(const QString &folder);
 
+    // Copies the part of the movie at `source` from `in` to `out` (times in
+    // the movie) into a new plain movie at `destination`, without
+    // re-encoding: the copy starts at the key frame at or before `in`, so
+    // nothing between the marks is lost, and ends at `out`. An `out` of
+    // zero or past the end keeps everything after `in`. Only QuickTime and
+    // MPEG-4 movies can be trimmed; `destination` never holds a partial
+    // copy. Blocking; safe on any thread.
+    static std::optional<Error> trimMovie(
+        const QString &source, const QString &destination, qint64 inNanoseconds, qint64 outNanoseconds);
+
+    // Whether trimMovie can cut the file: a QuickTime or MPEG-4 movie.
+    static bool canTrim(const QString &path);
+
     // Appended to a movie's path for the rewrite's temporary file.
     static constexpr const char *kTemporarySuffix = ".remux";
 };
