@@ -333,8 +333,9 @@ private slots:
         QVERIFY2(movie.videoEnd >= shortest && movie.videoEnd <= longest && qAbs(movie.audioEnd - movie.videoEnd) < 0.2,
             qPrintable(QStringLiteral("%1 and %2").arg(movie.videoEnd).arg(movie.audioEnd)));
         QVERIFY(movie.largestVideoGap < 0.1 && movie.largestAudioGap < 0.1);
-        // The same stored pictures: the first one comes from the key frame
-        // at or before the mark.
+        // The same stored pictures, every one of them decoding: the first
+        // one is the key frame at or before the mark.
+        QCOMPARE(size_t(movie.videoFrames), storedPictures(trimmed).size());
         const double first = firstPictureTimeIn(trimmed, original);
         QVERIFY2(first >= in - 1.0 && first <= in + 0.01, qPrintable(QString::number(first)));
     }

@@ -1,5 +1,7 @@
 #include "CompressionOptions.h"
 
+#include <gst/video/video.h>
+
 #include "CaptureDevice.h"
 
 #include <algorithm>
@@ -94,13 +96,17 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
         // The I420 filter matters: x264 would otherwise keep 4:4:4 from some
         // sources, which most players cannot decode.
         description = "videoconvert name=first ! videoscale ! capsfilter name=size caps=video/x-raw,format=I420 ! ";
+        // Key frames come at each whole second of the pipeline's running
+        // time (see forceKeyFramesEverySecond) and nowhere else, so that a
+        // trim, which cuts at key frames, lands within a second of its mark
+        // and cuts the two movies of a screen and its camera alike. The
+        // encoder's own limit is a fallback only.
         if (encoder == QLatin1String("x264enc") && m_identifier == ScreenH264Video)
-            description += "x264enc tune=zerolatency+stillimage speed-preset=veryfast key-int-max=15 name=last";
-        // A key frame at least every second at 25 frames per second and
-        // more, so that a trim, which cuts at key frames, lands within a
-        // second of its mark.
+            description += "x264enc tune=zerolatency+stillimage speed-preset=veryfast key-int-max=150 "
+                           "option-string=scenecut=0 name=last";
         else if (encoder == QLatin1String("x264enc"))
-            description += "x264enc tune=zerolatency speed-preset=veryfast key-int-max=25 name=last";
+            description += "x264enc tune=zerolatency speed-preset=veryfast key-int-max=300 "
+                           "option-string=scenecut=0 name=last";
         else if (encoder == QLatin1String("jpegenc"))
             description += "jpegenc name=last";
         else {
@@ -127,5 +133,40 @@ Gst::ElementRef CompressionOptions::createEncoderBin(Error *error) const
             *error = Gst::coreError(GST_CORE_ERROR_PAD, QStringLiteral("The encoder has no way in or out."));
         return {};
     }
+    if (bin && encoder == QLatin1String("x264enc"))
+        forceKeyFramesEverySecond(bin.element());
     return bin;
+}
+
+void CompressionOptions::forceKeyFramesEverySecond(GstElement *encoderBin)
+{
+    Gst::ElementRef encoder(gst_bin_get_by_name(GST_BIN(encoderBin), "last"), Gst::Ref::Adopt);
+    Gst::PadRef sink(encoder ? gst_element_get_static_pad(encoder.element(), "sink") : nullptr, Gst::Ref::Adopt);
+    if (!sink)
+        return;
+    // The first picture at or after each whole second becomes a key frame;
+    // the request goes ahead of it into the encoder.
+    gst_pad_add_probe(
+        sink.get(), GST_PAD_PROBE_TYPE_BUFFER,
+        [](GstPad *pad, GstPadProbeInfo *info, gpointer data) {
+            auto *nextSecond = static_cast<GstClockTime *>(data);
+            GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+            Gst::EventPtr sticky(gst_pad_get_sticky_event(pad, GST_EVENT_SEGMENT, 0));
+            if (!sticky || !GST_BUFFER_PTS_IS_VALID(buffer))
+                return GST_PAD_PROBE_OK;
+            const GstSegment *segment = nullptr;
+            gst_event_parse_segment(sticky.get(), &segment);
+            const GstClockTime running
+                = gst_segment_to_running_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
+            if (!GST_CLOCK_TIME_IS_VALID(running) || running < *nextSecond)
+                return GST_PAD_PROBE_OK;
+            *nextSecond = (running / GST_SECOND + 1) * GST_SECOND;
+            // For the picture that follows at once: the encoder counts
+            // times of its own once the movie's timeline has restamped them.
+            gst_pad_send_event(pad,
+                gst_video_event_new_downstream_force_key_unit(
+                    GST_CLOCK_TIME_NONE, GST_CLOCK_TIME_NONE, GST_CLOCK_TIME_NONE, FALSE, 0));
+            return GST_PAD_PROBE_OK;
+        },
+        new GstClockTime(0), [](gpointer data) { delete static_cast<GstClockTime *>(data); });
 }

@@ -51,4 +51,6 @@ private:
     int m_maxWidth = 0;
     int m_maxHeight = 0;
     int m_bitrate = 0; // bits per second; 0 keeps the encoder's default
+
+    static void forceKeyFramesEverySecond(GstElement *encoderBin);
 };

@@ -82,6 +82,12 @@ struct MessageDeleter
 };
 using MessagePtr = std::unique_ptr<GstMessage, MessageDeleter>;
 
+struct EventDeleter
+{
+    void operator()(GstEvent *e) const { gst_event_unref(e); }
+};
+using EventPtr = std::unique_ptr<GstEvent, EventDeleter>;
+
 struct CapsDeleter
 {
     void operator()(GstCaps *c) const { gst_caps_unref(c); }

@@ -13,7 +13,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <condition_variable>
 #include <fcntl.h>
 #include <mutex>
 #include <sys/stat.h>
@@ -80,55 +79,163 @@ struct ActiveTemporary
     }
 };
 
-// What the copy saw of the original's samples, and whether it keeps only
-// a range of them.
+// What the copy saw of the original's samples, and the range it keeps, in
+// the movie's own times (stream time); an unbounded range keeps all.
 struct Copy
 {
     GstElement *muxer = nullptr;
-    bool trimming = false;
+    GstClockTime keepFrom = 0;
+    GstClockTime keepUntil = GST_CLOCK_TIME_NONE;
     std::atomic<GstClockTime> first { GST_CLOCK_TIME_NONE };
     std::atomic<GstClockTime> end { 0 };
-    std::mutex mutex;
-    std::condition_variable tracksAdded;
-    bool allTracks = false;
 };
 
-// One track of the copy. While trimming, what the demuxer reads before it
-// has flushed for the seek to the kept range is dropped, its end of stream
-// included, so the new file holds only the range.
+// One track of the copy. A trim restamps the track so that the kept range
+// starts the new movie, and drops what lies outside it: the muxer sees only
+// the range, as if the movie had been recorded so.
 struct Track
 {
     Copy *copy;
-    bool seeked;
+    GstSegment segment; // as the demuxer sent it
+    bool ended = false;
 };
 
-void noteSample(Copy *copy, GstBuffer *buffer)
+void noteSample(Copy *copy, GstClockTime start, GstClockTime duration)
 {
-    if (!GST_BUFFER_PTS_IS_VALID(buffer))
-        return;
-    const GstClockTime start = GST_BUFFER_PTS(buffer);
-    const GstClockTime end = start + (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : 0);
+    const GstClockTime end = start + (GST_CLOCK_TIME_IS_VALID(duration) ? duration : 0);
     GstClockTime seen = copy->end.load();
     while (end > seen && !copy->end.compare_exchange_weak(seen, end)) { }
     GstClockTime first = copy->first.load();
     while ((first == GST_CLOCK_TIME_NONE || start < first) && !copy->first.compare_exchange_weak(first, start)) { }
 }
 
-GstPadProbeReturn watchTrack(GstPad *, GstPadProbeInfo *info, gpointer data)
+GstPadProbeReturn watchTrack(GstPad *pad, GstPadProbeInfo *info, gpointer data)
 {
     auto *track = static_cast<Track *>(data);
+    Copy *copy = track->copy;
+    const bool trimming = copy->keepFrom > 0 || GST_CLOCK_TIME_IS_VALID(copy->keepUntil);
     if (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) {
-        if (!track->seeked)
+        GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+        if (track->ended)
             return GST_PAD_PROBE_DROP;
-        noteSample(track->copy, GST_PAD_PROBE_INFO_BUFFER(info));
+        if (!GST_BUFFER_PTS_IS_VALID(buffer))
+            return trimming ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+        const GstClockTime time = gst_segment_to_stream_time(&track->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
+        if (!GST_CLOCK_TIME_IS_VALID(time) || time < copy->keepFrom)
+            return GST_PAD_PROBE_DROP;
+        if (GST_CLOCK_TIME_IS_VALID(copy->keepUntil) && time >= copy->keepUntil) {
+            // Past the range: this track ends here, and the demuxer stops
+            // reading once every track has.
+            track->ended = true;
+            Gst::PadRef peer(gst_pad_get_peer(pad), Gst::Ref::Adopt);
+            if (peer)
+                gst_pad_send_event(peer.get(), gst_event_new_eos());
+            return GST_PAD_PROBE_DROP;
+        }
+        noteSample(copy, time, GST_BUFFER_DURATION(buffer));
         return GST_PAD_PROBE_OK;
     }
     GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
-    if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP)
-        track->seeked = true;
-    else if (GST_EVENT_TYPE(event) == GST_EVENT_EOS && !track->seeked)
+    if (GST_EVENT_TYPE(event) == GST_EVENT_EOS && track->ended)
         return GST_PAD_PROBE_DROP;
+    if (GST_EVENT_TYPE(event) != GST_EVENT_SEGMENT)
+        return GST_PAD_PROBE_OK;
+    const GstSegment *segment = nullptr;
+    gst_event_parse_segment(event, &segment);
+    track->segment = *segment;
+    if (!trimming || segment->format != GST_FORMAT_TIME)
+        return GST_PAD_PROBE_OK;
+    // The kept range's start becomes the new movie's zero: the buffers keep
+    // their times, and the segment says where they now begin.
+    GstSegment kept = *segment;
+    const GstClockTimeDiff shift = GstClockTimeDiff(copy->keepFrom) - GstClockTimeDiff(segment->time);
+    kept.start = GstClockTime(std::max<GstClockTimeDiff>(0, GstClockTimeDiff(segment->start) + shift));
+    kept.time = copy->keepFrom;
+    kept.position = kept.start;
+    kept.base = 0;
+    gst_event_unref(event);
+    GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_segment(&kept);
     return GST_PAD_PROBE_OK;
+}
+
+// The time of the last key frame at or before `time` in the movie's video
+// track, read from the start of the file; `time` itself for a movie without
+// pictures, or when it cannot be told.
+struct KeyFrameSearch
+{
+    GstClockTime time;
+    std::atomic<GstClockTime> found { GST_CLOCK_TIME_NONE };
+};
+
+GstPadProbeReturn watchForKeyFrames(GstPad *pad, GstPadProbeInfo *info, gpointer data)
+{
+    auto *search = static_cast<KeyFrameSearch *>(data);
+    if (!(GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER))
+        return GST_PAD_PROBE_OK;
+    // A pad whose sink has ended gets its buffers refused, and the demuxer
+    // stops once every track is refused.
+    if (g_object_get_data(G_OBJECT(pad), "lumex-ended"))
+        return GST_PAD_PROBE_OK;
+    GstBuffer *buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+    Gst::CharPtr name(gst_pad_get_name(pad));
+    bool end = !g_str_has_prefix(name.get(), "video");
+    if (!end && GST_BUFFER_PTS_IS_VALID(buffer)) {
+        Gst::EventPtr sticky(gst_pad_get_sticky_event(pad, GST_EVENT_SEGMENT, 0));
+        const GstSegment *segment = nullptr;
+        if (sticky)
+            gst_event_parse_segment(sticky.get(), &segment);
+        const GstClockTime at
+            = segment ? gst_segment_to_stream_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer)) : GST_CLOCK_TIME_NONE;
+        if (!GST_CLOCK_TIME_IS_VALID(at) || at > search->time)
+            end = true;
+        else if (!GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_DELTA_UNIT))
+            search->found = at;
+    }
+    if (!end)
+        return GST_PAD_PROBE_DROP;
+    g_object_set_data(G_OBJECT(pad), "lumex-ended", GINT_TO_POINTER(1));
+    Gst::PadRef peer(gst_pad_get_peer(pad), Gst::Ref::Adopt);
+    if (peer)
+        gst_pad_send_event(peer.get(), gst_event_new_eos());
+    return GST_PAD_PROBE_DROP;
+}
+
+GstClockTime keyFrameAtOrBefore(const QString &path, GstClockTime time)
+{
+    if (time == 0)
+        return 0;
+    Gst::ElementRef pipeline(gst_pipeline_new("keyframe"), Gst::Ref::Adopt);
+    Gst::ElementRef source = Gst::make("filesrc");
+    Gst::ElementRef demux = Gst::make("qtdemux");
+    if (!pipeline || !source || !demux)
+        return time;
+    g_object_set(source.get(), "location", QFile::encodeName(path).constData(), nullptr);
+    gst_bin_add_many(GST_BIN(pipeline.element()), source.element(), demux.element(), nullptr);
+    if (!Gst::link(source.element(), demux.element(), nullptr))
+        return time;
+    KeyFrameSearch search { time };
+    const Gst::SignalConnection padAdded(demux.element(), "pad-added",
+        G_CALLBACK(+[](GstElement *demux, GstPad *pad, gpointer data) {
+            Gst::ElementRef sink = Gst::make("fakesink");
+            if (!sink)
+                return;
+            g_object_set(sink.get(), "sync", FALSE, "async", FALSE, nullptr);
+            GstObject *parent = gst_object_get_parent(GST_OBJECT(demux));
+            Gst::add(GST_ELEMENT(parent), sink);
+            gst_object_unref(parent);
+            gst_element_sync_state_with_parent(sink.element());
+            gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_BUFFER, watchForKeyFrames, data, nullptr);
+            Gst::PadRef into(gst_element_get_static_pad(sink.element(), "sink"), Gst::Ref::Adopt);
+            Gst::link(pad, into.get(), nullptr);
+        }),
+        &search);
+    Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
+    if (gst_element_set_state(pipeline.element(), GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE)
+        Gst::MessagePtr(gst_bus_timed_pop_filtered(
+            bus.get(), 30 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+    gst_element_set_state(pipeline.element(), GST_STATE_NULL);
+    const GstClockTime found = search.found.load();
+    return GST_CLOCK_TIME_IS_VALID(found) ? found : time;
 }
 
 // Each track goes through a queue of its own into the new file; the demuxer
@@ -156,8 +263,8 @@ void addTrack(GstElement *, GstPad *pad, gpointer data)
     }
     gst_element_sync_state_with_parent(queue.element());
     gst_pad_add_probe(pad,
-        GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM | GST_PAD_PROBE_TYPE_EVENT_FLUSH),
-        watchTrack, new Track { copy, !copy->trimming }, [](gpointer data) { delete static_cast<Track *>(data); });
+        GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
+        watchTrack, new Track { copy, {}, false }, [](gpointer data) { delete static_cast<Track *>(data); });
     if (!Gst::link(pad, queueSink.get(), nullptr))
         GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot read a track of the movie."), (nullptr));
 }
@@ -169,7 +276,13 @@ std::optional<Error> copyMovie(const QString &from, const QString &to, qint64 si
     std::optional<std::pair<GstClockTime, GstClockTime>> range = std::nullopt)
 {
     Copy copy;
-    copy.trimming = range.has_value();
+    if (range) {
+        // From a key frame, so that the first picture decodes; the sound
+        // starts with it.
+        copy.keepFrom = keyFrameAtOrBefore(from, range->first);
+        if (range->second > 0 && GST_CLOCK_TIME_IS_VALID(range->second))
+            copy.keepUntil = range->second;
+    }
     Gst::ElementRef pipeline(gst_pipeline_new("remux"), Gst::Ref::Adopt);
     Gst::ElementRef source = Gst::make("filesrc");
     Gst::ElementRef demux = Gst::make("qtdemux");
@@ -187,33 +300,10 @@ std::optional<Error> copyMovie(const QString &from, const QString &to, qint64 si
         || !Gst::link(mux.element(), sink.element(), &linkError))
         return linkError;
     const Gst::SignalConnection padAdded(demux.element(), "pad-added", G_CALLBACK(addTrack), &copy);
-    const Gst::SignalConnection noMorePads(demux.element(), "no-more-pads",
-        G_CALLBACK(+[](GstElement *, gpointer data) {
-            auto *copy = static_cast<Copy *>(data);
-            std::lock_guard lock(copy->mutex);
-            copy->allTracks = true;
-            copy->tracksAdded.notify_all();
-        }),
-        &copy);
     Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
     std::optional<Error> failure;
     if (gst_element_set_state(pipeline.element(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
         failure = Gst::coreError(GST_CORE_ERROR_STATE_CHANGE, QStringLiteral("Cannot read %1").arg(from));
-    if (!failure && range) {
-        // The demuxer knows its tracks before it sends a sample; the seek
-        // to the kept range follows at once, and snaps back to a key frame
-        // so that the first picture decodes.
-        std::unique_lock lock(copy.mutex);
-        if (!copy.tracksAdded.wait_for(lock, std::chrono::seconds(10), [&] { return copy.allTracks; }))
-            failure = Gst::coreError(GST_CORE_ERROR_FAILED, QStringLiteral("Cannot read the tracks of %1").arg(from));
-        lock.unlock();
-        const auto flags = GstSeekFlags(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE);
-        const bool toTheEnd = range->second == 0 || !GST_CLOCK_TIME_IS_VALID(range->second);
-        if (!failure
-            && !gst_element_seek(demux.element(), 1.0, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, gint64(range->first),
-                toTheEnd ? GST_SEEK_TYPE_NONE : GST_SEEK_TYPE_SET, toTheEnd ? -1 : gint64(range->second)))
-            failure = Gst::coreError(GST_CORE_ERROR_SEEK, QStringLiteral("Cannot seek in %1").arg(from));
-    }
     if (!failure) {
         // A copy runs at disk speed; one that takes far longer than the
         // file's size explains is stuck.
@@ -230,12 +320,8 @@ std::optional<Error> copyMovie(const QString &from, const QString &to, qint64 si
         return failure;
     // Within a frame or two; a shorter copy lost samples on the way.
     constexpr GstClockTime tolerance = 200 * GST_MSECOND;
-    // The demuxer reads a sample or two past the Out mark, which the muxer
-    // leaves out.
     const GstClockTime first = copy.first.load();
-    GstClockTime end = copy.end.load();
-    if (range && range->second > 0 && GST_CLOCK_TIME_IS_VALID(range->second))
-        end = std::min(end, range->second);
+    const GstClockTime end = copy.end.load();
     const GstClockTime wanted = GST_CLOCK_TIME_IS_VALID(first) && end > first ? end - (range ? first : 0) : 0;
     const std::optional<GstClockTime> got = movieDuration(to);
     if (!got || *got + tolerance < wanted || *got > wanted + tolerance)
