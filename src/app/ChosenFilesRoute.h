@@ -13,6 +13,7 @@ public:
     ChosenFilesRoute(RecordingRouteDelegate &delegate, Files files);
 
     QString kind() const override { return QStringLiteral("chosen files"); }
+    bool isUsersOwn() const { return m_files == Files::UsersOwn; }
     bool recordsOnThisComputer() const override { return true; }
     void prepare() override { }
     void start() override { }

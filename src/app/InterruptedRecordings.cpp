@@ -7,6 +7,8 @@
 #include "MovieRewriter.h"
 #include "OrvaneServerInterface.h"
 #include "Threads.h"
+#include "TrimmedUploads.h"
+#include "OrvaneKeys.h"
 
 #include <QDir>
 #include <QFile>
@@ -99,9 +101,22 @@ QStringList findInterruptedRecordings(const QString &spool, const QSet<QString> 
     candidates -= known;
     // Rewrites that a crash cut short leave their temporaries beside.
     MovieRewriter::removeStaleTemporaries(spool);
+    const auto uploads = OrvaneServerInterface::transferStatuses();
+    // A trimmed recording whose upload completed meanwhile is published:
+    // its original goes now, and is not offered.
+    TrimmedUploads::settle(spool, [&uploads](const QString &uuid) {
+        for (const auto &[key, upload] : uploads.value_or(OrvaneServerInterface::TransferStatuses {})) {
+            const QVariantMap record = upload.toMap();
+            if (key == uuid || record.value(OrvaneKeys::Upload::UUID).toString() == uuid)
+                return record.value(OrvaneKeys::Upload::Status).toString();
+        }
+        return QString();
+    });
+    for (auto it = candidates.begin(); it != candidates.end();)
+        it = QFile::exists(*it) ? std::next(it) : candidates.erase(it);
     if (candidates.isEmpty())
         return {};
-    if (const auto uploads = OrvaneServerInterface::transferStatuses()) {
+    if (uploads) {
         for (const auto &[key, upload] : *uploads) {
             for (const QVariant &path : upload.toMap().value(QStringLiteral("content_paths")).toList())
                 candidates.remove(comparablePath(path.toString()));

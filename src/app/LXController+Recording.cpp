@@ -204,9 +204,7 @@ void LXController::localJobDidStop(const std::optional<Error> &error)
     if (m_ending)
         return;
     if (!error) {
-        if (m_server)
-            m_server->submitAndDeleteJobFilesWithDelegate(
-                this, [this](const std::optional<Error> &submitError) { jobDidStop(submitError); });
+        handOverFiles(true);
     } else {
         alertUserToError(*error);
     }

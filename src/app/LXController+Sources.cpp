@@ -108,6 +108,7 @@ void LXController::prepareToSubmitFiles(const QStringList &paths)
     if (m_job)
         m_job->setMovieFilePaths(paths);
     m_window->showMetadataPageForFiles(paths);
+    openReview();
 }
 
 bool LXController::applicationOpenFile(const QString &path)

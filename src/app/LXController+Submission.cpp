@@ -1,16 +1,24 @@
 #include "LXController.h"
 
+#include "ChosenFilesRoute.h"
 #include "DonePage.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXUserDefaults.h"
+#include "Log.h"
 #include "MetadataPage.h"
+#include "MovieRewriter.h"
+#include "OrvaneServerInterface.h"
+#include "PodcastJob.h"
 #include "RecordPage.h"
 #include "RecordingJournal.h"
 #include "RecordingWatch.h"
 #include "RemoteCameraPreviews.h"
+#include "ReviewPlayer.h"
 #include "Sheets.h"
+#include "Threads.h"
 #include "TransfersController.h"
+#include "TrimmedUploads.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -25,10 +33,34 @@ void LXController::setSubmittedStatus(const QString &text)
 void LXController::publishClicked()
 {
     m_window->showMetadataPageForRecording();
+    openReview();
+}
+
+void LXController::openReview()
+{
+    ReviewPlayer *review = m_window->metadataPage()->reviewPlayer();
+    if (!m_job)
+        return;
+    if (!m_route || !m_route->recordsOnThisComputer()) {
+        // The server holds what its camera recorded; its last picture is
+        // what can be shown.
+        review->showSnapshot(m_previews->snapshotOfCameraNamed(m_job->camera().value(QStringLiteral("name")).toString()));
+        return;
+    }
+    const QStringList paths = m_job->movieFilePaths().value_or(QStringList());
+    // Chosen files are reviewed one at a time: several are published whole.
+    const bool trimmable = !paths.isEmpty() && (m_mode != Mode::File || paths.size() == 1)
+        && std::all_of(paths.begin(), paths.end(), [](const QString &path) { return MovieRewriter::canTrim(path); });
+    if (m_mode == Mode::File)
+        review->open(paths.mid(0, 1), trimmable);
+    else
+        review->open(paths, trimmable, qint64(recordingTime()->elapsedTime() * 1e9));
 }
 
 void LXController::cancelClicked()
 {
+    // Back to the recording, which may go on: the files are let go.
+    m_window->metadataPage()->reviewPlayer()->close();
     m_window->showPausedRecordPage();
 }
 
@@ -43,13 +75,18 @@ void LXController::submitClicked()
     }
     m_previews->stopRefreshing();
     m_watch->stop();
+    ReviewPlayer *review = m_window->metadataPage()->reviewPlayer();
+    m_trimMarks = review->marks();
+    review->close();
 
     // Recordings made here and chosen files are uploaded from here.
     const bool uploadFollows = m_route && m_route->recordsOnThisComputer();
     // The journal stays until the hand-over has succeeded: a crash before
     // leaves the recording offered at the next sign-in.
     m_handOverPending = true;
-    if (m_route)
+    if (m_route && m_mode == Mode::File)
+        handOverFiles(false);
+    else if (m_route)
         m_route->stopAndHandOver();
 
     LXUserDefaults &defaults = LXUserDefaults::standard();
@@ -71,9 +108,59 @@ void LXController::submitClicked()
     setMode(Mode::NoSource);
 }
 
+void LXController::handOverFiles(bool recorded)
+{
+    auto *chosen = dynamic_cast<ChosenFilesRoute *>(m_route.get());
+    const QStringList movies = m_job ? m_job->movieFilePaths().value_or(QStringList()) : QStringList();
+    const auto asTheyAre = [this, recorded] {
+        if (!recorded && m_route)
+            m_route->stopAndHandOver();
+        else if (m_server)
+            m_server->submitAndDeleteJobFilesWithDelegate(
+                this, [this](const std::optional<Error> &submitError) { jobDidStop(submitError); });
+    };
+    if (!m_trimMarks || movies.isEmpty() || !m_server) {
+        asTheyAre();
+        return;
+    }
+    // The user's own files stay theirs; Lumex's recordings wait for their
+    // upload to complete.
+    const bool ours = recorded || (chosen && !chosen->isUsersOwn());
+    const QString spool = LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath);
+    const auto [in, out] = *m_trimMarks;
+    const std::shared_ptr<PodcastJob> job = m_job;
+    const std::shared_ptr<OrvaneServerInterface> server = m_server;
+    runInBackground(
+        this, [movies, spool, in, out] { return TrimmedUploads::trim(movies, spool, in, out); },
+        [this, job, server, movies, ours, spool, asTheyAre](const std::pair<QStringList, std::optional<Error>> &trimmed) {
+            if (trimmed.second) {
+                Log::format(QStringLiteral("Publishing untrimmed: %@"), { trimmed.second->localizedDescription });
+                alertUserToError(Error { trimmed.second->domain, trimmed.second->code,
+                    tr("The recording could not be trimmed, so it is published whole.") });
+                asTheyAre();
+                return;
+            }
+            job->setMovieFilePaths(trimmed.first);
+            server->submitAndDeleteJobFilesWithDelegate(
+                this, [this, job, movies, ours, spool](const std::optional<Error> &submitError) {
+                    if (!submitError && ours)
+                        TrimmedUploads::remember(spool, job->uploadUUID(), movies);
+                    jobDidStop(submitError);
+                });
+        },
+        [](const QString &failure) {
+            return std::pair { QStringList(), std::optional<Error>(Error { kPosixErrorDomain, EIO, failure }) };
+        });
+}
+
 void LXController::updateSubmissionStatus()
 {
     TransfersController *transfers = transfersController();
+    if (transfers) {
+        // Originals of trimmed recordings go once their upload has completed.
+        TrimmedUploads::settle(LXUserDefaults::standard().valueForLumexKey(LXDefaultsKeys::LocalRecordSpoolPath),
+            [transfers](const QString &uuid) { return transfers->transferStatusForUUID(uuid); });
+    }
     if (!m_job || m_job->uploadUUID().isNull() || !transfers)
         return;
     notifyIfWatchedUploadEnded(transfers->transferForUUID(m_job->uploadUUID()));

@@ -209,6 +209,11 @@ public:
     void publishClicked();
     void cancelClicked();
     void submitClicked();
+    // The review on the metadata page plays what is about to be published.
+    void openReview();
+    // Trims the job's movies to the marks, then hands the copies over;
+    // without marks, or should the trim fail, the movies go as they are.
+    void handOverFiles(bool recorded);
     void newPodcastClicked(Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void startOverClicked();
     void startOverSheetDidEnd(int returnCode);
@@ -343,6 +348,8 @@ private:
     std::optional<QVariantMap> m_journalAtSignIn;
     bool m_journalDue = false;
     bool m_handOverPending = false;
+    // The In and Out marks of the review, taken when Done is pressed.
+    std::optional<std::pair<qint64, qint64>> m_trimMarks;
     bool m_ending = false;
     bool m_currentJobCompletedUploading = false;
     bool m_waitingOnRecordOrPauseResponse = false;

@@ -3,6 +3,7 @@
 #include "LXPlaceholderLineEdit.h"
 #include "LXWorkflowMenu.h"
 #include "PageWidgets.h"
+#include "ReviewPlayer.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -51,6 +52,8 @@ MetadataPage::MetadataPage(QWidget *parent)
     m_chosenFiles->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_chosenFiles->hide();
     v->addWidget(m_chosenFiles);
+    m_review = new ReviewPlayer(this);
+    v->addWidget(m_review, 3);
     v->addSpacing(8);
     auto *titleLabel = fieldLabel(tr("Title"), this);
     m_title = named(new LXPlaceholderLineEdit(this), "title", tr("Title"));
@@ -71,6 +74,7 @@ MetadataPage::MetadataPage(QWidget *parent)
     v->addWidget(titleLabel);
     v->addWidget(m_title);
     v->addWidget(descriptionLabel);
+    m_description->setMinimumHeight(60);
     v->addWidget(m_description, 1);
     v->addWidget(workflowLabel);
     v->addWidget(m_workflowButton, 0, Qt::AlignLeft);
@@ -139,5 +143,5 @@ void MetadataPage::focusTitle()
 
 QList<QWidget *> MetadataPage::focusChain() const
 {
-    return { m_title, m_description, m_workflowButton };
+    return QList<QWidget *> { m_title, m_description, m_workflowButton } + m_review->focusChain();
 }

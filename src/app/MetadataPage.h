@@ -6,6 +6,7 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class LXPlaceholderLineEdit;
+class ReviewPlayer;
 class LXWorkflowMenu;
 
 // The third page: the title, the description and the workflow a recording
@@ -33,6 +34,8 @@ public:
     void focusTitle();
     // The controls in reading order, for the window's tab chain.
     QList<QWidget *> focusChain() const;
+    // Plays back what is about to be published, with the marks to trim it.
+    ReviewPlayer *reviewPlayer() const { return m_review; }
 
 signals:
     void titleEdited(const QString &title);
@@ -46,4 +49,5 @@ private:
     QPlainTextEdit *m_description = nullptr;
     QPushButton *m_workflowButton = nullptr;
     LXWorkflowMenu *m_workflowMenu = nullptr;
+    ReviewPlayer *m_review = nullptr;
 };

@@ -7,7 +7,10 @@
 #include "LXNotificationCenter.h"
 #include "LXPlaceholderLineEdit.h"
 #include "LXUserDefaults.h"
+#include "MetadataPage.h"
+#include "MoviePlayer.h"
 #include "RecordPage.h"
+#include "ReviewPlayer.h"
 #include "TransfersController.h"
 
 #include "SimSandbox.h"
@@ -305,6 +308,115 @@ private slots:
         }
         click("newPodcastButton"); // every new recording starts at the login panel
         QVERIFY(!m_c->window()->isVisible() && m_c->loginPanel()->loginPanel()->isVisible());
+    }
+
+    void reviewTrimsWhatIsPublished_data()
+    {
+        QTest::addColumn<QByteArray>("tile");
+        QTest::addColumn<QString>("ending");
+        QTest::newRow("local camera") << QByteArray("Video") << QString("publish");
+        QTest::newRow("screen and camera") << QByteArray("Screen") << QString("publish");
+        QTest::newRow("chosen file") << QByteArray() << QString("publish");
+        QTest::newRow("upload fails: the original is offered again") << QByteArray("Video") << QString("fails");
+    }
+    void reviewTrimsWhatIsPublished()
+    {
+        QFETCH(QByteArray, tile);
+        QFETCH(QString, ending);
+        constexpr qint64 kSecond = 1'000'000'000;
+        std::unique_ptr<XvfbServer> screen;
+        if (tile == "Screen") {
+            screen = std::make_unique<XvfbServer>(QStringLiteral("1280x720x24"));
+            qputenv("DISPLAY", screen->display().toLocal8Bit());
+        }
+        auto noDisplay = qScopeGuard([] { qunsetenv("DISPLAY"); });
+        openRecordPage(tile, { { "isLocalRecording", true }, { "camera", "test:cam1" }, { "microphone", "test:mic1" } });
+        const QString chosen = m_sim->path() + "/chosen lecture.mov";
+        if (tile.isEmpty()) {
+            // Ten seconds with a key frame every second, as a camera gives.
+            GstElement *make = gst_parse_launch(
+                ("videotestsrc num-buffers=300 ! video/x-raw,width=320,height=240,framerate=30/1 ! timeoverlay ! "
+                 "x264enc key-int-max=30 ! qtmux ! filesink location=\"" + chosen + "\"")
+                    .toUtf8(),
+                nullptr);
+            QVERIFY(make);
+            gst_element_set_state(make, GST_STATE_PLAYING);
+            GstMessage *done = gst_bus_timed_pop_filtered(
+                GST_ELEMENT_BUS(make), 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR));
+            QVERIFY(done && GST_MESSAGE_TYPE(done) == GST_MESSAGE_EOS);
+            gst_message_unref(done);
+            gst_element_set_state(make, GST_STATE_NULL);
+            gst_object_unref(make);
+            m_c->openFilesFromDesktop({ chosen });
+        } else {
+            record();
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->recordingTime()->elapsedTime() >= 9.5, 30000);
+            click("recordPauseButton");
+            click("publish");
+        }
+        QCOMPARE(m_c->window()->currentPage(), Page::Metadata);
+        QCOMPARE(QApplication::focusWidget(), child("title")); // the title first, as before
+        auto *review = child<ReviewPlayer>("reviewPlayer");
+        MoviePlayer *player = review->player();
+        // The paused recording is read as far as it is written.
+        QTRY_VERIFY_WITH_TIMEOUT(player->duration() > 8 * kSecond, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(!player->frame().isNull(), 10000);
+        const QStringList originals = m_c->job()->movieFilePaths().value_or(QStringList());
+        QStringList copies; // to tell where the published pictures come from
+        for (const QString &original : originals) {
+            copies << m_sim->path() + "/original-" + QFileInfo(original).fileName();
+            QFile::remove(copies.last());
+            QVERIFY(QFile::copy(original, copies.last()));
+        }
+        // The marks at 2 s and 7 s, set with the keys at the playhead.
+        child("reviewPosition")->setFocus();
+        player->seek(2 * kSecond);
+        QTest::keyClick(child("reviewPosition"), Qt::Key_I);
+        player->seek(7 * kSecond);
+        QTest::keyClick(child("reviewPosition"), Qt::Key_O);
+        QCOMPARE(review->marks(), (std::pair { 2 * kSecond, 7 * kSecond }));
+        QCOMPARE(child<QLabel>("reviewKept")->text(), QStringLiteral("Keeps 0:05 from 0:02 to 0:07"));
+        if (ending == "fails")
+            m_sim->setFault("--submit", { { "upload_error", true } });
+        const QString title = QStringLiteral("Trimmed, ") + QTest::currentDataTag();
+        QTest::keyClicks(child("title"), title);
+        click("publish");
+        QTRY_COMPARE_WITH_TIMEOUT(status(),
+            ending == "fails" ? QStringLiteral("There was an error submitting your podcast.") : kSuccess, 60000);
+        if (ending == "fails") {
+            // Nothing is lost: the next sign-in offers the whole recording.
+            for (const QString &original : originals)
+                QVERIFY(QFile::exists(original));
+            m_c.reset();
+            m_sim->setFault("--submit", {});
+            openRecordPage({});
+            QTRY_VERIFY_WITH_TIMEOUT(m_c->interruptedRecordingQuestion(), 20000);
+            return;
+        }
+        const QString entry = libraryEntry(title);
+        const QStringList movies = QDir(entry).entryList({ "*.mov" });
+        QCOMPARE(movies.size(), originals.size());
+        QList<double> lengths;
+        for (int i = 0; i < movies.size(); ++i) {
+            const QString published = entry + "/" + movies[i];
+            const MovieInspection movie = inspectMovie(published);
+            lengths << movie.videoEnd;
+            QVERIFY2(qAbs(movie.videoEnd - 5.0) <= 1.0, qPrintable(QString::number(movie.videoEnd)));
+            // The first picture shows the time just before the In mark: a cut
+            // at the key frame loses nothing between the marks.
+            const QString original = copies.value(originals.indexOf(QRegularExpression(
+                ".*" + QRegularExpression::escape(QFileInfo(published).fileName().section('-', 0, 0)) + ".*")));
+            const double first = firstPictureTimeIn(published, original);
+            QVERIFY2(first >= 1.0 && first <= 3.0, qPrintable(QString::number(first)));
+        }
+        // A screen and its camera: the same range from both.
+        if (lengths.size() == 2)
+            QVERIFY2(qAbs(lengths[0] - lengths[1]) <= 1.0 / 15 + 0.001,
+                qPrintable(QString("%1 vs %2").arg(lengths[0]).arg(lengths[1])));
+        // Chosen files stay the user's; a recording's original goes once its
+        // upload has completed.
+        for (const QString &original : originals)
+            QTRY_COMPARE_WITH_TIMEOUT(QFile::exists(original), tile.isEmpty(), 10000);
     }
 
     void aRecordingOutlivesTheApplication_data()
