@@ -381,6 +381,10 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <source>Screen</source>
         <translation>Bildschirm</translation>
     </message>
+    <message>
+        <source>The recording could not be trimmed, so it is published whole.</source>
+        <translation>Die Aufnahme konnte nicht gekürzt werden und wird deshalb vollständig veröffentlicht.</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>
@@ -611,6 +615,17 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>Files to publish:</source>
         <translation>Zu veröffentlichende Dateien:</translation>
+    </message>
+</context>
+<context>
+    <name>MoviePlayer</name>
+    <message>
+        <source>This computer cannot play movies: a GStreamer plug-in is missing.</source>
+        <translation>Dieser Rechner kann keine Filme abspielen: Ein GStreamer-Plug-in fehlt.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be played.</source>
+        <translation>Die Aufnahme kann nicht abgespielt werden.</translation>
     </message>
 </context>
 <context>
@@ -856,6 +871,105 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
     <message>
         <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
         <translation>„%1“ wurde getrennt. Die Aufnahme läuft mit dem Ton von „%2“ weiter.</translation>
+    </message>
+</context>
+<context>
+    <name>ReviewPlayer</name>
+    <message>
+        <source>Recording</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Mark In</source>
+        <translation>Anfang setzen</translation>
+    </message>
+    <message>
+        <source>Mark Out</source>
+        <translation>Ende setzen</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Clear marks</source>
+        <translation>Markierungen entfernen</translation>
+    </message>
+    <message>
+        <source>Kept length</source>
+        <translation>Behaltene Länge</translation>
+    </message>
+    <message>
+        <source>Marks cleared: the whole recording is published.</source>
+        <translation>Markierungen entfernt: Die ganze Aufnahme wird veröffentlicht.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>The recording as it will be published</source>
+        <translation>Die Aufnahme, wie sie veröffentlicht wird</translation>
+    </message>
+    <message>
+        <source>Left and Right step 5 seconds; I and O set the marks</source>
+        <translation>Links und Rechts springen 5 Sekunden; I und O setzen die Markierungen</translation>
+    </message>
+    <message>
+        <source>Plays or pauses the recording (Space)</source>
+        <translation>Spielt die Aufnahme ab oder hält sie an (Leertaste)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording from the playhead on (I)</source>
+        <translation>Veröffentlicht die Aufnahme ab der Abspielposition (I)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording up to the playhead (O)</source>
+        <translation>Veröffentlicht die Aufnahme bis zur Abspielposition (O)</translation>
+    </message>
+    <message>
+        <source>Publishes the whole recording again</source>
+        <translation>Veröffentlicht wieder die ganze Aufnahme</translation>
+    </message>
+    <message>
+        <source>The recording is on the server.</source>
+        <translation>Die Aufnahme liegt auf dem Server.</translation>
+    </message>
+    <message>
+        <source>In mark at %1.</source>
+        <translation>Anfangsmarke bei %1.</translation>
+    </message>
+    <message>
+        <source>Out mark at %1.</source>
+        <translation>Endmarke bei %1.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>–</source>
+        <translation>–</translation>
+    </message>
+    <message>
+        <source>Keeps %1 from %2 to %3</source>
+        <translation>Behält %1 von %2 bis %3</translation>
+    </message>
+    <message>
+        <source>Keeps all</source>
+        <translation>Behält alles</translation>
     </message>
 </context>
 <context>

@@ -381,6 +381,10 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <source>Screen</source>
         <translation>Pantalla</translation>
     </message>
+    <message>
+        <source>The recording could not be trimmed, so it is published whole.</source>
+        <translation>No se ha podido recortar la grabación, así que se publica completa.</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>
@@ -611,6 +615,17 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>Files to publish:</source>
         <translation>Archivos que publicar:</translation>
+    </message>
+</context>
+<context>
+    <name>MoviePlayer</name>
+    <message>
+        <source>This computer cannot play movies: a GStreamer plug-in is missing.</source>
+        <translation>Este equipo no puede reproducir vídeos: falta un complemento de GStreamer.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be played.</source>
+        <translation>No se puede reproducir la grabación.</translation>
     </message>
 </context>
 <context>
@@ -856,6 +871,105 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
     <message>
         <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
         <translation>Se ha desconectado «%1». La grabación continúa con el sonido de «%2».</translation>
+    </message>
+</context>
+<context>
+    <name>ReviewPlayer</name>
+    <message>
+        <source>Recording</source>
+        <translation>Grabación</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Posición</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Reproducir</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Tiempo</translation>
+    </message>
+    <message>
+        <source>Mark In</source>
+        <translation>Marcar inicio</translation>
+    </message>
+    <message>
+        <source>Mark Out</source>
+        <translation>Marcar final</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Borrar</translation>
+    </message>
+    <message>
+        <source>Clear marks</source>
+        <translation>Borrar las marcas</translation>
+    </message>
+    <message>
+        <source>Kept length</source>
+        <translation>Duración conservada</translation>
+    </message>
+    <message>
+        <source>Marks cleared: the whole recording is published.</source>
+        <translation>Marcas borradas: se publica la grabación completa.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pausa</translation>
+    </message>
+    <message>
+        <source>The recording as it will be published</source>
+        <translation>La grabación tal como se publicará</translation>
+    </message>
+    <message>
+        <source>Left and Right step 5 seconds; I and O set the marks</source>
+        <translation>Izquierda y Derecha saltan 5 segundos; I y O ponen las marcas</translation>
+    </message>
+    <message>
+        <source>Plays or pauses the recording (Space)</source>
+        <translation>Reproduce o pausa la grabación (Espacio)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording from the playhead on (I)</source>
+        <translation>Publica la grabación desde el cabezal de reproducción (I)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording up to the playhead (O)</source>
+        <translation>Publica la grabación hasta el cabezal de reproducción (O)</translation>
+    </message>
+    <message>
+        <source>Publishes the whole recording again</source>
+        <translation>Vuelve a publicar la grabación completa</translation>
+    </message>
+    <message>
+        <source>The recording is on the server.</source>
+        <translation>La grabación está en el servidor.</translation>
+    </message>
+    <message>
+        <source>In mark at %1.</source>
+        <translation>Marca de inicio en %1.</translation>
+    </message>
+    <message>
+        <source>Out mark at %1.</source>
+        <translation>Marca de final en %1.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 de %2</translation>
+    </message>
+    <message>
+        <source>–</source>
+        <translation>–</translation>
+    </message>
+    <message>
+        <source>Keeps %1 from %2 to %3</source>
+        <translation>Conserva %1, de %2 a %3</translation>
+    </message>
+    <message>
+        <source>Keeps all</source>
+        <translation>Conserva todo</translation>
     </message>
 </context>
 <context>

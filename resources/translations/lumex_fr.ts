@@ -381,6 +381,10 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <source>Screen</source>
         <translation>Écran</translation>
     </message>
+    <message>
+        <source>The recording could not be trimmed, so it is published whole.</source>
+        <translation>L’enregistrement n’a pas pu être raccourci ; il est donc publié en entier.</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>
@@ -611,6 +615,17 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>Files to publish:</source>
         <translation>Fichiers à publier&#xa0;:</translation>
+    </message>
+</context>
+<context>
+    <name>MoviePlayer</name>
+    <message>
+        <source>This computer cannot play movies: a GStreamer plug-in is missing.</source>
+        <translation>Cet ordinateur ne peut pas lire de vidéos : un greffon GStreamer est manquant.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be played.</source>
+        <translation>L’enregistrement ne peut pas être lu.</translation>
     </message>
 </context>
 <context>
@@ -856,6 +871,105 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
     <message>
         <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
         <translation>« %1 » a été déconnecté. L’enregistrement continue avec le son de « %2 ».</translation>
+    </message>
+</context>
+<context>
+    <name>ReviewPlayer</name>
+    <message>
+        <source>Recording</source>
+        <translation>Enregistrement</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Lire</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Temps</translation>
+    </message>
+    <message>
+        <source>Mark In</source>
+        <translation>Marquer le début</translation>
+    </message>
+    <message>
+        <source>Mark Out</source>
+        <translation>Marquer la fin</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer</translation>
+    </message>
+    <message>
+        <source>Clear marks</source>
+        <translation>Effacer les marques</translation>
+    </message>
+    <message>
+        <source>Kept length</source>
+        <translation>Durée conservée</translation>
+    </message>
+    <message>
+        <source>Marks cleared: the whole recording is published.</source>
+        <translation>Marques effacées : tout l’enregistrement sera publié.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>The recording as it will be published</source>
+        <translation>L’enregistrement tel qu’il sera publié</translation>
+    </message>
+    <message>
+        <source>Left and Right step 5 seconds; I and O set the marks</source>
+        <translation>Gauche et Droite avancent de 5 secondes ; I et O placent les marques</translation>
+    </message>
+    <message>
+        <source>Plays or pauses the recording (Space)</source>
+        <translation>Lit l’enregistrement ou le met en pause (Espace)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording from the playhead on (I)</source>
+        <translation>Publie l’enregistrement à partir de la tête de lecture (I)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording up to the playhead (O)</source>
+        <translation>Publie l’enregistrement jusqu’à la tête de lecture (O)</translation>
+    </message>
+    <message>
+        <source>Publishes the whole recording again</source>
+        <translation>Publie de nouveau l’enregistrement entier</translation>
+    </message>
+    <message>
+        <source>The recording is on the server.</source>
+        <translation>L’enregistrement se trouve sur le serveur.</translation>
+    </message>
+    <message>
+        <source>In mark at %1.</source>
+        <translation>Marque de début à %1.</translation>
+    </message>
+    <message>
+        <source>Out mark at %1.</source>
+        <translation>Marque de fin à %1.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message>
+        <source>–</source>
+        <translation>–</translation>
+    </message>
+    <message>
+        <source>Keeps %1 from %2 to %3</source>
+        <translation>Conserve %1, de %2 à %3</translation>
+    </message>
+    <message>
+        <source>Keeps all</source>
+        <translation>Conserve tout</translation>
     </message>
 </context>
 <context>

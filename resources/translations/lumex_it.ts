@@ -381,6 +381,10 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <source>Screen</source>
         <translation>Schermo</translation>
     </message>
+    <message>
+        <source>The recording could not be trimmed, so it is published whole.</source>
+        <translation>Non è stato possibile tagliare la registrazione, quindi viene pubblicata per intero.</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>
@@ -611,6 +615,17 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>Files to publish:</source>
         <translation>File da pubblicare:</translation>
+    </message>
+</context>
+<context>
+    <name>MoviePlayer</name>
+    <message>
+        <source>This computer cannot play movies: a GStreamer plug-in is missing.</source>
+        <translation>Questo computer non può riprodurre filmati: manca un plugin di GStreamer.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be played.</source>
+        <translation>Impossibile riprodurre la registrazione.</translation>
     </message>
 </context>
 <context>
@@ -856,6 +871,105 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
     <message>
         <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
         <translation>«%1» è stato scollegato. La registrazione continua con l’audio di «%2».</translation>
+    </message>
+</context>
+<context>
+    <name>ReviewPlayer</name>
+    <message>
+        <source>Recording</source>
+        <translation>Registrazione</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Posizione</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Riproduci</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Tempo</translation>
+    </message>
+    <message>
+        <source>Mark In</source>
+        <translation>Segna inizio</translation>
+    </message>
+    <message>
+        <source>Mark Out</source>
+        <translation>Segna fine</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Cancella</translation>
+    </message>
+    <message>
+        <source>Clear marks</source>
+        <translation>Cancella i segni</translation>
+    </message>
+    <message>
+        <source>Kept length</source>
+        <translation>Durata mantenuta</translation>
+    </message>
+    <message>
+        <source>Marks cleared: the whole recording is published.</source>
+        <translation>Segni cancellati: viene pubblicata l’intera registrazione.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pausa</translation>
+    </message>
+    <message>
+        <source>The recording as it will be published</source>
+        <translation>La registrazione come verrà pubblicata</translation>
+    </message>
+    <message>
+        <source>Left and Right step 5 seconds; I and O set the marks</source>
+        <translation>Sinistra e Destra spostano di 5 secondi; I e O impostano i segni</translation>
+    </message>
+    <message>
+        <source>Plays or pauses the recording (Space)</source>
+        <translation>Riproduce o mette in pausa la registrazione (Spazio)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording from the playhead on (I)</source>
+        <translation>Pubblica la registrazione dalla testina in poi (I)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording up to the playhead (O)</source>
+        <translation>Pubblica la registrazione fino alla testina (O)</translation>
+    </message>
+    <message>
+        <source>Publishes the whole recording again</source>
+        <translation>Pubblica di nuovo l’intera registrazione</translation>
+    </message>
+    <message>
+        <source>The recording is on the server.</source>
+        <translation>La registrazione si trova sul server.</translation>
+    </message>
+    <message>
+        <source>In mark at %1.</source>
+        <translation>Segno di inizio a %1.</translation>
+    </message>
+    <message>
+        <source>Out mark at %1.</source>
+        <translation>Segno di fine a %1.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 di %2</translation>
+    </message>
+    <message>
+        <source>–</source>
+        <translation>–</translation>
+    </message>
+    <message>
+        <source>Keeps %1 from %2 to %3</source>
+        <translation>Mantiene %1, da %2 a %3</translation>
+    </message>
+    <message>
+        <source>Keeps all</source>
+        <translation>Mantiene tutto</translation>
     </message>
 </context>
 <context>

@@ -381,6 +381,10 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <source>Screen</source>
         <translation>Tela</translation>
     </message>
+    <message>
+        <source>The recording could not be trimmed, so it is published whole.</source>
+        <translation>Não foi possível cortar a gravação, por isso ela será publicada inteira.</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>
@@ -611,6 +615,17 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>Files to publish:</source>
         <translation>Arquivos a publicar:</translation>
+    </message>
+</context>
+<context>
+    <name>MoviePlayer</name>
+    <message>
+        <source>This computer cannot play movies: a GStreamer plug-in is missing.</source>
+        <translation>Este computador não consegue reproduzir vídeos: falta um plugin do GStreamer.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be played.</source>
+        <translation>Não é possível reproduzir a gravação.</translation>
     </message>
 </context>
 <context>
@@ -856,6 +871,105 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
     <message>
         <source>“%1” was disconnected. The recording goes on with the sound of “%2”.</source>
         <translation>“%1” foi desconectado. A gravação continua com o som de “%2”.</translation>
+    </message>
+</context>
+<context>
+    <name>ReviewPlayer</name>
+    <message>
+        <source>Recording</source>
+        <translation>Gravação</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Posição</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Reproduzir</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Tempo</translation>
+    </message>
+    <message>
+        <source>Mark In</source>
+        <translation>Marcar início</translation>
+    </message>
+    <message>
+        <source>Mark Out</source>
+        <translation>Marcar fim</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Limpar</translation>
+    </message>
+    <message>
+        <source>Clear marks</source>
+        <translation>Limpar as marcas</translation>
+    </message>
+    <message>
+        <source>Kept length</source>
+        <translation>Duração mantida</translation>
+    </message>
+    <message>
+        <source>Marks cleared: the whole recording is published.</source>
+        <translation>Marcas removidas: a gravação inteira será publicada.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pausar</translation>
+    </message>
+    <message>
+        <source>The recording as it will be published</source>
+        <translation>A gravação como será publicada</translation>
+    </message>
+    <message>
+        <source>Left and Right step 5 seconds; I and O set the marks</source>
+        <translation>Esquerda e Direita avançam 5 segundos; I e O definem as marcas</translation>
+    </message>
+    <message>
+        <source>Plays or pauses the recording (Space)</source>
+        <translation>Reproduz ou pausa a gravação (Espaço)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording from the playhead on (I)</source>
+        <translation>Publica a gravação a partir do cursor de reprodução (I)</translation>
+    </message>
+    <message>
+        <source>Publishes the recording up to the playhead (O)</source>
+        <translation>Publica a gravação até o cursor de reprodução (O)</translation>
+    </message>
+    <message>
+        <source>Publishes the whole recording again</source>
+        <translation>Volta a publicar a gravação inteira</translation>
+    </message>
+    <message>
+        <source>The recording is on the server.</source>
+        <translation>A gravação está no servidor.</translation>
+    </message>
+    <message>
+        <source>In mark at %1.</source>
+        <translation>Marca de início em %1.</translation>
+    </message>
+    <message>
+        <source>Out mark at %1.</source>
+        <translation>Marca de fim em %1.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 de %2</translation>
+    </message>
+    <message>
+        <source>–</source>
+        <translation>–</translation>
+    </message>
+    <message>
+        <source>Keeps %1 from %2 to %3</source>
+        <translation>Mantém %1, de %2 a %3</translation>
+    </message>
+    <message>
+        <source>Keeps all</source>
+        <translation>Mantém tudo</translation>
     </message>
 </context>
 <context>
