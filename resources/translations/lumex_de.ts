@@ -964,8 +964,8 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <translation>–</translation>
     </message>
     <message>
-        <source>Keeps %1 from %2 to %3</source>
-        <translation>Behält %1 von %2 bis %3</translation>
+        <source>Keeps %1 (%2–%3)</source>
+        <translation>Behält %1 (%2–%3)</translation>
     </message>
     <message>
         <source>Keeps all</source>

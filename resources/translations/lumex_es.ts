@@ -964,8 +964,8 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <translation>–</translation>
     </message>
     <message>
-        <source>Keeps %1 from %2 to %3</source>
-        <translation>Conserva %1, de %2 a %3</translation>
+        <source>Keeps %1 (%2–%3)</source>
+        <translation>Conserva %1 (%2–%3)</translation>
     </message>
     <message>
         <source>Keeps all</source>

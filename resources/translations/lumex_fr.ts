@@ -964,8 +964,8 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <translation>–</translation>
     </message>
     <message>
-        <source>Keeps %1 from %2 to %3</source>
-        <translation>Conserve %1, de %2 à %3</translation>
+        <source>Keeps %1 (%2–%3)</source>
+        <translation>Conserve %1 (%2–%3)</translation>
     </message>
     <message>
         <source>Keeps all</source>

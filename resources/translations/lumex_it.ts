@@ -964,8 +964,8 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <translation>–</translation>
     </message>
     <message>
-        <source>Keeps %1 from %2 to %3</source>
-        <translation>Mantiene %1, da %2 a %3</translation>
+        <source>Keeps %1 (%2–%3)</source>
+        <translation>Mantiene %1 (%2–%3)</translation>
     </message>
     <message>
         <source>Keeps all</source>

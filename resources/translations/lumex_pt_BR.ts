@@ -964,8 +964,8 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <translation>–</translation>
     </message>
     <message>
-        <source>Keeps %1 from %2 to %3</source>
-        <translation>Mantém %1, de %2 a %3</translation>
+        <source>Keeps %1 (%2–%3)</source>
+        <translation>Mantém %1 (%2–%3)</translation>
     </message>
     <message>
         <source>Keeps all</source>

@@ -48,11 +48,15 @@ void LXController::openReview()
         return;
     }
     const QStringList paths = m_job->movieFilePaths().value_or(QStringList());
-    // Chosen files are reviewed one at a time: several are published whole.
-    const bool trimmable = !paths.isEmpty() && (m_mode != Mode::File || paths.size() == 1)
+    // A recording (an interrupted one too) is reviewed whole, a screen with
+    // its camera; of several chosen files the first is shown, and they are
+    // published whole.
+    const auto *chosen = dynamic_cast<ChosenFilesRoute *>(m_route.get());
+    const bool recording = !chosen || !chosen->isUsersOwn();
+    const bool trimmable = !paths.isEmpty() && (recording || paths.size() == 1)
         && std::all_of(paths.begin(), paths.end(), [](const QString &path) { return MovieRewriter::canTrim(path); });
-    if (m_mode == Mode::File)
-        review->open(paths.mid(0, 1), trimmable);
+    if (chosen)
+        review->open(recording ? paths : paths.mid(0, 1), trimmable);
     else
         review->open(paths, trimmable, qint64(recordingTime()->elapsedTime() * 1e9));
 }

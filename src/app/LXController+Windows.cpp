@@ -156,4 +156,5 @@ void LXController::publishRecoveredRecording(
         m_window->metadataPage()->setMetadata(m_job->title(), m_job->jobDescription());
         updateWorkflowPopUp();
     }
+    openReview(); // Lumex's own recording: both movies of a pair, trimmable
 }

@@ -53,7 +53,7 @@ MetadataPage::MetadataPage(QWidget *parent)
     m_chosenFiles->hide();
     v->addWidget(m_chosenFiles);
     m_review = new ReviewPlayer(this);
-    v->addWidget(m_review, 3);
+    v->addWidget(m_review, 4);
     v->addSpacing(8);
     auto *titleLabel = fieldLabel(tr("Title"), this);
     m_title = named(new LXPlaceholderLineEdit(this), "title", tr("Title"));
@@ -74,7 +74,9 @@ MetadataPage::MetadataPage(QWidget *parent)
     v->addWidget(titleLabel);
     v->addWidget(m_title);
     v->addWidget(descriptionLabel);
-    m_description->setMinimumHeight(60);
+    // A few lines for the description; the review, when shown, takes most
+    // of the rest.
+    m_description->setMinimumHeight(48);
     v->addWidget(m_description, 1);
     v->addWidget(workflowLabel);
     v->addWidget(m_workflowButton, 0, Qt::AlignLeft);

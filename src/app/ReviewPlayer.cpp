@@ -185,6 +185,7 @@ ReviewPlayer::ReviewPlayer(QWidget *parent)
     m_markOut = named(new QPushButton(tr("Mark Out"), this), "reviewMarkOut", tr("Mark Out"));
     m_clear = named(new QPushButton(tr("Clear"), this), "reviewClear", tr("Clear marks"));
     m_kept = named(subtle(QString(), this), "reviewKept", tr("Kept length"));
+    m_kept->setWordWrap(false);
     auto *controls = new QHBoxLayout;
     controls->setSpacing(8);
     controls->addWidget(m_play);
@@ -260,12 +261,14 @@ ReviewPlayer::ReviewPlayer(QWidget *parent)
             { "reviewClear", tr("Publishes the whole recording again") },
         });
     updateTexts();
+    hide(); // until there is something to review
 }
 
 ReviewPlayer::~ReviewPlayer() = default;
 
 void ReviewPlayer::open(const QStringList &paths, bool trimmable, qint64 knownDuration)
 {
+    show();
     m_picture->snapshot = {};
     m_picture->message.clear();
     m_trimmable = trimmable;
@@ -287,6 +290,7 @@ void ReviewPlayer::open(const QStringList &paths, bool trimmable, qint64 knownDu
 
 void ReviewPlayer::showSnapshot(const QImage &snapshot)
 {
+    show();
     m_player->close();
     clearMarks();
     m_picture->message = snapshot.isNull() ? tr("The recording is on the server.") : QString();
@@ -301,6 +305,7 @@ void ReviewPlayer::showSnapshot(const QImage &snapshot)
 void ReviewPlayer::close()
 {
     m_player->close();
+    hide();
 }
 
 std::optional<std::pair<qint64, qint64>> ReviewPlayer::marks() const
@@ -362,7 +367,7 @@ void ReviewPlayer::updateTexts()
     m_time->setAccessibleName(m_time->text());
     m_bar->setAccessibleDescription(m_time->text());
     const std::optional<std::pair<qint64, qint64>> kept = marks();
-    m_kept->setText(kept ? tr("Keeps %1 from %2 to %3")
+    m_kept->setText(kept ? tr("Keeps %1 (%2–%3)")
                                .arg(clockText(kept->second - kept->first), clockText(kept->first), clockText(kept->second))
                          : tr("Keeps all"));
     m_kept->setAccessibleName(m_kept->text());

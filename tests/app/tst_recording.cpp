@@ -375,7 +375,7 @@ private slots:
         player->seek(7 * kSecond);
         QTest::keyClick(child("reviewPosition"), Qt::Key_O);
         QCOMPARE(review->marks(), (std::pair { 2 * kSecond, 7 * kSecond }));
-        QCOMPARE(child<QLabel>("reviewKept")->text(), QStringLiteral("Keeps 0:05 from 0:02 to 0:07"));
+        QCOMPARE(child<QLabel>("reviewKept")->text(), QStringLiteral("Keeps 0:05 (0:02–0:07)"));
         if (ending == "fails")
             m_sim->setFault("--submit", { { "upload_error", true } });
         const QString title = QStringLiteral("Trimmed, ") + QTest::currentDataTag();
