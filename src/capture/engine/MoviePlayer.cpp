@@ -328,15 +328,14 @@ void MoviePlayer::scanLevels(const QString &path)
             // The whole recording decoded as fast as it goes, its loudness
             // noted every tenth of a second.
             QVector<float> levels;
-            Error error;
-            Gst::ElementRef scan = Gst::parseBin(
-                "filesrc name=source ! decodebin ! audioconvert ! level interval=100000000 ! fakesink sync=false",
-                false, &error);
-            Gst::ElementRef pipeline(gst_pipeline_new("levels"), Gst::Ref::Adopt);
-            if (!scan || !pipeline)
+            Gst::ElementRef pipeline(
+                gst_parse_launch("filesrc name=source ! decodebin ! audioconvert ! level interval=100000000 ! "
+                                 "fakesink sync=false",
+                    nullptr),
+                Gst::Ref::Adopt);
+            if (!pipeline)
                 return levels;
-            Gst::add(pipeline.element(), scan);
-            Gst::ElementRef source(gst_bin_get_by_name(GST_BIN(scan.element()), "source"), Gst::Ref::Adopt);
+            Gst::ElementRef source(gst_bin_get_by_name(GST_BIN(pipeline.element()), "source"), Gst::Ref::Adopt);
             g_object_set(source.get(), "location", QFile::encodeName(path).constData(), nullptr);
             Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
             gst_element_set_state(pipeline.element(), GST_STATE_PLAYING);
@@ -346,11 +345,19 @@ void MoviePlayer::scanLevels(const QString &path)
                     break;
                 const GstStructure *s = gst_message_get_structure(message.get());
                 const GValue *rms = s && gst_structure_has_name(s, "level") ? gst_structure_get_value(s, "rms") : nullptr;
-                if (!rms || !GST_VALUE_HOLDS_ARRAY(rms) || gst_value_array_get_size(rms) == 0)
+                // One value per channel, in the GValueArray the element
+                // still uses.
+                G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+                const GValueArray *channels
+                    = rms && G_VALUE_TYPE(rms) == g_type_from_name("GValueArray")
+                    ? static_cast<GValueArray *>(g_value_get_boxed(rms))
+                    : nullptr;
+                if (!channels || channels->n_values == 0)
                     continue;
                 double loudest = -200;
-                for (guint i = 0; i < gst_value_array_get_size(rms); ++i)
-                    loudest = std::max(loudest, g_value_get_double(gst_value_array_get_value(rms, i)));
+                for (guint i = 0; i < channels->n_values; ++i)
+                    loudest = std::max(loudest, g_value_get_double(&channels->values[i]));
+                G_GNUC_END_IGNORE_DEPRECATIONS
                 // -60 dB and below draws as silence.
                 levels << float(std::clamp((loudest + 60.0) / 60.0, 0.0, 1.0));
             }
