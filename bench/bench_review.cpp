@@ -62,7 +62,8 @@ double untilPicture(MoviePlayer &player, const std::function<void()> &action)
 {
     QEventLoop loop;
     QElapsedTimer timer;
-    const QMetaObject::Connection shown = QObject::connect(&player, &MoviePlayer::frameChanged, &loop, &QEventLoop::quit);
+    const QMetaObject::Connection shown
+        = QObject::connect(&player, &MoviePlayer::frameChanged, &loop, &QEventLoop::quit);
     QTimer::singleShot(10000, &loop, &QEventLoop::quit);
     timer.start();
     action();
@@ -75,7 +76,8 @@ double untilPicture(MoviePlayer &player, const std::function<void()> &action)
 void report(const char *what, std::vector<double> ms, double target)
 {
     std::sort(ms.begin(), ms.end());
-    std::printf("%-34s median %8.1f ms   worst %8.1f ms   target %6.0f ms\n", what, ms[ms.size() / 2], ms.back(), target);
+    std::printf(
+        "%-34s median %8.1f ms   worst %8.1f ms   target %6.0f ms\n", what, ms[ms.size() / 2], ms.back(), target);
 }
 
 } // namespace

@@ -5,10 +5,10 @@
 #include "LXUserDefaults.h"
 #include "Log.h"
 #include "MovieRewriter.h"
+#include "OrvaneKeys.h"
 #include "OrvaneServerInterface.h"
 #include "Threads.h"
 #include "TrimmedUploads.h"
-#include "OrvaneKeys.h"
 
 #include <QDir>
 #include <QFile>

@@ -44,7 +44,8 @@ void LXController::openReview()
     if (!m_route || !m_route->recordsOnThisComputer()) {
         // The server holds what its camera recorded; its last picture is
         // what can be shown.
-        review->showSnapshot(m_previews->snapshotOfCameraNamed(m_job->camera().value(QStringLiteral("name")).toString()));
+        review->showSnapshot(
+            m_previews->snapshotOfCameraNamed(m_job->camera().value(QStringLiteral("name")).toString()));
         return;
     }
     const QStringList paths = m_job->movieFilePaths().value_or(QStringList());
@@ -136,7 +137,8 @@ void LXController::handOverFiles(bool recorded)
     const std::shared_ptr<OrvaneServerInterface> server = m_server;
     runInBackground(
         this, [movies, spool, in, out] { return TrimmedUploads::trim(movies, spool, in, out); },
-        [this, job, server, movies, ours, spool, asTheyAre](const std::pair<QStringList, std::optional<Error>> &trimmed) {
+        [this, job, server, movies, ours, spool, asTheyAre](
+            const std::pair<QStringList, std::optional<Error>> &trimmed) {
             if (trimmed.second) {
                 Log::format(QStringLiteral("Publishing untrimmed: %@"), { trimmed.second->localizedDescription });
                 alertUserToError(Error { trimmed.second->domain, trimmed.second->code,

@@ -63,8 +63,8 @@ protected:
             const QImage inset = m_player->insetFrame();
             if (!inset.isNull() && snapshot.isNull()) {
                 const QSize size = inset.size().scaled(target.width() / 4, target.height() / 4, Qt::KeepAspectRatio);
-                const QRect box(target.right() - size.width() - 10, target.bottom() - size.height() - 10,
-                    size.width(), size.height());
+                const QRect box(target.right() - size.width() - 10, target.bottom() - size.height() - 10, size.width(),
+                    size.height());
                 p.drawImage(box, inset);
                 p.setPen(QPen(QColor(0xf2, 0xf2, 0xf5), 1));
                 p.drawRect(box.adjusted(0, 0, -1, -1));
@@ -86,7 +86,8 @@ protected:
                 level = std::max(level, levels[j]);
             const int h = std::max(1, int(level * (height() - 16)));
             const bool lit = double(i) / bars < played;
-            p.fillRect(QRect(i * 3, (height() - h) / 2, 2, h), lit ? QColor(0x5d, 0xd3, 0x9e) : QColor(0x4a, 0x4a, 0x55));
+            p.fillRect(
+                QRect(i * 3, (height() - h) / 2, 2, h), lit ? QColor(0x5d, 0xd3, 0x9e) : QColor(0x4a, 0x4a, 0x55));
         }
     }
 
@@ -204,7 +205,8 @@ ReviewPlayer::ReviewPlayer(QWidget *parent)
 
     m_bar->seek = [this](qint64 at) { m_player->seek(at); };
     m_bar->moveMark = [this](bool in, qint64 at) { setMark(in, at); };
-    connect(m_play, &QToolButton::clicked, this, [this] { m_player->isPlaying() ? m_player->pause() : m_player->play(); });
+    connect(
+        m_play, &QToolButton::clicked, this, [this] { m_player->isPlaying() ? m_player->pause() : m_player->play(); });
     connect(m_markIn, &QPushButton::clicked, this, [this] { setMark(true, m_player->position()); });
     connect(m_markOut, &QPushButton::clicked, this, [this] { setMark(false, m_player->position()); });
     connect(m_clear, &QPushButton::clicked, this, [this] {
@@ -367,9 +369,10 @@ void ReviewPlayer::updateTexts()
     m_time->setAccessibleName(m_time->text());
     m_bar->setAccessibleDescription(m_time->text());
     const std::optional<std::pair<qint64, qint64>> kept = marks();
-    m_kept->setText(kept ? tr("Keeps %1 (%2–%3)")
-                               .arg(clockText(kept->second - kept->first), clockText(kept->first), clockText(kept->second))
-                         : tr("Keeps all"));
+    m_kept->setText(kept
+            ? tr("Keeps %1 (%2–%3)")
+                  .arg(clockText(kept->second - kept->first), clockText(kept->first), clockText(kept->second))
+            : tr("Keeps all"));
     m_kept->setAccessibleName(m_kept->text());
     m_clear->setEnabled(kept.has_value());
 }

@@ -330,13 +330,15 @@ private slots:
             qputenv("DISPLAY", screen->display().toLocal8Bit());
         }
         auto noDisplay = qScopeGuard([] { qunsetenv("DISPLAY"); });
-        openRecordPage(tile, { { "isLocalRecording", true }, { "camera", "test:cam1" }, { "microphone", "test:mic1" } });
+        openRecordPage(
+            tile, { { "isLocalRecording", true }, { "camera", "test:cam1" }, { "microphone", "test:mic1" } });
         const QString chosen = m_sim->path() + "/chosen lecture.mov";
         if (tile.isEmpty()) {
             // Ten seconds with a key frame every second, as a camera gives.
             GstElement *make = gst_parse_launch(
                 ("videotestsrc num-buffers=300 ! video/x-raw,width=320,height=240,framerate=30/1 ! timeoverlay ! "
-                 "x264enc key-int-max=30 ! qtmux ! filesink location=\"" + chosen + "\"")
+                 "x264enc key-int-max=30 ! qtmux ! filesink location=\""
+                    + chosen + "\"")
                     .toUtf8(),
                 nullptr);
             QVERIFY(make);

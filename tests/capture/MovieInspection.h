@@ -191,8 +191,7 @@ inline StoredPictures storedPictures(const QString &path)
         GstMapInfo map;
         if (!gst_buffer_map(buffer, &map, GST_MAP_READ))
             return;
-        static_cast<StoredPictures *>(data)->emplace_back(
-            double(GST_BUFFER_PTS(buffer)) / GST_SECOND,
+        static_cast<StoredPictures *>(data)->emplace_back(double(GST_BUFFER_PTS(buffer)) / GST_SECOND,
             qHash(QByteArrayView(reinterpret_cast<const char *>(map.data), qsizetype(map.size))));
         gst_buffer_unmap(buffer, &map);
     }),

@@ -156,8 +156,7 @@ void CompressionOptions::forceKeyFramesEverySecond(GstElement *encoderBin)
                 return GST_PAD_PROBE_OK;
             const GstSegment *segment = nullptr;
             gst_event_parse_segment(sticky.get(), &segment);
-            const GstClockTime running
-                = gst_segment_to_running_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
+            const GstClockTime running = gst_segment_to_running_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
             if (!GST_CLOCK_TIME_IS_VALID(running) || running < *nextSecond)
                 return GST_PAD_PROBE_OK;
             *nextSecond = (running / GST_SECOND + 1) * GST_SECOND;

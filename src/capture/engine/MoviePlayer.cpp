@@ -52,12 +52,14 @@ GstFlowReturn takeSample(GstAppSink *appsink, bool preroll, gpointer data)
             frames->images[sink->file] = std::move(copy);
         }
         // One notice at a time: a main thread that is busy sees the latest.
+        // The notice keeps the pictures alive; the player it goes to drops
+        // it should the player be gone first.
         if (!frames->notifying.exchange(true))
             QMetaObject::invokeMethod(
                 frames->player,
-                [frames] {
-                    frames->notifying = false;
-                    emit frames->player->frameChanged();
+                [shared = std::static_pointer_cast<MoviePlayer::Frames>(sink->frames)] {
+                    shared->notifying = false;
+                    emit shared->player->frameChanged();
                 },
                 Qt::QueuedConnection);
     }
@@ -144,8 +146,9 @@ void MoviePlayer::open(const QStringList &paths, qint64 knownDuration)
         }),
             this);
     }
-    m_busReader = std::make_unique<GstBusReader>(Gst::BusRef(gst_element_get_bus(m_pipeline.element()), Gst::Ref::Adopt),
-        [this](GstMessage *message) { handleMessage(message); });
+    m_busReader
+        = std::make_unique<GstBusReader>(Gst::BusRef(gst_element_get_bus(m_pipeline.element()), Gst::Ref::Adopt),
+            [this](GstMessage *message) { handleMessage(message); });
     if (gst_element_set_state(m_pipeline.element(), GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
         m_busReader->readPending();
         emit failed(tr("The recording cannot be played."));
@@ -159,7 +162,8 @@ void MoviePlayer::addStream(GstPad *pad, int file)
     Gst::CapsPtr caps(gst_pad_get_current_caps(pad));
     if (!caps)
         caps.reset(gst_pad_query_caps(pad, nullptr));
-    const char *kind = caps && !gst_caps_is_empty(caps.get()) ? gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)) : "";
+    const char *kind
+        = caps && !gst_caps_is_empty(caps.get()) ? gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)) : "";
     const bool video = g_str_has_prefix(kind, "video/");
     const bool sound = g_str_has_prefix(kind, "audio/") && file == 0;
     QByteArray description;
@@ -276,8 +280,8 @@ void MoviePlayer::seek(qint64 position)
     }
     // Accurate: the frame shown is the frame at the position, not the key
     // frame before it.
-    gst_element_seek_simple(m_pipeline.element(), GST_FORMAT_TIME,
-        GstSeekFlags(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_ACCURATE), position);
+    gst_element_seek_simple(
+        m_pipeline.element(), GST_FORMAT_TIME, GstSeekFlags(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_ACCURATE), position);
 }
 
 QImage MoviePlayer::frame() const
@@ -340,16 +344,16 @@ void MoviePlayer::scanLevels(const QString &path)
             Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
             gst_element_set_state(pipeline.element(), GST_STATE_PLAYING);
             while (Gst::MessagePtr message { gst_bus_timed_pop_filtered(bus.get(), 30 * GST_SECOND,
-                       GstMessageType(GST_MESSAGE_ELEMENT | GST_MESSAGE_EOS | GST_MESSAGE_ERROR)) }) {
+                GstMessageType(GST_MESSAGE_ELEMENT | GST_MESSAGE_EOS | GST_MESSAGE_ERROR)) }) {
                 if (GST_MESSAGE_TYPE(message.get()) != GST_MESSAGE_ELEMENT)
                     break;
                 const GstStructure *s = gst_message_get_structure(message.get());
-                const GValue *rms = s && gst_structure_has_name(s, "level") ? gst_structure_get_value(s, "rms") : nullptr;
+                const GValue *rms
+                    = s && gst_structure_has_name(s, "level") ? gst_structure_get_value(s, "rms") : nullptr;
                 // One value per channel, in the GValueArray the element
                 // still uses.
                 G_GNUC_BEGIN_IGNORE_DEPRECATIONS
-                const GValueArray *channels
-                    = rms && G_VALUE_TYPE(rms) == g_type_from_name("GValueArray")
+                const GValueArray *channels = rms && G_VALUE_TYPE(rms) == g_type_from_name("GValueArray")
                     ? static_cast<GValueArray *>(g_value_get_boxed(rms))
                     : nullptr;
                 if (!channels || channels->n_values == 0)

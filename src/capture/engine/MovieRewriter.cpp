@@ -184,8 +184,8 @@ GstPadProbeReturn watchForKeyFrames(GstPad *pad, GstPadProbeInfo *info, gpointer
         const GstSegment *segment = nullptr;
         if (sticky)
             gst_event_parse_segment(sticky.get(), &segment);
-        const GstClockTime at
-            = segment ? gst_segment_to_stream_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer)) : GST_CLOCK_TIME_NONE;
+        const GstClockTime at = segment ? gst_segment_to_stream_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer))
+                                        : GST_CLOCK_TIME_NONE;
         if (!GST_CLOCK_TIME_IS_VALID(at) || at > search->time)
             end = true;
         else if (!GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_DELTA_UNIT))
@@ -262,9 +262,8 @@ void addTrack(GstElement *, GstPad *pad, gpointer data)
         return;
     }
     gst_element_sync_state_with_parent(queue.element());
-    gst_pad_add_probe(pad,
-        GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
-        watchTrack, new Track { copy, {}, false }, [](gpointer data) { delete static_cast<Track *>(data); });
+    gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM), watchTrack,
+        new Track { copy, {}, false }, [](gpointer data) { delete static_cast<Track *>(data); });
     if (!Gst::link(pad, queueSink.get(), nullptr))
         GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot read a track of the movie."), (nullptr));
 }
@@ -399,7 +398,8 @@ std::optional<Error> MovieRewriter::trimMovie(
     const QString temporary = destination + QLatin1String(MovieRewriter::kTemporarySuffix);
     const ActiveTemporary active(temporary);
     std::optional<Error> failure = copyMovie(source, temporary, QFileInfo(source).size(),
-        std::pair { GstClockTime(std::max<qint64>(0, inNanoseconds)), GstClockTime(std::max<qint64>(0, outNanoseconds)) });
+        std::pair {
+            GstClockTime(std::max<qint64>(0, inNanoseconds)), GstClockTime(std::max<qint64>(0, outNanoseconds)) });
     if (!failure && ::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(destination).constData()) != 0)
         failure = Error { kPosixErrorDomain, errno, QStringLiteral("Cannot write %1").arg(destination) };
     if (failure) {
