@@ -82,6 +82,7 @@ void LXController::submitClicked()
     m_watch->stop();
     ReviewPlayer *review = m_window->metadataPage()->reviewPlayer();
     m_trimMarks = review->marks();
+    review->clearMarks(); // taken: the next recording starts without
     review->close();
 
     // Recordings made here and chosen files are uploaded from here.

@@ -275,6 +275,11 @@ void ReviewPlayer::open(const QStringList &paths, bool trimmable, qint64 knownDu
     m_picture->message.clear();
     m_trimmable = trimmable;
     m_bar->trimmable = trimmable;
+    // Marks belong to one recording: they stay for the same files (back to
+    // the recording and here again), and go for others.
+    if (paths != m_openedPaths)
+        clearMarks();
+    m_openedPaths = paths;
     for (QWidget *mark : { static_cast<QWidget *>(m_markIn), static_cast<QWidget *>(m_markOut),
              static_cast<QWidget *>(m_clear), static_cast<QWidget *>(m_kept) })
         mark->setVisible(trimmable);

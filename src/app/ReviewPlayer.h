@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 
 #include <optional>
@@ -62,4 +63,5 @@ private:
     QPushButton *m_markOut = nullptr;
     QPushButton *m_clear = nullptr;
     bool m_trimmable = false;
+    QStringList m_openedPaths;
 };

@@ -10,6 +10,7 @@
 #include "Log.h"
 #include "PreferencesController.h"
 #include "RecordingGuard.h"
+#include "ReviewPlayer.h"
 #include "TransfersController.h"
 
 #include "SimSandbox.h"
@@ -91,6 +92,20 @@ class TestLXController : public QObject
     }
 
 private slots:
+    void reviewMarksBelongToOneRecording()
+    {
+        ReviewPlayer review;
+        const QStringList first { QStringLiteral("/nowhere/LocalVideo-1.mov") };
+        review.open(first, true, 10'000'000'000);
+        review.setMarks(2'000'000'000, 7'000'000'000);
+        review.open(first, true, 12'000'000'000); // back to the recording and here again
+        QCOMPARE(review.marks(), (std::pair<qint64, qint64> { 2'000'000'000, 7'000'000'000 }));
+        review.open({ QStringLiteral("/nowhere/LocalVideo-2.mov") }, true, 10'000'000'000);
+        QVERIFY(!review.marks());
+        review.setMarks(1'000'000'000, 3'000'000'000);
+        review.open(first, false); // not trimmable: published whole
+        QVERIFY(!review.marks());
+    }
     void initTestCase()
     {
         // The local agent records from a test microphone, never from hardware.
