@@ -252,6 +252,8 @@ void addTrack(GstElement *, GstPad *pad, gpointer data)
         GST_ELEMENT_ERROR(copy->muxer, CORE, PAD, ("Cannot add a track to the new movie."), (nullptr));
         return;
     }
+    // Silent: its signals, one per sample, cost more than the copy.
+    g_object_set(queue.get(), "silent", TRUE, nullptr);
     GstObject *parent = gst_object_get_parent(GST_OBJECT(copy->muxer));
     Gst::add(GST_ELEMENT(parent), queue);
     gst_object_unref(parent);
