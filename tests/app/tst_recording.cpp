@@ -85,7 +85,21 @@ int runFlowChild(int argc, char **argv)
     click("recordPauseButton");
     if (!QTest::qWaitFor([&c] { return c.recordingTime()->elapsedTime() >= 3; }, 20000))
         return 4;
-    std::printf("recording %f\n", c.recordingTime()->elapsedTime());
+    if (task["trim"].toBool()) {
+        // Trimmed and published: ends once the trimmed copy is queued.
+        click("recordPauseButton");
+        click("publish");
+        auto *review = c.window()->findChild<ReviewPlayer *>("reviewPlayer");
+        if (!QTest::qWaitFor([review] { return review->player()->duration() > 0; }, 20000))
+            return 5;
+        review->setMarks(1'000'000'000, 2'500'000'000);
+        click("publish");
+        if (!QTest::qWaitFor([&c] { return !c.job()->uploadUUID().isEmpty(); }, 60000))
+            return 6;
+        std::printf("submitted\n");
+    } else {
+        std::printf("recording %f\n", c.recordingTime()->elapsedTime());
+    }
     std::fflush(stdout);
     return app.exec();
 }
@@ -522,6 +536,38 @@ private slots:
             QVERIFY2(qAbs(duration - recorded) < 1.0, qPrintable(QString("%1 vs %2").arg(duration).arg(recorded)));
         }
         QVERIFY(!QFile::exists(m_sim->jobDataFolder() + "/current-recording.plist")); // handed over
+    }
+
+    void aTrimmedRecordingCrashedBeforeItsUploadIsOfferedAgain()
+    {
+        const QString title = QStringLiteral("Trimmed, then lost");
+        QProcess lumex;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        const QVariantMap camera { { "isLocalRecording", true }, { "camera", "test:cam1" },
+            { "microphone", "test:mic1" } };
+        env.insert(kChildVariable,
+            QJsonDocument(QJsonObject { { "tile", "Video" }, { "saved", QJsonValue::fromVariant(camera) },
+                              { "title", title }, { "trim", true } })
+                .toJson(QJsonDocument::Compact));
+        lumex.setProcessEnvironment(env);
+        lumex.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        lumex.start(QCoreApplication::applicationFilePath(), {});
+        QTRY_VERIFY_WITH_TIMEOUT(lumex.canReadLine() || lumex.state() == QProcess::NotRunning, 90000);
+        QCOMPARE(lumex.readLine().trimmed(), QByteArray("submitted"));
+        ::kill(pid_t(lumex.processId()), SIGKILL);
+        QVERIFY(lumex.waitForFinished(5000));
+        // The simulator takes seconds to upload: the next sign-in finds the
+        // upload unfinished and offers the whole recording. Only a machine
+        // slower than that may find it completed, the trimmed recording
+        // published and its original gone.
+        openRecordPage({});
+        QTRY_VERIFY_WITH_TIMEOUT(m_c->interruptedRecordingQuestion() || !libraryEntry(title).isEmpty(), 30000);
+        if (!m_c->interruptedRecordingQuestion())
+            return;
+        QVERIFY(m_c->interruptedRecordingQuestion()->text().startsWith("Publish the recording interrupted on "));
+        QTest::mouseClick(m_c->interruptedRecordingQuestion()->defaultButton(), Qt::LeftButton);
+        const QString original = m_c->job()->movieFilePaths().value_or(QStringList { "-" }).first();
+        QVERIFY2(inspectMovie(original).videoEnd > 2.8, qPrintable(original)); // whole, not the trimmed copy
     }
 
     void guardSpeaksUpAndClears_data()
