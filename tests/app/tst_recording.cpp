@@ -332,7 +332,6 @@ private slots:
         QTest::newRow("screen and camera") << QByteArray("Screen") << QString("publish");
         QTest::newRow("chosen file") << QByteArray() << QString("publish");
         QTest::newRow("upload fails: the original is offered again") << QByteArray("Video") << QString("fails");
-        QTest::newRow("ended after Done: the original is offered again") << QByteArray("Video") << QString("ends");
     }
     void reviewTrimsWhatIsPublished()
     {
@@ -398,22 +397,6 @@ private slots:
         const QString title = QStringLiteral("Trimmed, ") + QTest::currentDataTag();
         QTest::keyClicks(child("title"), title);
         click("publish");
-        if (ending == "ends") {
-            // Lumex ends while the recording is finished and trimmed: the
-            // next sign-in offers the whole recording with its title, once
-            // the journal has it.
-            const QString journal = m_sim->jobDataFolder() + "/current-recording.plist";
-            QTRY_COMPARE_WITH_TIMEOUT(SimSandbox::readPlist(journal).value("Title").toString(), title, 5000);
-            m_c.reset();
-            openRecordPage({});
-            QTRY_VERIFY_WITH_TIMEOUT(m_c->interruptedRecordingQuestion(), 20000);
-            QTest::mouseClick(m_c->interruptedRecordingQuestion()->defaultButton(), Qt::LeftButton);
-            QCOMPARE(child<QLineEdit>("title")->text(), title);
-            QVERIFY(
-                qAbs(inspectMovie(m_c->job()->movieFilePaths().value_or(QStringList { "-" }).first()).videoEnd - 9.5)
-                < 1.5);
-            return;
-        }
         QTRY_COMPARE_WITH_TIMEOUT(status(),
             ending == "fails" ? QStringLiteral("There was an error submitting your podcast.") : kSuccess, 60000);
         if (ending == "fails") {
