@@ -49,9 +49,12 @@ void LXController::jobDidStop(const std::optional<Error> &error)
         return;
     }
     // Handed over: the server or the upload queue has the recording now.
+    // A trimmed recording's original waits for its upload to complete, and
+    // so does its journal, so a crash before leaves it offered with its title.
     if (m_handOverPending && !hasBegunRecording()) {
         m_handOverPending = false;
-        m_journal->discard();
+        if (!m_trimMarks)
+            m_journal->discard();
     }
 }
 

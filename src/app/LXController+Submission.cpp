@@ -179,6 +179,7 @@ void LXController::updateSubmissionStatus()
     } else if (status == QLatin1String("completed")) {
         setSubmittedStatus(tr("Your podcast has been successfully submitted."));
         m_currentJobCompletedUploading = true;
+        m_journal->discard(); // a trimmed recording's, kept until now
         transfers->stopPollingSubmissions();
     } else if (status == QLatin1String("error")) {
         setSubmittedStatus(tr("There was an error submitting your podcast."));

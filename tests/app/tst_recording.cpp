@@ -549,6 +549,7 @@ private slots:
             return;
         QVERIFY(m_c->interruptedRecordingQuestion()->text().startsWith("Publish the recording interrupted on "));
         QTest::mouseClick(m_c->interruptedRecordingQuestion()->defaultButton(), Qt::LeftButton);
+        QCOMPARE(child<QLineEdit>("title")->text(), title);
         const QString original = m_c->job()->movieFilePaths().value_or(QStringList { "-" }).first();
         QVERIFY2(inspectMovie(original).videoEnd > 2.8, qPrintable(original)); // whole, not the trimmed copy
     }
