@@ -339,6 +339,42 @@ private slots:
         const double first = firstPictureTimeIn(trimmed, original);
         QVERIFY2(first >= in - 1.0 && first <= in + 0.01, qPrintable(QString::number(first)));
     }
+    // A chosen file may start one track long after the other (a camera whose
+    // sound begins late): the copy must not wait for it for ever.
+    void trimCopesWithATrackThatStartsLate()
+    {
+        gst_init(nullptr, nullptr);
+        const QString late = moviePath(QStringLiteral("late-sound.mov"));
+        const QByteArray aac = gst_element_factory_find("voaacenc") ? "voaacenc" : "avenc_aac";
+        Gst::ElementRef pipeline(
+            gst_parse_launch(
+                ("videotestsrc num-buffers=450 ! video/x-raw,width=320,height=240,framerate=30/1 ! "
+                 "x264enc speed-preset=ultrafast key-int-max=30 ! queue ! qtmux name=mux ! filesink "
+                 "location=\""
+                    + QFile::encodeName(late)
+                    + "\" audiotestsrc timestamp-offset=8000000000 num-buffers=300 samplesperbuffer=1024 ! "
+                      "audio/x-raw,rate=48000 ! "
+                    + aac + " ! queue ! mux.")
+                    .constData(),
+                nullptr),
+            Gst::Ref::Adopt);
+        QVERIFY(pipeline);
+        gst_element_set_state(pipeline.element(), GST_STATE_PLAYING);
+        Gst::BusRef bus(gst_element_get_bus(pipeline.element()), Gst::Ref::Adopt);
+        Gst::MessagePtr done(gst_bus_timed_pop_filtered(
+            bus.get(), 60 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+        gst_element_set_state(pipeline.element(), GST_STATE_NULL);
+        QVERIFY(done && GST_MESSAGE_TYPE(done.get()) == GST_MESSAGE_EOS);
+        const QString trimmed = moviePath(QStringLiteral("late-sound-trimmed.mov"));
+        const std::optional<Error> error = MovieRewriter::trimMovie(late, trimmed, 1'000'000'000, 14'000'000'000);
+        QVERIFY2(!error, qPrintable(error ? error->localizedDescription : QString()));
+        const MovieInspection movie = inspectMovie(trimmed);
+        QVERIFY2(movie.videoEnd >= 12.9 && movie.videoEnd <= 13.1, qPrintable(QString::number(movie.videoEnd)));
+        QCOMPARE(size_t(movie.videoFrames), storedPictures(trimmed).size());
+        // All of the sound up to the Out mark, from 8 s on: the movie's edit
+        // places it 7 s into the copy.
+        QVERIFY2(movie.audioEnd >= 5.9 && movie.audioEnd <= 6.1, qPrintable(QString::number(movie.audioEnd)));
+    }
     void trimRefusesWhatItCannotCut()
     {
         const QString text = moviePath(QStringLiteral("notes.mov"));

@@ -81,6 +81,12 @@ struct ActiveTemporary
 
 // What the copy saw of the original's samples, and the range it keeps, in
 // the movie's own times (stream time); an unbounded range keeps all.
+// How far apart in time the demuxer may hand over two tracks' samples:
+// the muxer keeps this much of one track while it waits for the other.
+// Files interleave far more closely; a track that starts later than this
+// after another stops the copy, which then fails by its timeout.
+constexpr GstClockTime kInterleave = 5 * GST_SECOND;
+
 struct Copy
 {
     GstElement *muxer = nullptr;
@@ -88,6 +94,8 @@ struct Copy
     GstClockTime keepUntil = GST_CLOCK_TIME_NONE;
     std::atomic<GstClockTime> first { GST_CLOCK_TIME_NONE };
     std::atomic<GstClockTime> end { 0 };
+    std::mutex tracksMutex;
+    std::vector<struct Track *> tracks; // owned by their pads' probes
 };
 
 // One track of the copy. A trim restamps the track so that the kept range
@@ -96,9 +104,36 @@ struct Copy
 struct Track
 {
     Copy *copy;
+    GstPad *pad; // the demuxer's
     GstSegment segment; // as the demuxer sent it
+    GstSegment sent; // as the muxer has it
+    bool hasSegment = false;
     bool ended = false;
+    // How far the muxer has this track, in running time: by its samples, or
+    // by the gaps that stand in for samples still to come.
+    GstClockTime reached = 0;
 };
+
+// The demuxer hands over samples in time order, so a track that lags far
+// behind another has nothing to give for a while (its first sample lies
+// further on, or it has a hole). The muxer waits for every track, and must
+// be told there is nothing to wait for, or it stops the copy.
+void fillLaggingTracks(Track *leading, GstClockTime now)
+{
+    Copy *copy = leading->copy;
+    std::lock_guard lock(copy->tracksMutex);
+    for (Track *other : copy->tracks) {
+        if (other == leading || other->ended || !other->hasSegment || now < other->reached + kInterleave / 2)
+            continue;
+        const GstClockTime until = now - kInterleave / 4;
+        const GstClockTime from = gst_segment_position_from_running_time(&other->sent, GST_FORMAT_TIME, other->reached);
+        const GstClockTime to = gst_segment_position_from_running_time(&other->sent, GST_FORMAT_TIME, until);
+        other->reached = until;
+        Gst::PadRef peer(gst_pad_get_peer(other->pad), Gst::Ref::Adopt);
+        if (peer && GST_CLOCK_TIME_IS_VALID(from) && GST_CLOCK_TIME_IS_VALID(to) && to > from)
+            gst_pad_send_event(peer.get(), gst_event_new_gap(from, to - from));
+    }
+}
 
 void noteSample(Copy *copy, GstClockTime start, GstClockTime duration)
 {
@@ -133,6 +168,12 @@ GstPadProbeReturn watchTrack(GstPad *pad, GstPadProbeInfo *info, gpointer data)
             return GST_PAD_PROBE_DROP;
         }
         noteSample(copy, time, GST_BUFFER_DURATION(buffer));
+        const GstClockTime running
+            = gst_segment_to_running_time(&track->sent, GST_FORMAT_TIME, GST_BUFFER_DTS_OR_PTS(buffer));
+        if (GST_CLOCK_TIME_IS_VALID(running)) {
+            track->reached = std::max(track->reached, running);
+            fillLaggingTracks(track, running);
+        }
         return GST_PAD_PROBE_OK;
     }
     GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
@@ -143,16 +184,24 @@ GstPadProbeReturn watchTrack(GstPad *pad, GstPadProbeInfo *info, gpointer data)
     const GstSegment *segment = nullptr;
     gst_event_parse_segment(event, &segment);
     track->segment = *segment;
+    track->sent = *segment;
+    track->hasSegment = segment->format == GST_FORMAT_TIME;
     if (!trimming || segment->format != GST_FORMAT_TIME)
         return GST_PAD_PROBE_OK;
     // The kept range's start becomes the new movie's zero: the buffers keep
     // their times, and the segment says where they now begin.
     GstSegment kept = *segment;
-    const GstClockTimeDiff shift = GstClockTimeDiff(copy->keepFrom) - GstClockTimeDiff(segment->time);
-    kept.start = GstClockTime(std::max<GstClockTimeDiff>(0, GstClockTimeDiff(segment->start) + shift));
-    kept.time = copy->keepFrom;
+    if (segment->time >= copy->keepFrom) {
+        // A track that begins after the mark (its movie says so with an
+        // edit) begins as far into the copy.
+        kept.base = segment->time - copy->keepFrom;
+    } else {
+        kept.start = segment->start + (copy->keepFrom - segment->time);
+        kept.time = copy->keepFrom;
+        kept.base = 0;
+    }
     kept.position = kept.start;
-    kept.base = 0;
+    track->sent = kept;
     gst_event_unref(event);
     GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_segment(&kept);
     return GST_PAD_PROBE_OK;
@@ -238,35 +287,31 @@ GstClockTime keyFrameAtOrBefore(const QString &path, GstClockTime time)
     return GST_CLOCK_TIME_IS_VALID(found) ? found : time;
 }
 
-// Each track goes through a queue of its own into the new file; the demuxer
-// names its pads by kind, as the muxer's request pads are. A track that
-// cannot be joined fails the copy through the bus.
+// Each track goes straight into the new file, from the demuxer's one
+// thread: a queue per track would cost two thread hand-overs per sample,
+// which is most of a copy's time. The muxer holds a few seconds of each track
+// instead (see kInterleave), so a track whose next sample lies further on
+// waits for the other. The demuxer names its pads by kind, as the muxer's
+// request pads are. A track that cannot be joined fails the copy through the
+// bus.
 void addTrack(GstElement *, GstPad *pad, gpointer data)
 {
     auto *copy = static_cast<Copy *>(data);
     Gst::CharPtr name(gst_pad_get_name(pad));
     const bool video = g_str_has_prefix(name.get(), "video");
     Gst::PadRef target(gst_element_request_pad_simple(copy->muxer, video ? "video_%u" : "audio_%u"), Gst::Ref::Adopt);
-    Gst::ElementRef queue = Gst::make("queue");
-    if (!target || !queue) {
+    if (!target) {
         GST_ELEMENT_ERROR(copy->muxer, CORE, PAD, ("Cannot add a track to the new movie."), (nullptr));
         return;
     }
-    // Silent: its signals, one per sample, cost more than the copy.
-    g_object_set(queue.get(), "silent", TRUE, nullptr);
-    GstObject *parent = gst_object_get_parent(GST_OBJECT(copy->muxer));
-    Gst::add(GST_ELEMENT(parent), queue);
-    gst_object_unref(parent);
-    Gst::PadRef queueSink(gst_element_get_static_pad(queue.element(), "sink"), Gst::Ref::Adopt);
-    Gst::PadRef queueSrc(gst_element_get_static_pad(queue.element(), "src"), Gst::Ref::Adopt);
-    if (!Gst::link(queueSrc.get(), target.get(), nullptr)) {
-        GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot add a track to the new movie."), (nullptr));
-        return;
+    auto *track = new Track { copy, pad, {}, {} };
+    {
+        std::lock_guard lock(copy->tracksMutex);
+        copy->tracks.push_back(track);
     }
-    gst_element_sync_state_with_parent(queue.element());
     gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM), watchTrack,
-        new Track { copy, {}, false }, [](gpointer data) { delete static_cast<Track *>(data); });
-    if (!Gst::link(pad, queueSink.get(), nullptr))
+        track, [](gpointer data) { delete static_cast<Track *>(data); });
+    if (!Gst::link(pad, target.get(), nullptr))
         GST_ELEMENT_ERROR(copy->muxer, CORE, NEGOTIATION, ("Cannot read a track of the movie."), (nullptr));
 }
 
@@ -292,6 +337,7 @@ std::optional<Error> copyMovie(const QString &from, const QString &to, qint64 si
     if (!source || !demux || !mux || !sink)
         return Gst::coreError(GST_CORE_ERROR_MISSING_PLUGIN, QStringLiteral("The QuickTime muxer is not installed."));
     copy.muxer = mux.element();
+    g_object_set(mux.get(), "latency", kInterleave, nullptr);
     g_object_set(source.get(), "location", QFile::encodeName(from).constData(), nullptr);
     // Written in large blocks: a sample at a time costs a system call each.
     g_object_set(sink.get(), "location", QFile::encodeName(to).constData(), "buffer-mode", 0, "buffer-size",
