@@ -385,6 +385,10 @@ Bildschirm auf und veröffentlicht auf einem Medienserver. Genannte Filmdateien 
         <source>The recording could not be trimmed, so it is published whole.</source>
         <translation>Die Aufnahme konnte nicht gekürzt werden und wird deshalb vollständig veröffentlicht.</translation>
     </message>
+    <message>
+        <source>The screen is recorded without the camera. %1</source>
+        <translation>Der Bildschirm wird ohne die Kamera aufgenommen. %1</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>

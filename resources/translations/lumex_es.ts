@@ -385,6 +385,10 @@ envío; si Lumex ya está en ejecución, se le pasan a él.
         <source>The recording could not be trimmed, so it is published whole.</source>
         <translation>No se ha podido recortar la grabación, así que se publica completa.</translation>
     </message>
+    <message>
+        <source>The screen is recorded without the camera. %1</source>
+        <translation>La pantalla se graba sin la cámara. %1</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>

@@ -385,6 +385,10 @@ proposés à l&apos;envoi ; si Lumex est déjà lancé, ils lui sont transmis.
         <source>The recording could not be trimmed, so it is published whole.</source>
         <translation>L’enregistrement n’a pas pu être raccourci ; il est donc publié en entier.</translation>
     </message>
+    <message>
+        <source>The screen is recorded without the camera. %1</source>
+        <translation>L’écran est enregistré sans la caméra. %1</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>

@@ -385,6 +385,10 @@ vengono proposti per l&apos;invio; se Lumex è già in esecuzione, vengono passa
         <source>The recording could not be trimmed, so it is published whole.</source>
         <translation>Non è stato possibile tagliare la registrazione, quindi viene pubblicata per intero.</translation>
     </message>
+    <message>
+        <source>The screen is recorded without the camera. %1</source>
+        <translation>Lo schermo viene registrato senza la videocamera. %1</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>

@@ -385,6 +385,10 @@ envio; se o Lumex já estiver em execução, eles são repassados a ele.
         <source>The recording could not be trimmed, so it is published whole.</source>
         <translation>Não foi possível cortar a gravação, por isso ela será publicada inteira.</translation>
     </message>
+    <message>
+        <source>The screen is recorded without the camera. %1</source>
+        <translation>A tela é gravada sem a câmera. %1</translation>
+    </message>
 </context>
 <context>
     <name>LXLoginPanelController</name>

@@ -2,7 +2,6 @@
 
 #include "CaptureDeviceRegistry.h"
 #include "CaptureDevicesController.h"
-#include "DisplaySession.h"
 #include "LXDefaultsKeys.h"
 #include "LXGlyphs.h"
 #include "LXUserDefaults.h"
@@ -154,11 +153,7 @@ void DeviceChooser::rebuild(Source source, const QVariantList &remoteCameras)
     if (source == Source::Screen) {
         // The screen alone, or with this computer's camera beside it: the
         // lecturer and the slides in one recording.
-        // Our own capture reads the X screen; in a Wayland session the
-        // screen is the agent's alone.
         addItem(m_cameraMenu.get(), tr("No Camera"), kNoGlyph, Kind::ScreenCamera, QVariantMap());
-        if (DisplaySession::isWayland())
-            return;
         if (!cameras.isEmpty())
             m_cameraMenu->insertItemWithTitle(InputDeviceMenu::kSeparatorItem, nullptr, QKeySequence(), -1);
         for (const CaptureDevicePtr &device : cameras)

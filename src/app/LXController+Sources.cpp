@@ -170,11 +170,16 @@ void LXController::screenCameraSelected(QAction *item)
     setUpScreenRecording();
 }
 
-void LXController::setUpScreenRecording()
+void LXController::setUpScreenRecording(int fromScreenShare, quint32 screenNode)
 {
     const QString microphoneID = m_job ? m_job->localAudioDeviceName() : QString();
     const QString cameraID = m_job ? m_job->camera().value(kUniqueID).toString() : QString();
     tearDownLocalCameraAndMicrophone();
+    const int request = ++m_screenShareRequest;
+    if (m_awaitingScreenShare) {
+        m_awaitingScreenShare = false;
+        emit canBeginRecordingChanged();
+    }
     // The screen alone is the agent's, as it always was; with a camera
     // beside it, our own capture records both in step.
     if (cameraID.isEmpty() || microphoneID.isNull()) {
@@ -183,12 +188,35 @@ void LXController::setUpScreenRecording()
         return;
     }
     auto screen = std::make_shared<CaptureDevice>(CaptureDevice::Kind::Screen, QStringLiteral("screen"), tr("Screen"));
+    if (m_screenGrabController->usesPortal() && fromScreenShare < 0) {
+        // The screen is the desktop's to share: it may ask the user first
+        // (once, for the preview's pictures too), and nothing records until
+        // it has answered.
+        m_awaitingScreenShare = true;
+        emit canBeginRecordingChanged();
+        using Stream = GLScreenGrabController::ScreenStream;
+        m_screenGrabController->requestScreenStream(
+            this, [this, request](const std::optional<Stream> &stream, const std::optional<Error> &error) {
+                if (request != m_screenShareRequest || m_mode != Mode::Screen || hasBegunRecording())
+                    return;
+                if (stream)
+                    return setUpScreenRecording(stream->fd, stream->nodeId);
+                // The screen alone, as the capture agent records it; the
+                // preview has told why in an alert when it asked as well.
+                m_devices->take(m_devices->cameraMenu()->actions().value(0)); // "No Camera"
+                m_window->recordPage()->showBanner(QStringLiteral("screen-share"),
+                    tr("The screen is recorded without the camera. %1")
+                        .arg(error ? error->localizedDescription : QString())
+                        .trimmed());
+            });
+        return;
+    }
+    if (fromScreenShare >= 0)
+        screen->setPipeWireStream(fromScreenShare, screenNode);
     m_captureDevicesController->setupRecordingForScreenWithVideoDeviceUniqueID(screen, cameraID, microphoneID);
     const std::shared_ptr<CaptureSession> session = m_captureDevicesController->captureSession();
-    if (!session) {
-        setJobCamera(QVariantMap());
-        return setUpScreenRecording();
-    }
+    if (!session)
+        return m_devices->take(m_devices->cameraMenu()->actions().value(0)); // "No Camera"
     setRoute(std::make_unique<LocalCaptureRoute>(*this));
     m_window->recordPage()->showCaptureSession(session, true);
 }
@@ -232,6 +260,7 @@ void LXController::localCameraAndMicrophoneSelected(QAction *item)
 
 void LXController::tearDownLocalCameraAndMicrophone()
 {
+    m_window->recordPage()->clearBanner(QStringLiteral("screen-share"));
     m_window->recordPage()->showLocalPreview(nullptr);
     m_window->recordPage()->setMicrophoneLevelConnection(nullptr);
     m_devices->stopMonitoringMicrophone();

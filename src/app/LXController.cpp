@@ -247,7 +247,7 @@ bool LXController::canBeginRecording() const
     case Mode::Audio:
         return m_localRecordingChosen ? hasAudioDevice : hasCamera;
     case Mode::Screen:
-        return hasAudioDevice;
+        return hasAudioDevice && !m_awaitingScreenShare;
     default:
         return false;
     }

@@ -109,6 +109,7 @@ public:
     bool microphoneListShouldBeHidden() const;
     QString currentModeString() const;
 
+    GLScreenGrabController *screenGrabController() const { return m_screenGrabController.get(); }
     std::shared_ptr<PodcastJob> job() const { return m_job; }
     std::shared_ptr<PodcastJob> job() override { return m_job; }
     void setJob(const std::shared_ptr<PodcastJob> &job);
@@ -302,7 +303,7 @@ private:
     void showChosenRemoteCameraPreview();
     // The screen's recording as its devices now stand: the agent's, or with
     // a camera our own capture's, the camera inset in the preview.
-    void setUpScreenRecording();
+    void setUpScreenRecording(int fromScreenShare = -1, quint32 screenNode = 0);
     // The server camera the job records with; null for none or a local one.
     QString chosenRemoteCameraName() const;
     void setTimerValue(const QString &value);
@@ -326,6 +327,8 @@ private:
     QString m_timerValue;
     bool m_timerTextHidden = false;
     bool m_localRecordingChosen = false;
+    int m_screenShareRequest = 0; // a newer choice drops the older's answer
+    bool m_awaitingScreenShare = false;
     Mode m_mode = Mode::NoSource;
     State m_state = State::Idle;
     std::shared_ptr<PodcastJob> m_job;

@@ -1,21 +1,25 @@
 #include "AudioLevelMeter.h"
 #include "CaptureDeviceRegistry.h"
 #include "CaptureVideoPreviewWidget.h"
+#include "GLScreenGrabController.h"
 #include "InputDeviceMenu.h"
 #include "LXApplication.h"
 #include "LXController.h"
 #include "LXDefaultsKeys.h"
 #include "LXMainWindow.h"
 #include "LXUserDefaults.h"
+#include "RecordPage.h"
 #include "VKPopUpButton.h"
 
 #include "SimSandbox.h"
 #include "app/SignIn.h"
 
 #include <QAccessible>
+#include <QDBusConnection>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocalServer>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 
@@ -197,6 +201,40 @@ private slots:
         m_controller->sourceClicked(Mode::Screen);
         QCOMPARE(child<VKPopUpButton>("microphonesPopUpButton")->title(), QStringLiteral("Second"));
         QVERIFY(!child<QLabel>("hotkeySuggestion")->text().isEmpty());
+    }
+
+    // In a Wayland session the screen beside a camera is the desktop's to
+    // share: nothing records until it answers, and when it shares nothing
+    // the screen is recorded alone, and the page says why.
+    void waylandScreenWithACameraWaitsForTheDesktop()
+    {
+        qputenv("WAYLAND_DISPLAY", "wayland-lumex-test");
+        const auto leave = qScopeGuard([] { qunsetenv("WAYLAND_DISPLAY"); });
+        LXUserDefaults::standard().setValue(QVariantMap { { "camera", "test:cam2" }, { "microphone", "test:mic1" } },
+            LXDefaultsKeys::lastDeviceSelectionFor("Screen"));
+        signIn(kDevices);
+        m_controller->screenGrabController()->setPortalBus(
+            QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent"), QStringLiteral("no portal")));
+        m_controller->sourceClicked(Mode::Screen);
+        QCOMPARE(layout(m_controller->cameraMenu()), QStringLiteral("No Camera|-|Cam One|Cam Two"));
+        QCOMPARE(m_controller->job()->camera().value("uniqueID").toString(), QStringLiteral("test:cam2"));
+        QVERIFY(!m_controller->canBeginRecording());
+        QVERIFY(!child("recordPauseButton")->isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(m_controller->canBeginRecording(), 10000);
+        QVERIFY(m_controller->job()->camera().isEmpty());
+        QCOMPARE(child<VKPopUpButton>("camerasPopUpButton")->title(), QStringLiteral("No Camera"));
+        // The preview asked too, and its alert says why; one alert, not two.
+        const QList<QMessageBox *> alerts = m_controller->window()->findChildren<QMessageBox *>();
+        QCOMPARE(alerts.size(), 1);
+        QTest::mouseClick(alerts[0]->button(QMessageBox::Ok), Qt::LeftButton);
+        QTRY_VERIFY(child("recordPauseButton")->isEnabled());
+        QVERIFY(m_controller->window()
+                    ->recordPage()
+                    ->bannerText("screen-share")
+                    .startsWith(QStringLiteral(
+                        "The screen is recorded without the camera. Lumex cannot see the screen: this desktop")));
+        m_controller->backClicked(Qt::NoModifier);
+        QVERIFY(m_controller->window()->recordPage()->bannerText("screen-share").isEmpty());
     }
 
     void keyboardReachesEveryNamedControl()

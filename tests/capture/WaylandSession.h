@@ -4,12 +4,17 @@
 #include <QDBusConnectionInterface>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
 
 #include <functional>
 #include <list>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 // A headless Wayland desktop for one test, up in about a second: sway
@@ -52,6 +57,42 @@ public:
         return {};
     }
     QDBusConnection bus() const { return QDBusConnection(m_dir.path()); }
+    // A connection to the session's PipeWire, as the portal's remote is
+    // (-1: none); the caller closes it.
+    int pipeWireRemote() const
+    {
+        const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address {};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, QFile::encodeName(m_env.value(QStringLiteral("XDG_RUNTIME_DIR")) + "/pipewire-0"),
+            sizeof address.sun_path);
+        if (::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
+            return fd;
+        ::close(fd);
+        return -1;
+    }
+    // A PipeWire video stream of the session's shape, as the portal's screen
+    // cast is: test bars with the running time on them. Its node id once it
+    // is there (0: never).
+    quint32 startScreenStream(const QSize &size)
+    {
+        start({ QStringLiteral("gst-launch-1.0"), QStringLiteral("videotestsrc"), QStringLiteral("is-live=true"),
+            QStringLiteral("pattern=smpte"), QStringLiteral("!"),
+            QStringLiteral("video/x-raw,format=BGRx,width=%1,height=%2").arg(size.width()).arg(size.height()),
+            QStringLiteral("!"), QStringLiteral("pipewiresink"), QStringLiteral("mode=provide"),
+            QStringLiteral("stream-properties=p,media.class=Video/Source,node.name=lumex-screen") });
+        for (QDeadlineTimer deadline(10000); !deadline.hasExpired(); QThread::msleep(50)) {
+            QProcess dump;
+            dump.setProcessEnvironment(m_env);
+            dump.start(QStringLiteral("pw-dump"), {});
+            dump.waitForFinished();
+            for (const QJsonValue object : QJsonDocument::fromJson(dump.readAllStandardOutput()).array())
+                if (object[QStringLiteral("info")][QStringLiteral("props")][QStringLiteral("node.name")]
+                    == QStringLiteral("lumex-screen"))
+                    return quint32(object[QStringLiteral("id")].toInt());
+        }
+        return 0;
+    }
     // WAYLAND_DISPLAY, XDG_RUNTIME_DIR, XDG_SESSION_TYPE and the bus.
     QProcessEnvironment environment() const { return m_env; }
 

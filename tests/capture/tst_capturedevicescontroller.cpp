@@ -12,6 +12,7 @@
 #include "Paths.h"
 #include "PropertyList.h"
 #include "TestSupport.h"
+#include "WaylandSession.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -317,24 +318,45 @@ private slots:
             qPrintable(QString("%1 and %2").arg(movie.videoEnd).arg(movie.audioEnd)));
         QVERIFY(movie.largestAudioGap < 0.5);
     }
-    // The screen (a test camera stands in; the real one needs a display)
-    // beside the camera: two movies from one session, paused twice, in step.
+    // The screen beside the camera: two movies from one session, paused
+    // twice, in step. The X screen is another test's; a test camera stands
+    // in for it, and a Wayland desktop's screen cast is a PipeWire stream
+    // of a headless session, as the portal would give it.
     void screenAndCameraMakeTwoMoviesInStep_data()
     {
         QTest::addColumn<bool>("cancel");
-        QTest::newRow("stopped: both kept, one report") << false;
-        QTest::newRow("cancelled: both deleted") << true;
+        QTest::addColumn<bool>("wayland");
+        QTest::newRow("stopped: both kept, one report") << false << false;
+        QTest::newRow("cancelled: both deleted") << true << false;
+        QTest::newRow("Wayland: the screen cast's stream") << false << true;
     }
     void screenAndCameraMakeTwoMoviesInStep()
     {
         QFETCH(bool, cancel);
+        QFETCH(bool, wayland);
         auto &registry = CaptureDeviceRegistry::instance();
-        const CaptureDevicePtr screen = registry.addTestDevice(QStringLiteral("camera:screen:Screen Stand-in"));
+        std::unique_ptr<WaylandSession> desktop;
+        CaptureDevicePtr screen;
+        int remote = -1;
+        const auto closeRemote = qScopeGuard([&] { remote >= 0 && ::close(remote); });
+        if (wayland) {
+            desktop = std::make_unique<WaylandSession>(QSize(640, 360));
+            if (!desktop->isReady())
+                QSKIP(qPrintable(desktop->skipReason()));
+            const quint32 node = desktop->startScreenStream(QSize(640, 360));
+            remote = desktop->pipeWireRemote();
+            QVERIFY(node && remote >= 0);
+            screen = std::make_shared<CaptureDevice>(CaptureDevice::Kind::Screen, "screen", "Screen");
+            screen->setPipeWireStream(remote, node);
+        } else {
+            screen = registry.addTestDevice(QStringLiteral("camera:screen:Screen Stand-in"));
+        }
         QVERIFY(screen);
         Controlled c;
         c.devices.setupRecordingForScreenWithVideoDeviceUniqueID(screen, "test:cam1", "test:mic1");
         const QStringList paths = c.app.theJob->movieFilePaths().value_or(QStringList());
-        registry.removeTestDevice(screen->uniqueID()); // out of the lists; it stays open here
+        if (!wayland)
+            registry.removeTestDevice(screen->uniqueID()); // out of the lists; it stays open here
         QCOMPARE(paths.size(), 2);
         QCOMPARE(
             QFileInfo(paths[0]).fileName().replace("ScreenCapture-", "LocalVideo-"), QFileInfo(paths[1]).fileName());

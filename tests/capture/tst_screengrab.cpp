@@ -7,12 +7,7 @@
 #include "WaylandSession.h"
 #include "XvfbServer.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QtTest>
-
-#include <sys/socket.h>
-#include <sys/un.h>
 
 #include <cstdlib>
 #include <memory>
@@ -47,32 +42,6 @@ GrabResult grabAndWait(GLScreenGrabController &controller)
     for (QDeadlineTimer deadline(30000); !result.done && !deadline.hasExpired();)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
     return result;
-}
-
-// A connection to the session's PipeWire, as the portal's remote is.
-int pipeWireRemote(const QProcessEnvironment &env)
-{
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un address {};
-    address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, QFile::encodeName(env.value(QStringLiteral("XDG_RUNTIME_DIR")) + "/pipewire-0"),
-        sizeof address.sun_path);
-    return ::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 ? fd : -1;
-}
-
-// The id of the PipeWire node called `name`, once there (0: never).
-quint32 pipeWireNode(const QProcessEnvironment &env, const QString &name)
-{
-    for (QDeadlineTimer deadline(10000); !deadline.hasExpired(); QThread::msleep(50)) {
-        QProcess dump;
-        dump.setProcessEnvironment(env);
-        dump.start(QStringLiteral("pw-dump"), {});
-        dump.waitForFinished();
-        for (const QJsonValue object : QJsonDocument::fromJson(dump.readAllStandardOutput()).array())
-            if (object[QStringLiteral("info")][QStringLiteral("props")][QStringLiteral("node.name")] == name)
-                return quint32(object[QStringLiteral("id")].toInt());
-    }
-    return 0;
 }
 
 } // namespace
@@ -159,20 +128,11 @@ private slots:
         const QString refusal = session.sharingRefusal();
         if (result.error && !refusal.isEmpty()) {
             QCOMPARE(result.error->code, qint64(ScreenCastPortal::Failed));
-            QProcess stream;
-            stream.setProcessEnvironment(session.environment());
-            stream.start(QStringLiteral("gst-launch-1.0"),
-                QStringLiteral(
-                    "videotestsrc is-live=true pattern=smpte ! video/x-raw,format=BGRx,width=640,height=360 "
-                    "! pipewiresink mode=provide stream-properties=p,media.class=Video/Source,node.name=lumex")
-                    .split(QLatin1Char(' ')));
-            const quint32 node = pipeWireNode(session.environment(), QStringLiteral("lumex"));
+            const quint32 node = session.startScreenStream(QSize(640, 360));
             Error error;
-            const int remote = pipeWireRemote(session.environment());
+            const int remote = session.pipeWireRemote();
             result.image = GLScreenGrabController::grabPipeWireFrame(remote, node, 10000, &error);
             ::close(remote);
-            stream.kill();
-            stream.waitForFinished();
             QVERIFY2(!result.image.isNull(), qPrintable(error.localizedDescription));
             QVERIFY((result.image.pixel(0, 0) & 0xffffff) != (result.image.pixel(0, 359) & 0xffffff)); // top-down
         } else {

@@ -161,6 +161,12 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error)
                 + QByteArray::number(m_pipeWireFd) + " path=" + QByteArray::number(m_pipeWireNode)
                 + " ! videorate ! video/x-raw,framerate=15/1 ! videoconvert name=vout";
             bin = sourceBin(description, "vout", nullptr, error);
+            // Its clock follows the compositor and starts again whenever the
+            // stream is renegotiated; the recording keeps the pipeline's.
+            if (Gst::ElementRef source = bin
+                    ? Gst::ElementRef(gst_bin_get_by_name(GST_BIN(bin.element()), "v"), Gst::Ref::Adopt)
+                    : Gst::ElementRef())
+                GST_OBJECT_FLAG_UNSET(source.element(), GST_ELEMENT_FLAG_PROVIDE_CLOCK);
             break;
         }
         const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;

@@ -137,7 +137,7 @@ void GLScreenGrabController::grab(QObject *context, Completion done)
         [](const QString &) { return QImage(); });
 }
 
-void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context, Completion done)
+ScreenCastPortal *GLScreenGrabController::portal()
 {
     if (!m_portal) {
         m_portal = std::make_unique<ScreenCastPortal>(m_portalBus ? *m_portalBus : QDBusConnection::sessionBus());
@@ -148,7 +148,25 @@ void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context,
             defaults.synchronize();
         });
     }
-    ScreenCastPortal *portal = m_portal.get();
+    return m_portal.get();
+}
+
+void GLScreenGrabController::requestScreenStream(QObject *context, StreamCompletion done)
+{
+    ScreenCastPortal *portal = this->portal();
+    portal->requestStream(
+        [portal, context = QPointer<QObject>(context), done = std::move(done)](const std::optional<Error> &error) {
+            if (!context)
+                return;
+            if (error || !portal->stream())
+                return done(std::nullopt, error);
+            done(ScreenStream { portal->stream()->fd, portal->stream()->nodeId }, std::nullopt);
+        });
+}
+
+void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context, Completion done)
+{
+    ScreenCastPortal *portal = this->portal();
     portal->requestStream([portal, context, done = std::move(done)](const std::optional<Error> &error) {
         if (!context)
             return;

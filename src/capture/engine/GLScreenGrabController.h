@@ -46,13 +46,29 @@ public:
     // The portal's bus (tests: a private session bus). Before the first grab.
     void setPortalBus(const QDBusConnection &bus);
 
+    // Whether the screen is the desktop portal's (a Wayland session).
+    bool usesPortal() const;
+
+    // The portal's screen cast for a recording, through the same session as
+    // the pictures (the user is asked once for both): its PipeWire remote
+    // (owned by the session; a source reading it takes a copy) and node.
+    // `done` runs on the main thread unless `context` is gone first, with the
+    // stream or with the error to show.
+    struct ScreenStream
+    {
+        int fd = -1;
+        quint32 nodeId = 0;
+    };
+    using StreamCompletion = std::function<void(const std::optional<ScreenStream> &, const std::optional<Error> &)>;
+    void requestScreenStream(QObject *context, StreamCompletion done);
+
     // One frame of a PipeWire stream (the portal's remote `fd`, which is not
     // taken over, and its node) as grab() gives it. Blocks until the first
     // frame comes, the stream fails or `timeoutMs` passes.
     static QImage grabPipeWireFrame(int fd, quint32 nodeId, int timeoutMs, Error *error);
 
 private:
-    bool usesPortal() const;
+    ScreenCastPortal *portal();
     void grabThroughPortal(const QPointer<QObject> &context, Completion done);
 
     QString m_display;
