@@ -79,14 +79,14 @@ struct ActiveTemporary
     }
 };
 
-// What the copy saw of the original's samples, and the range it keeps, in
-// the movie's own times (stream time); an unbounded range keeps all.
-// How far apart in time the demuxer may hand over two tracks' samples:
-// the muxer keeps this much of one track while it waits for the other.
-// Files interleave far more closely; a track that starts later than this
-// after another stops the copy, which then fails by its timeout.
+// How much of one track the muxer keeps while it waits for another's next
+// sample. Files interleave far more closely; a track with nothing to give
+// for longer (one that starts late, or has a hole) is told so by gaps (see
+// fillLaggingTracks).
 constexpr GstClockTime kInterleave = 5 * GST_SECOND;
 
+// What the copy saw of the original's samples, and the range it keeps, in
+// the movie's own times (stream time); an unbounded range keeps all.
 struct Copy
 {
     GstElement *muxer = nullptr;
