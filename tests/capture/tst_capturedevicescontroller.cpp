@@ -338,7 +338,10 @@ private slots:
         std::unique_ptr<WaylandSession> desktop;
         CaptureDevicePtr screen;
         int remote = -1;
-        const auto closeRemote = qScopeGuard([&] { remote >= 0 && ::close(remote); });
+        const auto closeRemote = qScopeGuard([&] {
+            if (remote >= 0)
+                ::close(remote);
+        });
         if (wayland) {
             desktop = std::make_unique<WaylandSession>(QSize(640, 360));
             if (!desktop->isReady())

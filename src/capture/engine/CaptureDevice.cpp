@@ -163,10 +163,11 @@ Gst::ElementRef CaptureDevice::buildSource(Error *error)
             bin = sourceBin(description, "vout", nullptr, error);
             // Its clock follows the compositor and starts again whenever the
             // stream is renegotiated; the recording keeps the pipeline's.
-            if (Gst::ElementRef source = bin
-                    ? Gst::ElementRef(gst_bin_get_by_name(GST_BIN(bin.element()), "v"), Gst::Ref::Adopt)
-                    : Gst::ElementRef())
-                GST_OBJECT_FLAG_UNSET(source.element(), GST_ELEMENT_FLAG_PROVIDE_CLOCK);
+            if (bin) {
+                Gst::ElementRef source(gst_bin_get_by_name(GST_BIN(bin.element()), "v"), Gst::Ref::Adopt);
+                if (source)
+                    GST_OBJECT_FLAG_UNSET(source.element(), GST_ELEMENT_FLAG_PROVIDE_CLOCK);
+            }
             break;
         }
         const QString display = m_xDisplay.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_xDisplay;

@@ -166,31 +166,28 @@ void GLScreenGrabController::requestScreenStream(QObject *context, StreamComplet
 
 void GLScreenGrabController::grabThroughPortal(const QPointer<QObject> &context, Completion done)
 {
-    ScreenCastPortal *portal = this->portal();
-    portal->requestStream([portal, context, done = std::move(done)](const std::optional<Error> &error) {
-        if (!context)
-            return;
-        if (error) {
-            done(QImage(), error);
-            return;
-        }
-        // The worker reads through a copy of the descriptor, so the portal
-        // may close the session meanwhile.
-        const int fd = ::fcntl(portal->stream()->fd, F_DUPFD_CLOEXEC, 3);
-        const quint32 nodeId = portal->stream()->nodeId;
-        runInBackground(
-            context.data(),
-            [fd, nodeId] {
-                const FileDescriptor copy(fd);
-                Error failure;
-                const QImage image = grabPipeWireFrame(copy.get(), nodeId, 10000, &failure);
-                return image.isNull() ? Frame { image, noPictureError(failure) } : Frame { image, std::nullopt };
-            },
-            [done](const Frame &frame) { done(frame.first, frame.second); },
-            [](const QString &failure) {
-                return Frame { QImage(), noPictureError(Error { kLumexErrorDomain, -1, failure }) };
-            });
-    });
+    requestScreenStream(context,
+        [context, done = std::move(done)](
+            const std::optional<ScreenStream> &stream, const std::optional<Error> &error) {
+            if (!stream)
+                return done(QImage(), error);
+            // The worker reads through a copy of the descriptor, so the portal
+            // may close the session meanwhile.
+            const int fd = ::fcntl(stream->fd, F_DUPFD_CLOEXEC, 3);
+            const quint32 nodeId = stream->nodeId;
+            runInBackground(
+                context.data(),
+                [fd, nodeId] {
+                    const FileDescriptor copy(fd);
+                    Error failure;
+                    const QImage image = grabPipeWireFrame(copy.get(), nodeId, 10000, &failure);
+                    return image.isNull() ? Frame { image, noPictureError(failure) } : Frame { image, std::nullopt };
+                },
+                [done](const Frame &frame) { done(frame.first, frame.second); },
+                [](const QString &failure) {
+                    return Frame { QImage(), noPictureError(Error { kLumexErrorDomain, -1, failure }) };
+                });
+        });
 }
 
 QImage GLScreenGrabController::grabPipeWireFrame(int fd, quint32 nodeId, int timeoutMs, Error *error)
